@@ -1,0 +1,53 @@
+// A file that exists only until its content is complete.
+//
+// Outputs are never written in place: they are written to a temporary file and moved over the
+// destination in one rename once complete, so a reader (or a crash, or Ctrl-C) never sees a
+// half-written file and an input that is being replaced is never damaged. The temporary file is
+// removed when the object goes away without `commit`, and it is registered with
+// InterruptCleanup so an interrupted process removes it too.
+#pragma once
+
+#include "platform/InterruptCleanup.hpp"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace quillet {
+
+class TemporaryFile {
+  public:
+    /// Creates an empty file named `prefix` + a fresh UUID + `suffix` in `folder` (mode 0600
+    /// until committed). Throws std::filesystem::filesystem_error naming the folder when the file
+    /// cannot be created (missing or read-only folder).
+    TemporaryFile(const std::filesystem::path& folder, const std::string& prefix,
+                  const std::string& suffix);
+
+    /// A hidden temporary beside `destination`, in its folder, so `commit` is a same-file-system
+    /// rename.
+    static TemporaryFile beside(const std::filesystem::path& destination);
+
+    /// "quillet-" + UUID + `suffix` in the system temporary folder.
+    static TemporaryFile inSystemTemporaryFolder(const std::string& suffix);
+
+    TemporaryFile(TemporaryFile&&) noexcept;
+    TemporaryFile& operator=(TemporaryFile&&) noexcept;
+    ~TemporaryFile();
+
+    const std::filesystem::path& path() const { return path_; }
+
+    /// Flushes the file to disk and moves it over `destination` (replacing any file there). When
+    /// the two are on different file systems, the content is first copied next to the
+    /// destination, so the final step is still one rename. The file is then given the permissions
+    /// a new file gets from the umask. Afterwards this object owns nothing. Throws
+    /// std::filesystem::filesystem_error; on failure the destination is unchanged.
+    void commit(const std::filesystem::path& destination);
+
+  private:
+    void discard() noexcept;
+
+    std::filesystem::path path_;
+    std::unique_ptr<InterruptCleanup::Registration> registration_;
+};
+
+} // namespace quillet
