@@ -1,0 +1,29 @@
+#include "cli/Commands.hpp"
+
+#include "cli/CLIArgs.hpp"
+
+#include <stdexcept>
+
+namespace quillet {
+namespace {
+
+// The engines behind these commands are still being built; until then each command checks its
+// inputs like the finished one will and then says plainly that it cannot run yet.
+[[noreturn]] void unavailable(const Arguments& arguments, const std::string& command) {
+    CLIArgs::parse(arguments).inputs();
+    throw std::runtime_error("the " + command + " command is not available in this build yet");
+}
+
+} // namespace
+
+void runCompress(const Arguments& arguments, CommandIO&) { unavailable(arguments, "compress"); }
+void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "merge"); }
+void runSplit(const Arguments& arguments, CommandIO&) { unavailable(arguments, "split"); }
+void runConvert(const Arguments& arguments, CommandIO&) { unavailable(arguments, "convert"); }
+void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, "images"); }
+void runClean(const Arguments& arguments, CommandIO&) { unavailable(arguments, "clean"); }
+void runProtect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "protect"); }
+void runUnprotect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "unprotect"); }
+void runInfo(const Arguments& arguments, CommandIO&) { unavailable(arguments, "info"); }
+
+} // namespace quillet

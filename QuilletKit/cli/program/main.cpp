@@ -1,0 +1,3 @@
+#include "cli/QuilletCLIEntry.hpp"
+
+int main(int argc, char** argv) { return quillet::QuilletCLIEntry::main(argc, argv); }
