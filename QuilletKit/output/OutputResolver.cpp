@@ -1,0 +1,149 @@
+#include "output/OutputResolver.hpp"
+
+#include <ctime>
+#include <system_error>
+
+namespace quillet::OutputResolver {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void replaceAll(std::string& text, std::string_view token, std::string_view replacement) {
+    for (auto at = text.find(token); at != std::string::npos;
+         at = text.find(token, at + replacement.size())) {
+        text.replace(at, token.size(), replacement);
+    }
+}
+
+bool occupied(const fs::path& url) {
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(url, ignored));
+}
+
+Resolution inTemporaryFolder(const char* name) {
+    std::error_code error;
+    auto folder = fs::temp_directory_path(error);
+    return {(error ? fs::path("/tmp") : folder) / name, false};
+}
+
+} // namespace
+
+std::string_view actionWord(PDFOperationKind operation) {
+    switch (operation) {
+    case PDFOperationKind::compress:
+    case PDFOperationKind::targetSize: return "compressed";
+    case PDFOperationKind::merge: return "merged";
+    case PDFOperationKind::split: return "part";
+    case PDFOperationKind::organize: return "organized";
+    case PDFOperationKind::pdfToImages:
+    case PDFOperationKind::imagesToPDF: return "";
+    case PDFOperationKind::clean: return "clean";
+    case PDFOperationKind::protect: return "protected";
+    case PDFOperationKind::unprotect: return "unlocked";
+    }
+    return "";
+}
+
+std::string timestamp(Clock::time_point now) {
+    std::time_t seconds = Clock::to_time_t(now);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    char text[32];
+    auto length = std::strftime(text, sizeof text, "%Y%m%d-%H%M", &local);
+    return std::string(text, length);
+}
+
+std::string applyTemplate(std::string_view nameTemplate, std::string_view stem,
+                          PDFOperationKind operation, std::optional<int> part,
+                          Clock::time_point now) {
+    std::string text(nameTemplate.empty() ? "{name}-{action}" : nameTemplate);
+    replaceAll(text, "{name}", stem);
+    replaceAll(text, "{action}", actionWord(operation));
+    replaceAll(text, "{date}", timestamp(now));
+    // A fixed word on purpose: the size is not known before the output is written.
+    replaceAll(text, "{size}", "sized");
+    if (!part) {
+        return text;
+    }
+    auto number = std::to_string(*part);
+    if (text.find("{part}") != std::string::npos) {
+        replaceAll(text, "{part}", number);
+    } else {
+        text += "-part" + number;
+    }
+    return text;
+}
+
+fs::path uniquify(const fs::path& url, Clock::time_point now) {
+    if (!occupied(url)) {
+        return url;
+    }
+    auto folder = url.parent_path();
+    auto stem = url.stem().string();
+    auto extension = url.extension().string();
+    if (!extension.empty()) {
+        extension.erase(0, 1);
+    }
+    for (int n = 2; n <= 999; ++n) {
+        auto candidate = folder / (stem + "-" + std::to_string(n) + "." + extension);
+        if (!occupied(candidate)) {
+            return candidate;
+        }
+    }
+    auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch());
+    return folder / (stem + "-" + std::to_string(seconds.count()) + "." + extension);
+}
+
+fs::path outputFolder(const fs::path& input, const OutputRule& rule) {
+    switch (rule.location) {
+    case OutputRule::Location::sameFolder: return input.parent_path();
+    case OutputRule::Location::subfolder: return input.parent_path() / rule.subfolderName;
+    case OutputRule::Location::custom: return fs::path(rule.customFolder);
+    }
+    return input.parent_path();
+}
+
+Resolution resolve(const fs::path& input, const OutputRule& rule, PDFOperationKind operation,
+                   std::optional<int> part, std::string_view extension, Clock::time_point now) {
+    auto name = applyTemplate(rule.nameTemplate, input.stem().string(), operation, part, now);
+    if (!extension.empty() && extension.front() != '.') {
+        name += '.';
+    }
+    name += extension;
+    auto candidate = outputFolder(input, rule) / name;
+    bool exists = occupied(candidate);
+    if (rule.replaceOriginal) {
+        return {candidate, exists && !part};
+    }
+    return {exists ? uniquify(candidate, now) : candidate, false};
+}
+
+Resolution resolveMerge(const std::vector<fs::path>& inputs, const OutputRule& rule,
+                        Clock::time_point now) {
+    if (inputs.empty()) {
+        return inTemporaryFolder("merged.pdf");
+    }
+    auto folder = outputFolder(inputs.front(), rule);
+    return {uniquify(folder / ("merged-" + timestamp(now) + ".pdf"), now), false};
+}
+
+Resolution resolveImagesToPDF(const std::vector<fs::path>& inputs, const OutputRule& /*rule*/,
+                              Clock::time_point now) {
+    if (inputs.empty()) {
+        return inTemporaryFolder("scan.pdf");
+    }
+    auto name = inputs.size() == 1 ? inputs.front().stem().string() + ".pdf"
+                                   : "images-" + timestamp(now) + ".pdf";
+    return {uniquify(inputs.front().parent_path() / name, now), false};
+}
+
+void ensureDirectory(const fs::path& url) {
+    auto folder = url.parent_path();
+    if (folder.empty() || occupied(folder)) {
+        return;
+    }
+    fs::create_directories(folder);
+}
+
+} // namespace quillet::OutputResolver
