@@ -1,6 +1,8 @@
 #include "cli/Commands.hpp"
 
 #include "cli/CLIArgs.hpp"
+#include "cli/InfoReport.hpp"
+#include "engines/PDFAnalysisEngine.hpp"
 
 #include <stdexcept>
 
@@ -24,6 +26,21 @@ void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, 
 void runClean(const Arguments& arguments, CommandIO&) { unavailable(arguments, "clean"); }
 void runProtect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "protect"); }
 void runUnprotect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "unprotect"); }
-void runInfo(const Arguments& arguments, CommandIO&) { unavailable(arguments, "info"); }
+void runInfo(const Arguments& arguments, CommandIO& io) {
+    const CLIArgs args = CLIArgs::parse(arguments);
+    const auto inputs = args.inputs();
+    const bool json = args.flag("json");
+    for (const auto& input : inputs) {
+        const PDFAnalysis analysis = PDFAnalysisEngine::analyze(input);
+        if (json) {
+            nlohmann::ordered_json object{{"file", input.string()}};
+            object.update(toJSON(analysis, PDFAnalysisEngine::recommendations(analysis)));
+            io.out << object.dump() << '\n';
+        } else {
+            io.out << infoReport(input.filename().string(), analysis);
+        }
+        io.out.flush();
+    }
+}
 
 } // namespace quillet

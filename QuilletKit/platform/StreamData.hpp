@@ -1,0 +1,29 @@
+// Decoded stream data with a ceiling.
+//
+// A few kilobytes of Flate can expand to gigabytes; every reader of untrusted stream data goes
+// through here so that a single limit stops such a stream before it exhausts memory.
+#pragma once
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace quillet {
+
+/// Decoded data larger than this is refused (a page's content, a form's content).
+inline constexpr std::size_t defaultStreamDataLimit = std::size_t{256} << 20;
+
+/// The stream's data with its filters removed, or absent when the stream cannot be decoded
+/// (unknown or broken filter) or decodes to more than `limit` bytes. Never throws.
+std::optional<std::string> decodedStreamData(QPDFObjectHandle stream,
+                                             std::size_t limit = defaultStreamDataLimit);
+
+/// A page's content streams decoded and joined (with a line break between streams, so a token
+/// never runs across two of them). Streams that cannot be decoded are left out; absent when
+/// the total exceeds `limit`. Never throws.
+std::optional<std::string> pageContentData(QPDFObjectHandle page,
+                                           std::size_t limit = defaultStreamDataLimit);
+
+} // namespace quillet

@@ -1,0 +1,322 @@
+#include "engines/PDFAnalysisEngine.hpp"
+#include "engines/PDFCoreError.hpp"
+#include "engines/SecurityScanner.hpp"
+#include "platform/PDFDocument.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+
+namespace quillet {
+namespace {
+
+using test::ImageSpec;
+using test::PDFBuilder;
+
+PDFAnalysis analyzeBuilt(PDFBuilder& builder) {
+    test::TempDir dir;
+    return PDFAnalysisEngine::analyze(builder.write(dir / "fixture.pdf"));
+}
+
+struct PageCase {
+    const char* name;
+    std::function<void(PDFBuilder::Page&)> build;
+    int textOperators;
+    std::vector<double> imageDPIs;
+    std::vector<std::string> fonts;
+};
+
+class AnalyzePage : public testing::TestWithParam<PageCase> {};
+
+TEST_P(AnalyzePage, CountsTextImagesAndFonts) {
+    const auto& c = GetParam();
+    PDFBuilder builder;
+    c.build(builder.addPage(612, 792));
+    const auto analysis = analyzeBuilt(builder);
+    ASSERT_EQ(analysis.pages.size(), 1u);
+    const auto& page = analysis.pages[0];
+    EXPECT_EQ(page.textOperatorCount, c.textOperators);
+    EXPECT_EQ(page.hasText, c.textOperators > 0);
+    ASSERT_EQ(page.images.size(), c.imageDPIs.size());
+    for (std::size_t i = 0; i < c.imageDPIs.size(); ++i) {
+        EXPECT_NEAR(page.images[i].effectiveDPI, c.imageDPIs[i], 1e-6) << i;
+    }
+    EXPECT_EQ(page.fontNames, c.fonts);
+    EXPECT_DOUBLE_EQ(page.widthPoints, 612);
+    EXPECT_DOUBLE_EQ(page.heightPoints, 792);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, AnalyzePage,
+    testing::Values(
+        PageCase{"SingleQuoteOperatorIsText", [](auto& p) { p.content("BT (a) ' ET"); }, 1, {}, {}},
+        PageCase{"AllFourTextOperators",
+                 [](auto& p) { p.content("BT (a) Tj [(b) 5 (c)] TJ (d) ' 1 2 (e) \" ET"); }, 4, {}, {}},
+        PageCase{"ImageByCmUsesScaleOfAAndC",
+                 [](auto& p) { p.image({.width = 1000, .height = 10}, 0, 0, 200, 100); }, 0, {360}, {}},
+        // a and c of the CTM, not a and b: a rotated placement [0 200 -200 0] reads as 0.01.
+        PageCase{"RotatedPlacementUsesAAndCDeliberately",
+                 [](auto& p) {
+                     p.content("q 0 100 -100 0 300 300 cm");
+                     p.image({.width = 100, .height = 100}, 0, 0, 1, 1);
+                     p.content("Q");
+                 },
+                 0, {72}, {}},
+        PageCase{"NestedCmAndSavedStates",
+                 [](auto& p) {
+                     p.content("q 2 0 0 2 0 0 cm");
+                     p.image({.width = 300, .height = 300}, 0, 0, 150, 150); // 300 pt wide: 72 DPI
+                     p.content("Q");
+                     p.image({.width = 300, .height = 300}, 0, 0, 150, 150); // 144 DPI
+                 },
+                 0, {72, 144}, {}},
+        PageCase{"InlineImagesAreNotCounted",
+                 [](auto& p) { p.inlineImage(16, 16, ImageSpec::Color::rgb, 0, 0, 16, 16).content("BT (x) Tj ET"); },
+                 1, {}, {}},
+        PageCase{"SubsetPrefixRemovedAndSorted",
+                 [](auto& p) {
+                     p.text("a", 72, 700, 12, "ABCDEF+Times-Roman");
+                     p.text("b", 72, 680, 12, "Helvetica");
+                     p.text("c", 72, 660, 12, "ABCDEf+Odd");
+                 },
+                 3, {}, {"ABCDEf+Odd", "Helvetica", "Times-Roman"}},
+        PageCase{"ImageInsideNestedForms",
+                 [](auto& p) { p.formChain(5, ImageSpec{.width = 200, .height = 200}, 0, 0, 100, 100); },
+                 0, {144}, {}},
+        PageCase{"FormsDeeperThanTheBoundAreNotFollowed",
+                 [](auto& p) { p.formChain(40, ImageSpec{.width = 200, .height = 200}, 0, 0, 100, 100); },
+                 0, {}, {}},
+        PageCase{"FormThatDrawsItselfEnds", [](auto& p) { p.cyclicForms(1).content("BT (x) Tj ET"); }, 1, {}, {}},
+        PageCase{"FormsDrawingEachOtherEnd", [](auto& p) { p.cyclicForms(3); }, 0, {}, {}},
+        PageCase{"UnknownXObjectAndBrokenOperandsAreSkipped",
+                 [](auto& p) { p.content("/Missing Do 1 2 cm (x) Tf Do BT (y) Tj ET"); }, 1, {}, {}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(AnalyzePage, FormWithoutOwnResourcesContributesNothing) {
+    PDFBuilder builder;
+    auto& page = builder.addPage();
+    auto& qpdf = builder.qpdf();
+    auto form = QPDFObjectHandle::newStream(&qpdf, "BT (hidden) Tj ET");
+    form.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+    form.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
+    form.getDict().replaceKey("/BBox", QPDFObjectHandle::parse("[0 0 100 100]"));
+    page.text("visible");
+    page.object().getKey("/Resources").replaceKey("/XObject",
+                                                  QPDFObjectHandle::parse("<< >>"));
+    page.object().getKey("/Resources").getKey("/XObject").replaceKey("/Fx", form);
+    page.content("/Fx Do");
+    const auto analysis = analyzeBuilt(builder);
+    EXPECT_EQ(analysis.pages.at(0).textOperatorCount, 1);
+}
+
+TEST(AnalyzePage, ImageEstimatesByFilterAndColour) {
+    PDFBuilder builder;
+    builder.addPage()
+        .image({.width = 1000, .height = 1000, .color = ImageSpec::Color::rgb, .jpeg = "\xFF\xD8 not decoded"},
+               0, 0, 100, 100)
+        .image({.width = 100, .height = 50, .color = ImageSpec::Color::gray}, 0, 0, 100, 100)
+        .image({.width = 100, .height = 50, .color = ImageSpec::Color::rgb}, 0, 0, 100, 100);
+    const auto images = analyzeBuilt(builder).images();
+    ASSERT_EQ(images.size(), 3u);
+    EXPECT_TRUE(images[0].isJPEG);
+    EXPECT_EQ(images[0].estimatedBytes, 330000);
+    EXPECT_FALSE(images[0].isMonochrome);
+    EXPECT_TRUE(images[1].isMonochrome);
+    EXPECT_EQ(images[2].estimatedBytes, 9000); // 100 × 50 × 3 × 0.6
+    EXPECT_NE(images[0].id, images[1].id);
+}
+
+TEST(Analyze, DocumentLevelCounts) {
+    PDFBuilder builder;
+    builder.addPage()
+        .link("https://example.org/")
+        .launch("other.pdf")
+        .textNote("a note")
+        .textField("name", "Ada")
+        .signatureField("sig");
+    builder.addPage(842, 595).text("second");
+    builder.attachment("a.txt", "one").attachment("b.txt", "two").javascript("js", "app.alert(1)");
+    builder.info("Author", "Ada").info("Title", "T");
+    const auto analysis = analyzeBuilt(builder);
+    EXPECT_EQ(analysis.pageCount, 2);
+    EXPECT_EQ(analysis.annotationCount, 5);
+    EXPECT_EQ(analysis.externalLinkCount, 2); // the URI and the launched file
+    EXPECT_EQ(analysis.signatureCount, 1);
+    EXPECT_EQ(analysis.formFieldCount, 2);
+    EXPECT_EQ(analysis.attachmentCount, 2);
+    EXPECT_TRUE(analysis.javascriptDetected);
+    EXPECT_FALSE(analysis.isEncrypted);
+    EXPECT_EQ(analysis.metadata.author, "Ada");
+    EXPECT_TRUE(analysis.pdfVersion.has_value());
+}
+
+TEST(Analyze, ManyPagesGiveTheSameResultAsOnePageAtATime) {
+    PDFBuilder builder;
+    for (int i = 0; i < 70; ++i) {
+        auto& page = builder.addPage(300 + i, 400);
+        for (int t = 0; t < i % 4; ++t) {
+            page.text("line", 72, 300 - 12 * t);
+        }
+        if (i % 3 == 0) {
+            page.image({.width = 10 + i, .height = 10}, 0, 0, 72, 72);
+        }
+    }
+    test::TempDir dir;
+    const auto path = builder.write(dir / "many.pdf");
+    const auto analysis = PDFAnalysisEngine::analyze(path);
+    ASSERT_EQ(analysis.pages.size(), 70u);
+    const auto document = PDFDocument::open(path);
+    for (int i = 0; i < 70; ++i) {
+        const auto serial = PDFAnalysisEngine::analyzePage(document.page(i), i);
+        const auto& parallel = analysis.pages[static_cast<std::size_t>(i)];
+        EXPECT_EQ(parallel.index, i);
+        EXPECT_EQ(parallel.textOperatorCount, serial.textOperatorCount) << i;
+        EXPECT_EQ(parallel.widthPoints, 300 + i);
+        ASSERT_EQ(parallel.images.size(), serial.images.size()) << i;
+        for (std::size_t k = 0; k < serial.images.size(); ++k) {
+            EXPECT_EQ(parallel.images[k].pixelWidth, serial.images[k].pixelWidth);
+            EXPECT_EQ(parallel.images[k].pageIndex, i);
+        }
+    }
+}
+
+TEST(Analyze, FailuresNameTheProblem) {
+    test::TempDir dir;
+    const auto text = dir.write("notes.pdf", "just some text, not a PDF\n");
+    try {
+        PDFAnalysisEngine::analyze(text);
+        ADD_FAILURE();
+    } catch (const PDFCoreError& error) {
+        EXPECT_STREQ(error.what(), "Could not open notes.pdf.");
+    }
+    try {
+        PDFAnalysisEngine::analyze(
+            test::corpus("005-libreoffice-writer-password/libreoffice-writer-password.pdf"));
+        ADD_FAILURE();
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::wrongPassword);
+    }
+    PDFBuilder ownerOnly;
+    ownerOnly.addPage().text("open to all");
+    ownerOnly.encrypt({.user = "", .owner = "owner"});
+    const auto analysis = PDFAnalysisEngine::analyze(ownerOnly.write(dir / "owner.pdf"));
+    EXPECT_TRUE(analysis.isEncrypted);
+    EXPECT_EQ(PDFAnalysisEngine::recommendations(analysis).at(0).id, "unprotect");
+}
+
+TEST(SecurityScanner, CatalogEntries) {
+    const struct {
+        const char* catalog;
+        int attachments;
+        int fields;
+        bool javascript;
+    } cases[] = {
+        {"<< /AcroForm << >> >>", 0, 1, false},
+        {"<< /AcroForm << /Fields [1 0 R 2 0 R 3 0 R] >> >>", 0, 3, false},
+        {"<< /Names << /EmbeddedFiles << /Kids [<< /Names [(a) 1 (b) 2] >> << /Names [(c) 3 (d)] >>] >> >> >>",
+         3, 0, false},
+        {"<< /Names << /JavaScript << /Names [] >> >> >>", 0, 0, false},
+        {"<< /Names << /JavaScript << /Names [(x) << /S /JavaScript >>] >> >> >>", 0, 0, true},
+        {"<< /OpenAction << /S /JavaScript /JS (app.alert(1)) >> >>", 0, 0, true},
+        {"<< /OpenAction [3 0 R /Fit] >>", 0, 0, false},
+        {"<< /OpenAction [3 0 R /XYZ (script)] >>", 0, 0, true},
+        {"<< /OpenAction /Name >>", 0, 0, false},
+    };
+    for (const auto& c : cases) {
+        QPDF context;
+        context.emptyPDF();
+        const auto result = SecurityScanner::scan(QPDFObjectHandle::parse(&context, c.catalog));
+        EXPECT_EQ(result.attachmentCount, c.attachments) << c.catalog;
+        EXPECT_EQ(result.formFieldCount, c.fields) << c.catalog;
+        EXPECT_EQ(result.javascriptDetected, c.javascript) << c.catalog;
+    }
+}
+
+PDFImageInfo imageAt(double dpi, std::int64_t bytes, int pixels = 1000) {
+    PDFImageInfo image;
+    image.effectiveDPI = dpi;
+    image.estimatedBytes = bytes;
+    image.pixelWidth = image.pixelHeight = pixels;
+    return image;
+}
+
+PDFAnalysis withPages(std::int64_t fileSize, std::vector<PDFPageAnalysis> pages) {
+    PDFAnalysis analysis;
+    analysis.fileSize = fileSize;
+    analysis.pageCount = static_cast<int>(pages.size());
+    analysis.pages = std::move(pages);
+    return analysis;
+}
+
+PDFPageAnalysis scannedPage(double dpi, std::int64_t bytes) {
+    PDFPageAnalysis page;
+    page.widthPoints = 612;
+    page.heightPoints = 792;
+    page.images = {imageAt(dpi, bytes)};
+    return page;
+}
+
+TEST(DerivedValues, ReductionEstimateAndImageHeavyRule) {
+    auto analysis = withPages(1'000'000, {scannedPage(400, 600'000)});
+    // balanced: scale (200/400)² = 0.25; predicted = 0.818 × 0.25 × 600000 + 400000.
+    EXPECT_NEAR(analysis.estimatedReductionFraction(CompressionQualityTier::balanced), 1 - 522'700.0 / 1e6, 1e-9);
+    // Lossless has a target of 0 DPI, so its scale is 0 and only the non-image bytes remain.
+    EXPECT_NEAR(analysis.estimatedReductionFraction(CompressionQualityTier::lossless), 0.6, 1e-9);
+    // The floor: never less than 2% of the file is predicted to remain.
+    EXPECT_NEAR(withPages(1'000'000, {scannedPage(4000, 1'000'000)})
+                    .estimatedReductionFraction(CompressionQualityTier::smallest),
+                0.98, 1e-9);
+    const auto none = withPages(1'000'000, {PDFPageAnalysis{}});
+    EXPECT_EQ(none.estimatedReductionFraction(CompressionQualityTier::lossless), 0.05);
+    EXPECT_EQ(none.estimatedReductionFraction(CompressionQualityTier::smallest), 0.0);
+
+    PDFPageAnalysis text = scannedPage(300, 1000);
+    text.hasText = true;
+    text.textOperatorCount = 10;
+    // 1000 px at 300 DPI = 240 pt square: coverage 57600 / 484704 is below 0.6.
+    EXPECT_FALSE(text.isImageHeavy());
+    text.images = {imageAt(72, 1000, 700)};
+    EXPECT_TRUE(text.isImageHeavy());
+    text.textOperatorCount = 400;
+    EXPECT_FALSE(text.isImageHeavy());
+}
+
+TEST(Recommendations, RulesInOrderWithTheirThresholds) {
+    const auto ids = [](const PDFAnalysis& analysis) {
+        std::vector<std::string> out;
+        for (const auto& action : PDFAnalysisEngine::recommendations(analysis)) {
+            out.push_back(action.id);
+        }
+        return out;
+    };
+    auto big = withPages(1'000'001, {scannedPage(181, 500'000)});
+    EXPECT_EQ(ids(big), (std::vector<std::string>{"compress", "ocr"}));
+    big.fileSize = 1'000'000;
+    EXPECT_EQ(ids(big), (std::vector<std::string>{"ocr"}));
+    auto low = withPages(5'000'000, {scannedPage(180, 500'000)});
+    EXPECT_EQ(ids(low), (std::vector<std::string>{"ocr"}));
+
+    auto all = withPages(2'000'000, {scannedPage(300, 1'000'000)});
+    all.isEncrypted = true;
+    all.metadata.producer = "x";
+    all.javascriptDetected = true;
+    const auto actions = PDFAnalysisEngine::recommendations(all);
+    ASSERT_EQ(actions.size(), 5u);
+    EXPECT_EQ(actions[0].id, "unprotect");
+    EXPECT_EQ(actions[1].detail, "1.91 MB → ~1.30 MB · avg image 300 DPI");
+    EXPECT_TRUE(actions[2].isComingSoon);
+    EXPECT_EQ(actions[3].operation, PDFOperationKind::clean);
+    EXPECT_EQ(actions[4].detail, "0 attachment(s), JavaScript");
+
+    PDFAnalysis dated;
+    dated.metadata.title = "T";
+    dated.metadata.creationDate = std::chrono::system_clock::now();
+    dated.metadata.author = "";
+    EXPECT_TRUE(ids(dated).empty());
+}
+
+} // namespace
+} // namespace quillet
