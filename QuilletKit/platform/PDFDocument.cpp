@@ -1,5 +1,6 @@
 #include "platform/PDFDocument.hpp"
 
+#include "platform/PDFPageTreeRepair.hpp"
 #include "platform/QPDFErrorTranslation.hpp"
 
 #include <qpdf/QPDFExc.hh>
@@ -10,6 +11,7 @@
 
 namespace quillet {
 
+using detail::rebuildPageTreeIfEmpty;
 using detail::translatingQPDFErrors;
 using Kind = PDFDocumentError::Kind;
 
@@ -59,7 +61,7 @@ bool PDFDocument::load(const std::string& password) {
             qpdf->processFile(path_.c_str(), password.c_str());
         }
         qpdf->getRoot();
-        QPDFPageDocumentHelper(*qpdf).getAllPages();
+        rebuildPageTreeIfEmpty(*qpdf);
     } catch (const QPDFExc& error) {
         if (error.getErrorCode() == qpdf_e_password) {
             return false;

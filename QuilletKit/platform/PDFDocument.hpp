@@ -4,11 +4,13 @@
 // handed out (PDFPage) refer into it and must not outlive it. Documents are move-only values; one
 // document must not be used from two threads at once, different documents may.
 //
-// Opening repairs what qpdf can repair (a damaged cross-reference table, junk before the header,
-// a missing trailer) without printing qpdf's warnings; only a file qpdf cannot make a document of
-// at all fails. An encrypted file whose user password is not empty opens *locked*: it has no
-// pages, no attributes and cannot be written until `unlock` succeeds with the user or the owner
-// password. Every failure is a PDFDocumentError; qpdf's own exceptions never leave this class.
+// Opening repairs what qpdf can repair (a damaged or missing cross-reference table, junk before
+// the header) without printing qpdf's warnings; when the catalog then leads to no page at all, the
+// page objects found in the file become the pages, in file order, as viewers do. Only a file qpdf
+// cannot make a document of at all fails. An encrypted file whose user password is not empty opens
+// *locked*: it has no pages, no attributes and cannot be written until `unlock` succeeds with the
+// user or the owner password. Every failure is a PDFDocumentError; qpdf's own exceptions never
+// leave this class.
 #pragma once
 
 #include "platform/PDFDocumentError.hpp"

@@ -222,17 +222,32 @@ std::string shiftXrefOffsets(std::string bytes) {
     return bytes;
 }
 
+// Points the catalog's /Pages at generation 9 of its object, which does not exist; the length of
+// the file and so every offset stays as it was.
+std::string danglePageTree(std::string bytes) {
+    const auto catalog = bytes.find("/Type /Catalog");
+    const auto objectStart = bytes.rfind(" obj", catalog);
+    const auto pages = bytes.find("/Pages ", objectStart);
+    const auto reference = bytes.find(" 0 R", pages);
+    if (catalog == std::string::npos || pages == std::string::npos || reference > catalog) {
+        throw std::invalid_argument("no catalog /Pages reference to break");
+    }
+    bytes.replace(reference, 4, " 9 R");
+    return bytes;
+}
+
 } // namespace
 
 std::string PDFBuilder::damaged(std::string bytes, Damage damage) {
     switch (damage) {
     case Damage::truncated: return bytes.substr(0, bytes.size() / 2);
-    case Damage::missingTrailer: {
+    case Damage::missingXrefTable: {
         const auto table = bytes.rfind("\nxref");
-        if (table == std::string::npos) {
+        const auto trailer = bytes.find("trailer", table == std::string::npos ? 0 : table);
+        if (table == std::string::npos || trailer == std::string::npos) {
             throw std::invalid_argument("no cross-reference table to cut");
         }
-        return bytes.substr(0, table + 1);
+        return bytes.substr(0, table + 1) + bytes.substr(trailer);
     }
     case Damage::wrongXrefOffsets: return shiftXrefOffsets(std::move(bytes));
     case Damage::junkBeforeHeader: {
@@ -243,6 +258,7 @@ std::string PDFBuilder::damaged(std::string bytes, Damage damage) {
         return junk.substr(0, 600) + bytes;
     }
     case Damage::zeroBytes: return {};
+    case Damage::danglingPageTree: return danglePageTree(std::move(bytes));
     }
     return bytes;
 }

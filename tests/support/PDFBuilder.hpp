@@ -45,10 +45,11 @@ struct EncryptionSpec {
 
 enum class Damage {
     truncated,        ///< the first half of the file only: beyond repair
-    missingTrailer,   ///< cut before the cross-reference table: repairable
+    missingXrefTable, ///< no cross-reference table, startxref points elsewhere: repairable
     wrongXrefOffsets, ///< every offset of the table off by a few bytes: repairable
     junkBeforeHeader, ///< 600 bytes of text before %PDF-: repairable
     zeroBytes,        ///< an empty file
+    danglingPageTree, ///< the catalog's /Pages refers to no object; the pages are intact
 };
 
 class PDFBuilder {

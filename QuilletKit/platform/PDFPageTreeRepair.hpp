@@ -1,0 +1,17 @@
+// Last-resort repair of a page tree that leads nowhere.
+//
+// qpdf repairs a damaged cross-reference table, but when the catalog it settles on has no usable
+// /Pages (a broken update section, a dangling reference) the document has no pages at all,
+// although its page objects are intact in the file. Viewers find them by scanning; so do we.
+#pragma once
+
+#include <qpdf/QPDF.hh>
+
+namespace quillet::detail {
+
+/// When the catalog leads to no page, gives it a new flat page tree of every dictionary with
+/// /Type /Page found in the file, in the order they lie in the file. Answers whether it did.
+/// Pages lose what they inherited from the lost tree. Throws qpdf's exceptions.
+bool rebuildPageTreeIfEmpty(QPDF& qpdf);
+
+} // namespace quillet::detail

@@ -1,0 +1,96 @@
+#include "engines/PDFDateParser.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace quillet {
+namespace {
+
+using namespace std::chrono;
+
+// Runs a test body in a fixed time zone and puts the process's zone back afterwards.
+class TimeZone {
+  public:
+    explicit TimeZone(const char* zone) {
+        if (const char* current = std::getenv("TZ")) {
+            saved_ = current;
+        }
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+    ~TimeZone() {
+        if (saved_) {
+            setenv("TZ", saved_->c_str(), 1);
+        } else {
+            unsetenv("TZ");
+        }
+        tzset();
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+
+  private:
+    std::optional<std::string> saved_;
+};
+
+struct DateCase {
+    const char* zone;
+    const char* text;
+    std::optional<system_clock::time_point> expected; // in UTC
+};
+
+system_clock::time_point utc(year_month_day day, int hours, int minutes = 0) {
+    return sys_days(day) + hours * 1h + minutes * 1min;
+}
+
+class PDFDateParsing : public testing::TestWithParam<DateCase> {};
+
+TEST_P(PDFDateParsing, ReadsLocalTimeAndAppliesTheOffsetInverted) {
+    TimeZone zone(GetParam().zone);
+    EXPECT_EQ(PDFDateParser::parse(GetParam().text), GetParam().expected)
+        << GetParam().text << " in " << GetParam().zone;
+}
+
+constexpr auto jan31 = 2024y / January / 31;
+constexpr const char* newYork = "America/New_York";
+
+INSTANTIATE_TEST_SUITE_P(
+    PDFDateParserTest, PDFDateParsing,
+    testing::Values(
+        // The digits are local time: 12:00 in New York in winter is 17:00 UTC...
+        DateCase{newYork, "D:20240131120000Z", utc(jan31, 17)},
+        DateCase{newYork, "D:20240131120000", utc(jan31, 17)},
+        // ...and in summer (daylight saving time chosen by the zone's rules) 16:00 UTC.
+        DateCase{newYork, "D:20240701120000Z", utc(2024y / July / 1, 16)},
+        DateCase{"UTC", "D:20240131120000Z", utc(jan31, 12)},
+        DateCase{"Asia/Kolkata", "D:20240131120000", utc(jan31, 6, 30)},
+        // "+hh'mm'" subtracts from the local reading, "-hhmm" adds to it.
+        DateCase{newYork, "20240131120000-0800", utc(jan31, 17 + 8)},
+        DateCase{newYork, "D:20240131120000-08'00'", utc(jan31, 25)},
+        DateCase{"UTC", "D:20240131120000+05'30'", utc(jan31, 6, 30)},
+        DateCase{"UTC", "D:20240131120000+0530", utc(jan31, 6, 30)},
+        // Hours are the first two digits, minutes the last two.
+        DateCase{"UTC", "D:20240131120000+05'30'45", utc(jan31, 6, 15)},
+        // Fewer than four digits, or another character: the offset is ignored.
+        DateCase{"UTC", "D:20240131120000+05", utc(jan31, 12)},
+        DateCase{"UTC", "D:20240131120000+5'3'", utc(jan31, 12)},
+        DateCase{"UTC", "D:20240131120000 junk", utc(jan31, 12)},
+        DateCase{"UTC", "D:20240131120000z+0100", utc(jan31, 12)},
+        // Shortened and invalid forms are absent.
+        DateCase{"UTC", "D:20240131", std::nullopt}, DateCase{"UTC", "D:2024", std::nullopt},
+        DateCase{"UTC", "D:202401311200", std::nullopt},
+        DateCase{"UTC", "D:2024013112000Z", std::nullopt}, DateCase{"UTC", "", std::nullopt},
+        DateCase{"UTC", "D:", std::nullopt}, DateCase{"UTC", "D:D:20240131120000", std::nullopt},
+        DateCase{"UTC", "D:20241331120000", std::nullopt},
+        DateCase{"UTC", "D:20230229120000", std::nullopt},
+        DateCase{"UTC", "D:20240229120000", utc(2024y / February / 29, 12)},
+        DateCase{"UTC", "D:20240131240000", std::nullopt},
+        DateCase{"UTC", "D:20240131126000", std::nullopt},
+        DateCase{"UTC", "D:2024-01-31T12:00", std::nullopt},
+        // A date before 1970 is a date like any other.
+        DateCase{"UTC", "D:19691231235959", utc(1969y / December / 31, 23, 59) + 59s}));
+
+} // namespace
+} // namespace quillet

@@ -1,0 +1,266 @@
+#include "platform/PDFDocument.hpp"
+
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+#include <qpdf/Buffer.hh>
+
+namespace quillet {
+namespace {
+
+using test::PDFBuilder;
+using test::TempDir;
+
+const std::string encryptedCorpus =
+    "005-libreoffice-writer-password/libreoffice-writer-password.pdf";
+
+std::vector<double> pageWidths(const PDFDocument& document) {
+    std::vector<double> widths;
+    for (int i = 0; i < document.pageCount(); ++i) {
+        widths.push_back(document.page(i).mediaBox().width);
+    }
+    return widths;
+}
+
+// Pages told apart by their widths: 100, 200, ...
+std::filesystem::path numberedPages(const TempDir& dir, const std::string& name, int count) {
+    PDFBuilder builder;
+    for (int i = 1; i <= count; ++i) {
+        builder.addPage(100.0 * i, 500).text("page " + std::to_string(i));
+    }
+    return builder.write(dir / name);
+}
+
+TEST(PDFDocumentTest, EncryptedFileOpensLockedUntilAWrongPasswordIsReplacedByTheRightOne) {
+    auto document = PDFDocument::open(test::corpus(encryptedCorpus));
+    EXPECT_TRUE(document.isLocked());
+    EXPECT_TRUE(document.isEncrypted());
+    EXPECT_EQ(document.pageCount(), 0);
+    EXPECT_THROW(document.page(0), std::out_of_range);
+    EXPECT_EQ(document.attributes(), PDFDocumentAttributes{});
+    EXPECT_THROW(document.qpdf(), PDFDocumentError);
+
+    EXPECT_FALSE(document.unlock("permission"));
+    EXPECT_TRUE(document.isLocked());
+    EXPECT_TRUE(document.unlock("openpassword"));
+    EXPECT_FALSE(document.isLocked());
+    EXPECT_TRUE(document.isEncrypted());
+    EXPECT_EQ(document.pageCount(), 1);
+    EXPECT_EQ(document.password(), "openpassword");
+}
+
+TEST(PDFDocumentTest, OwnerPasswordUnlocksToo) {
+    auto document = PDFDocument::open(test::corpus(encryptedCorpus));
+    ASSERT_TRUE(document.unlock("permissionpassword"));
+    EXPECT_EQ(document.pageCount(), 1);
+    EXPECT_EQ(document.password(), "permissionpassword");
+}
+
+TEST(PDFDocumentTest, LockedDocumentRefusesToWrite) {
+    TempDir dir;
+    auto document = PDFDocument::open(test::corpus(encryptedCorpus));
+    try {
+        document.write(dir / "out.pdf");
+        FAIL() << "a locked document was written";
+    } catch (const PDFDocumentError& error) {
+        EXPECT_EQ(error.kind(), PDFDocumentError::Kind::locked);
+    }
+    EXPECT_FALSE(std::filesystem::exists(dir / "out.pdf"));
+}
+
+TEST(PDFDocumentTest, UnlockOfAnOpenDocumentChangesNothing) {
+    TempDir dir;
+    auto document = PDFDocument::open(numberedPages(dir, "plain.pdf", 2));
+    EXPECT_FALSE(document.isEncrypted());
+    EXPECT_TRUE(document.unlock("anything"));
+    EXPECT_EQ(document.password(), "");
+    EXPECT_EQ(document.pageCount(), 2);
+}
+
+TEST(PDFDocumentTest, OwnerOnlyEncryptionOpensUnlocked) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage();
+    builder.encrypt({.user = "", .owner = "secret"});
+    auto document = PDFDocument::open(builder.write(dir / "owner-only.pdf"));
+    EXPECT_FALSE(document.isLocked());
+    EXPECT_TRUE(document.isEncrypted());
+    EXPECT_EQ(document.pageCount(), 1);
+}
+
+TEST(PDFDocumentTest, MediaBoxIsInheritedAndNormalised) {
+    PDFBuilder builder;
+    builder.addPage().mediaBox(612, 792, 0, 0);
+    builder.addPage().mediaBox(10, 20, 110, 220);
+    builder.addPage().object().removeKey("/MediaBox");
+    builder.addPage().mediaBox(0, 0, 0, 792);
+    builder.inheritedMediaBox(300, 400);
+    auto document = PDFDocument::open(builder.bytes(), "boxes");
+    EXPECT_EQ(document.page(0).mediaBox(), (PDFRect{0, 0, 612, 792}));
+    EXPECT_EQ(document.page(1).mediaBox(), (PDFRect{10, 20, 100, 200}));
+    EXPECT_EQ(document.page(2).mediaBox(), (PDFRect{0, 0, 300, 400}));
+    EXPECT_EQ(document.page(3).mediaBox().width, 0);
+}
+
+struct RotationCase {
+    int written; // /Rotate as found in the file
+    int read;
+};
+
+class RotationReading : public testing::TestWithParam<RotationCase> {};
+
+TEST_P(RotationReading, ValuesInTheFileAreNormalised) {
+    PDFBuilder builder;
+    builder.addPage().rotate(GetParam().written);
+    auto document = PDFDocument::open(builder.bytes(), "rotated");
+    EXPECT_EQ(document.page(0).rotation(), GetParam().read);
+}
+
+INSTANTIATE_TEST_SUITE_P(PDFDocumentTest, RotationReading,
+                         testing::Values(RotationCase{0, 0}, RotationCase{90, 90},
+                                         RotationCase{270, 270}, RotationCase{-90, 270},
+                                         RotationCase{540, 180}, RotationCase{-720, 0},
+                                         RotationCase{45, 0}, RotationCase{100, 0}));
+
+TEST(PDFDocumentTest, RotationIsInheritedFromThePageTree) {
+    PDFBuilder builder;
+    builder.addPage();
+    builder.addPage().rotate(180);
+    builder.inheritedRotation(90);
+    auto document = PDFDocument::open(builder.bytes(), "inherited");
+    EXPECT_EQ(document.page(0).rotation(), 90);
+    EXPECT_EQ(document.page(1).rotation(), 180);
+}
+
+TEST(PDFDocumentTest, SetRotationTakesDegreesModulo360AndRefusesOddAngles) {
+    const std::vector<std::pair<int, int>> cases = {{0, 0},   {90, 90},  {180, 180}, {270, 270},
+                                                    {360, 0}, {450, 90}, {-90, 270}, {-450, 270}};
+    PDFBuilder builder;
+    builder.addPage();
+    auto document = PDFDocument::open(builder.bytes(), "rotation");
+    auto page = document.page(0);
+    for (const auto& [set, read] : cases) {
+        page.setRotation(set);
+        EXPECT_EQ(page.rotation(), read) << "set " << set;
+    }
+    EXPECT_THROW(page.setRotation(45), std::invalid_argument);
+    EXPECT_EQ(page.rotation(), 270);
+}
+
+TEST(PDFDocumentTest, FourQuarterTurnsGiveTheOriginalAndSurviveWriting) {
+    TempDir dir;
+    PDFBuilder builder;
+    for (int start : {0, 90, 180, 270}) {
+        builder.addPage().rotate(start);
+    }
+    auto document = PDFDocument::open(builder.write(dir / "in.pdf"));
+    for (int i = 0; i < 4; ++i) {
+        auto page = document.page(i);
+        const int original = page.rotation();
+        for (int turn = 1; turn <= 4; ++turn) {
+            page.setRotation(page.rotation() + 90);
+            EXPECT_EQ(page.rotation(), (original + 90 * turn) % 360);
+        }
+        EXPECT_EQ(page.rotation(), original);
+    }
+    document.page(1).setRotation(-90);
+    document.write(dir / "out.pdf");
+    auto reopened = PDFDocument::open(dir / "out.pdf");
+    EXPECT_EQ(reopened.page(0).rotation(), 0);
+    EXPECT_EQ(reopened.page(1).rotation(), 270);
+    EXPECT_EQ(reopened.page(3).rotation(), 270);
+}
+
+TEST(PDFDocumentTest, PagesCopiedFromAnotherDocumentLandAtTheirIndex) {
+    TempDir dir;
+    auto target = PDFDocument::open(numberedPages(dir, "target.pdf", 1));
+    {
+        auto source = PDFDocument::open(numberedPages(dir, "source.pdf", 3));
+        target.insertPageCopy(source, 1, 0);
+        target.insertPageCopy(source, 2, target.pageCount());
+        target.insertPageCopy(source, 0, 1);
+        EXPECT_EQ(source.pageCount(), 3);
+    }
+    EXPECT_EQ(pageWidths(target), (std::vector<double>{200, 100, 100, 300}));
+    // The source is gone; its data must still be there for writing.
+    target.write(dir / "merged.pdf");
+    auto merged = PDFDocument::open(dir / "merged.pdf");
+    EXPECT_EQ(pageWidths(merged), (std::vector<double>{200, 100, 100, 300}));
+}
+
+TEST(PDFDocumentTest, CopiedPageKeepsInheritedRotationAnnotationsAndContent) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage().text("copied text").link("https://example.org/a");
+    builder.inheritedRotation(90);
+    auto source = PDFDocument::open(builder.bytes(), "source");
+    auto target = PDFDocument::empty();
+    target.insertPageCopy(source, 0, 0);
+    auto copy = target.page(0);
+    EXPECT_EQ(copy.rotation(), 90);
+    ASSERT_EQ(copy.annotations().size(), 1u);
+    EXPECT_EQ(copy.annotations()[0].url, "https://example.org/a");
+    const auto bytes = target.dataRepresentation();
+    auto reopened = PDFDocument::open(bytes, "copy");
+    auto content = reopened.page(0).object().getKey("/Contents").getStreamData();
+    EXPECT_NE(std::string(reinterpret_cast<const char*>(content->getBuffer()), content->getSize())
+                  .find("(copied text) Tj"),
+              std::string::npos);
+    EXPECT_EQ(reopened.page(0).rotation(), 90);
+}
+
+TEST(PDFDocumentTest, PageOfTheSameDocumentIsDuplicated) {
+    TempDir dir;
+    auto document = PDFDocument::open(numberedPages(dir, "in.pdf", 2));
+    document.insertPageCopy(document, 0, 2);
+    document.page(2).setRotation(90);
+    EXPECT_EQ(pageWidths(document), (std::vector<double>{100, 200, 100}));
+    EXPECT_EQ(document.page(0).rotation(), 0) << "the duplicate must be a page of its own";
+    document.write(dir / "out.pdf");
+    EXPECT_EQ(PDFDocument::open(dir / "out.pdf").pageCount(), 3);
+}
+
+TEST(PDFDocumentTest, BadIndicesAreRefused) {
+    TempDir dir;
+    auto document = PDFDocument::open(numberedPages(dir, "in.pdf", 2));
+    auto source = PDFDocument::open(numberedPages(dir, "source.pdf", 1));
+    EXPECT_THROW(document.page(2), std::out_of_range);
+    EXPECT_THROW(document.page(-1), std::out_of_range);
+    EXPECT_THROW(document.insertPageCopy(source, 1, 0), std::out_of_range);
+    EXPECT_THROW(document.insertPageCopy(source, 0, 3), std::out_of_range);
+    EXPECT_THROW(document.removePage(2), std::out_of_range);
+    EXPECT_EQ(document.pageCount(), 2);
+}
+
+TEST(PDFDocumentTest, RemovePageKeepsTheOthersInOrder) {
+    TempDir dir;
+    auto document = PDFDocument::open(numberedPages(dir, "in.pdf", 4));
+    document.removePage(1);
+    document.removePage(2);
+    EXPECT_EQ(pageWidths(document), (std::vector<double>{100, 300}));
+}
+
+TEST(PDFDocumentTest, AnnotationsReportTypeAndURIActionTarget) {
+    PDFBuilder builder;
+    builder.addPage()
+        .textNote("remember")
+        .link("https://example.org/x?a=1")
+        .launch("run.sh")
+        .textField("name", "Ada");
+    builder.addPage();
+    auto document = PDFDocument::open(builder.bytes(), "annotated");
+    const auto annotations = document.page(0).annotations();
+    ASSERT_EQ(annotations.size(), 4u);
+    EXPECT_EQ(annotations[0].type, "Text");
+    EXPECT_EQ(annotations[0].url, std::nullopt);
+    EXPECT_EQ(annotations[1].type, "Link");
+    EXPECT_EQ(annotations[1].url, "https://example.org/x?a=1");
+    EXPECT_EQ(annotations[2].type, "Link");
+    EXPECT_EQ(annotations[2].url, std::nullopt) << "a launch action is no URL";
+    EXPECT_EQ(annotations[3].type, "Widget");
+    EXPECT_TRUE(document.page(1).annotations().empty());
+}
+
+} // namespace
+} // namespace quillet
