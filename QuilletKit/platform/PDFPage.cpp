@@ -1,5 +1,7 @@
 #include "platform/PDFPage.hpp"
 
+#include "platform/QPDFErrorTranslation.hpp"
+
 #include <qpdf/QPDFAnnotationObjectHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 
@@ -16,16 +18,50 @@ int normalisedDegrees(long long degrees) {
     return static_cast<int>(((degrees % 360) + 360) % 360);
 }
 
-std::optional<std::string> uriOf(QPDFObjectHandle annotation) {
+// The file a Launch or GoToR action names: a plain string, or a file specification's /UF or /F.
+std::optional<std::string> fileOf(QPDFObjectHandle target) {
+    if (target.isString()) {
+        return target.getUTF8Value();
+    }
+    if (target.isDictionary()) {
+        for (const char* key : {"/UF", "/F"}) {
+            if (auto name = target.getKey(key); name.isString()) {
+                return name.getUTF8Value();
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> urlOf(QPDFObjectHandle annotation) {
     auto action = annotation.getKey("/A");
-    if (!action.isDictionary() || !action.getKey("/S").isNameAndEquals("/URI")) {
+    if (!action.isDictionary()) {
         return std::nullopt;
     }
-    auto uri = action.getKey("/URI");
-    if (!uri.isString()) {
-        return std::nullopt;
+    auto kind = action.getKey("/S");
+    if (kind.isNameAndEquals("/URI")) {
+        auto uri = action.getKey("/URI");
+        return uri.isString() ? std::optional(uri.getStringValue()) : std::nullopt;
     }
-    return uri.getStringValue();
+    if (kind.isNameAndEquals("/Launch") || kind.isNameAndEquals("/GoToR")) {
+        if (auto file = fileOf(action.getKey("/F"))) {
+            return "file:" + *file;
+        }
+    }
+    return std::nullopt;
+}
+
+// A widget of a signature field: /FT /Sig on the widget or inherited from a parent field.
+bool isSignatureWidget(QPDFObjectHandle annotation) {
+    auto node = annotation;
+    for (int depth = 0; depth < 32 && node.isDictionary(); ++depth) {
+        auto type = node.getKey("/FT");
+        if (type.isName()) {
+            return type.isNameAndEquals("/Sig");
+        }
+        node = node.getKey("/Parent");
+    }
+    return false;
 }
 
 } // namespace
@@ -34,6 +70,20 @@ PDFPage::PDFPage(QPDFObjectHandle page) : page_(std::move(page)) {
 }
 
 PDFRect PDFPage::mediaBox() const {
+    return detail::translatingQPDFErrors(PDFDocumentError::Kind::damaged, [&] { return box(); });
+}
+
+int PDFPage::rotation() const {
+    return detail::translatingQPDFErrors(PDFDocumentError::Kind::damaged,
+                                         [&] { return rotationValue(); });
+}
+
+std::vector<PDFAnnotation> PDFPage::annotations() const {
+    return detail::translatingQPDFErrors(PDFDocumentError::Kind::damaged,
+                                         [&] { return annotationList(); });
+}
+
+PDFRect PDFPage::box() const {
     QPDFPageObjectHelper helper(page_);
     auto box = helper.getMediaBox();
     if (!box.isRectangle()) {
@@ -44,7 +94,7 @@ PDFRect PDFPage::mediaBox() const {
             std::fabs(r.ury - r.lly)};
 }
 
-int PDFPage::rotation() const {
+int PDFPage::rotationValue() const {
     QPDFPageObjectHelper helper(page_);
     auto value = helper.getAttribute("/Rotate", false);
     if (!value.isNumber()) {
@@ -62,10 +112,12 @@ void PDFPage::setRotation(int degrees) {
         throw std::invalid_argument("page rotation must be a multiple of 90 degrees, not " +
                                     std::to_string(degrees));
     }
-    page_.replaceKey("/Rotate", QPDFObjectHandle::newInteger(normalisedDegrees(degrees)));
+    detail::translatingQPDFErrors(PDFDocumentError::Kind::damaged, [&] {
+        page_.replaceKey("/Rotate", QPDFObjectHandle::newInteger(normalisedDegrees(degrees)));
+    });
 }
 
-std::vector<PDFAnnotation> PDFPage::annotations() const {
+std::vector<PDFAnnotation> PDFPage::annotationList() const {
     std::vector<PDFAnnotation> result;
     auto page = page_;
     auto annots = page.getKey("/Annots");
@@ -78,7 +130,10 @@ std::vector<PDFAnnotation> PDFPage::annotations() const {
         }
         auto subtype = annotation.getKey("/Subtype");
         std::string type = subtype.isName() ? subtype.getName().substr(1) : std::string();
-        result.push_back({std::move(type), uriOf(annotation)});
+        if (type == "Widget" && isSignatureWidget(annotation)) {
+            type = "Signature";
+        }
+        result.push_back({std::move(type), urlOf(annotation)});
     }
     return result;
 }

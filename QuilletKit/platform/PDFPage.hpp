@@ -3,8 +3,11 @@
 // A PDFPage is a light handle (a qpdf object reference), cheap to copy. It does not own the page:
 // it is valid while the document it came from is alive and the page has not been removed from
 // it. Reads follow the page tree's inheritance (a media box or rotation set on a /Pages node
-// applies to the pages below it); writes go to the page itself.
+// applies to the pages below it); writes go to the page itself. A page too damaged to read throws
+// PDFDocumentError(damaged), never one of qpdf's exceptions.
 #pragma once
+
+#include "platform/PDFDocumentError.hpp"
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -27,8 +30,10 @@ struct PDFRect {
 /// An annotation as the page model reports it.
 struct PDFAnnotation {
     /// The subtype without its slash ("Link", "Widget", "Text"); "" when the entry is missing.
+    /// A widget of a signature field (/FT /Sig, possibly inherited) reads "Signature".
     std::string type;
-    /// The target of a URI action (/A << /S /URI /URI (...) >>), as written in the file.
+    /// Where the annotation leads outside the document: a URI action's URI as written, or
+    /// "file:" + the file named by a Launch or GoToR action.
     std::optional<std::string> url;
 };
 
@@ -56,6 +61,10 @@ class PDFPage {
     QPDFObjectHandle object() const { return page_; }
 
   private:
+    PDFRect box() const;
+    int rotationValue() const;
+    std::vector<PDFAnnotation> annotationList() const;
+
     QPDFObjectHandle page_;
 };
 

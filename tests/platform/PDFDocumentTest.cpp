@@ -241,24 +241,26 @@ TEST(PDFDocumentTest, RemovePageKeepsTheOthersInOrder) {
     EXPECT_EQ(pageWidths(document), (std::vector<double>{100, 300}));
 }
 
-TEST(PDFDocumentTest, AnnotationsReportTypeAndURIActionTarget) {
+TEST(PDFDocumentTest, AnnotationsReportTypeAndWhereTheyLead) {
     PDFBuilder builder;
     builder.addPage()
         .textNote("remember")
         .link("https://example.org/x?a=1")
         .launch("run.sh")
-        .textField("name", "Ada");
+        .textField("name", "Ada")
+        .signatureField("approval");
     builder.addPage();
     auto document = PDFDocument::open(builder.bytes(), "annotated");
     const auto annotations = document.page(0).annotations();
-    ASSERT_EQ(annotations.size(), 4u);
-    EXPECT_EQ(annotations[0].type, "Text");
-    EXPECT_EQ(annotations[0].url, std::nullopt);
-    EXPECT_EQ(annotations[1].type, "Link");
-    EXPECT_EQ(annotations[1].url, "https://example.org/x?a=1");
-    EXPECT_EQ(annotations[2].type, "Link");
-    EXPECT_EQ(annotations[2].url, std::nullopt) << "a launch action is no URL";
-    EXPECT_EQ(annotations[3].type, "Widget");
+    ASSERT_EQ(annotations.size(), 5u);
+    const std::vector<std::pair<std::string, std::optional<std::string>>> expected = {
+        {"Text", std::nullopt},   {"Link", "https://example.org/x?a=1"}, {"Link", "file:run.sh"},
+        {"Widget", std::nullopt}, {"Signature", std::nullopt},
+    };
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(annotations[i].type, expected[i].first) << i;
+        EXPECT_EQ(annotations[i].url, expected[i].second) << i;
+    }
     EXPECT_TRUE(document.page(1).annotations().empty());
 }
 
