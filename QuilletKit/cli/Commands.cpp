@@ -17,7 +17,6 @@ namespace {
 
 } // namespace
 
-void runCompress(const Arguments& arguments, CommandIO&) { unavailable(arguments, "compress"); }
 void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "merge"); }
 void runSplit(const Arguments& arguments, CommandIO&) { unavailable(arguments, "split"); }
 void runConvert(const Arguments& arguments, CommandIO&) { unavailable(arguments, "convert"); }

@@ -6,6 +6,7 @@
 
 #include "cli/CommandIO.hpp"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,5 +23,10 @@ void runClean(const Arguments& arguments, CommandIO& io);
 void runProtect(const Arguments& arguments, CommandIO& io);
 void runUnprotect(const Arguments& arguments, CommandIO& io);
 void runInfo(const Arguments& arguments, CommandIO& io);
+
+struct CompressionOutcome;
+/// The lines `compress` prints for one input: sizes, saving and output, then any note.
+std::string compressionResultLine(const std::filesystem::path& input,
+                                  const CompressionOutcome& outcome);
 
 } // namespace quillet

@@ -1,0 +1,181 @@
+#include "engines/DocumentRewriter.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "engines/PageRasterizer.hpp"
+#include "platform/PDFRenderer.hpp"
+
+#include <qpdf/Pl_Flate.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include <fmt/format.h>
+
+#include <map>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+struct PagePlan {
+    int index = 0;
+    bool monochrome = false;
+    PageRasterizer::Size size;
+    int rotation = 0;
+};
+
+QPDFObjectHandle imageStream(QPDF& qpdf, const RasterizedPage& raster) {
+    const bool gray = raster.format == PixelFormat::gray;
+    auto image = QPDFObjectHandle::newStream(&qpdf);
+    // JPEG bytes are stored as they are; raw pixels are compressed by the writer.
+    const auto& bytes = raster.isJPEG ? raster.data : raster.pixels;
+    image.replaceStreamData(std::string(bytes.begin(), bytes.end()),
+                            raster.isJPEG ? QPDFObjectHandle::newName("/DCTDecode")
+                                          : QPDFObjectHandle::newNull(),
+                            QPDFObjectHandle::newNull());
+    auto dictionary = image.getDict();
+    dictionary.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+    dictionary.replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
+    dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(raster.width));
+    dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(raster.height));
+    dictionary.replaceKey("/ColorSpace", QPDFObjectHandle::newName(gray ? "/DeviceGray" : "/DeviceRGB"));
+    dictionary.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
+    return image;
+}
+
+void replaceContent(QPDF& qpdf, QPDFObjectHandle page, const PDFRect& box,
+                    const RasterizedPage& raster) {
+    auto resources = QPDFObjectHandle::newDictionary();
+    auto xobjects = QPDFObjectHandle::newDictionary();
+    xobjects.replaceKey("/Page", imageStream(qpdf, raster));
+    resources.replaceKey("/XObject", xobjects);
+    page.replaceKey("/Resources", resources);
+    page.replaceKey("/Contents",
+                    QPDFObjectHandle::newStream(
+                        &qpdf, fmt::format("q {:.4f} 0 0 {:.4f} {:.4f} {:.4f} cm /Page Do Q",
+                                           box.width, box.height, box.x, box.y)));
+}
+
+void writeRebuilt(QPDF& qpdf, const fs::path& output) {
+    try {
+        // The Flate level is qpdf's process-wide setting; every writer of ours wants the best.
+        Pl_Flate::setCompressionLevel(9);
+        QPDFWriter writer(qpdf, output.c_str());
+        writer.setObjectStreamMode(qpdf_o_generate);
+        writer.setCompressStreams(true);
+        writer.setRecompressFlate(true);
+        writer.setDecodeLevel(qpdf_dl_generalized);
+        writer.write();
+    } catch (const std::exception& error) {
+        throw PDFCoreError::writeFailed(output.filename().string() + ": " + error.what());
+    }
+}
+
+std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis& analysis,
+                                  int dpi) {
+    std::map<int, const PDFPageAnalysis*> byIndex;
+    for (const auto& page : analysis.pages) {
+        byIndex[page.index] = &page;
+    }
+    std::vector<PagePlan> plans;
+    for (int i = 0; i < document.pageCount(); ++i) {
+        const auto found = byIndex.find(i);
+        if (found == byIndex.end() || !DocumentRewriter::shouldRasterize(*found->second)) {
+            continue;
+        }
+        const auto& images = found->second->images;
+        PagePlan plan;
+        plan.index = i;
+        plan.monochrome = std::all_of(images.begin(), images.end(),
+                                      [](const auto& image) { return image.isMonochrome; });
+        const auto page = document.page(i);
+        const auto box = page.mediaBox();
+        plan.size = PageRasterizer::rasterSize(box.width, box.height, dpi);
+        plan.rotation = page.rotation();
+        plans.push_back(plan);
+    }
+    return plans;
+}
+
+} // namespace
+
+RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& output,
+                                        const PDFAnalysis& analysis,
+                                        std::optional<RasterSetting> raster,
+                                        const Progress& progress, const Cancelled& cancelled) {
+    PDFDocument document = PDFDocumentEngine::openCG(input);
+    const int count = document.pageCount();
+    const auto checkCancelled = [&] {
+        if (cancelled && cancelled()) {
+            throw CancellationError();
+        }
+    };
+    const auto report = [&](int pagesDone) {
+        if (progress && count > 0) {
+            progress(static_cast<double>(pagesDone) / count);
+        }
+    };
+    RewriteDetail detail;
+    const auto plans = raster ? planRasters(document, analysis, raster->dpi) : std::vector<PagePlan>{};
+    int done = 0;
+    PDFRenderer renderer;
+    std::optional<PDFRenderer::Document> source;
+    if (!plans.empty()) {
+        try {
+            source = renderer.open(input, document.password());
+        } catch (const RenderError&) {
+            // A file the renderer cannot read keeps every page as vector content.
+        }
+    }
+    if (source) {
+        std::vector<PDFRenderer::PageRequest> requests;
+        for (const auto& plan : plans) {
+            const bool swap = plan.rotation % 180 != 0;
+            PDFRenderer::RenderOptions options;
+            options.size = PDFRenderer::PixelSize{swap ? plan.size.height : plan.size.width,
+                                                  swap ? plan.size.width : plan.size.height};
+            options.format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
+            options.annotations = false;
+            requests.push_back({plan.index, options});
+        }
+        std::size_t next = 0;
+        const double quality = raster->quality;
+        source->renderPagesInOrder(
+            requests,
+            [&plans, quality](PDFRenderer::RenderedPage&& rendered) -> std::optional<RasterizedPage> {
+                if (!rendered.bitmap) {
+                    return std::nullopt; // the page stays vector content
+                }
+                const auto plan = std::find_if(plans.begin(), plans.end(), [&](const auto& p) {
+                    return p.index == rendered.pageIndex;
+                });
+                return PageRasterizer::encode(
+                    PageRasterizer::unrotated(*rendered.bitmap, plan->rotation), quality,
+                    plan->monochrome);
+            },
+            [&](std::optional<RasterizedPage>&& encoded) {
+                const PagePlan& plan = plans[next++];
+                for (; done < plan.index; ++done) {
+                    checkCancelled();
+                    report(done + 1);
+                }
+                checkCancelled();
+                if (encoded) {
+                    auto page = document.page(plan.index);
+                    replaceContent(document.qpdf(), page.object(), page.mediaBox(), *encoded);
+                    ++detail.rasterizedPages;
+                    detail.rasterBytes += static_cast<std::int64_t>(encoded->data.size());
+                }
+                report(++done);
+            });
+    }
+    for (; done < count; ++done) {
+        checkCancelled();
+        report(done + 1);
+    }
+    writeRebuilt(document.qpdf(), output);
+    std::error_code error;
+    detail.bytes = static_cast<std::int64_t>(fs::file_size(output, error));
+    return detail;
+}
+
+} // namespace quillet

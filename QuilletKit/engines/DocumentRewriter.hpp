@@ -1,0 +1,48 @@
+// One rebuild of a PDF: every page kept as it is, except the pages the analysis calls
+// image-heavy, whose content is replaced by one image each when a raster setting is given.
+//
+// The rest of the document (outline, links, forms, annotations, attachments, metadata) is
+// carried over untouched; annotations of a rasterized page stay as objects on top of its image.
+// The result is written with object streams and recompressed Flate streams.
+#pragma once
+
+#include "engines/PDFAnalysis.hpp"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+namespace quillet {
+
+struct RewriteDetail {
+    std::int64_t bytes = 0;
+    int rasterizedPages = 0;
+    /// The encoded sizes of the page images, summed.
+    std::int64_t rasterBytes = 0;
+};
+
+struct RasterSetting {
+    int dpi = 150;
+    double quality = 0.72;
+};
+
+class DocumentRewriter {
+  public:
+    using Progress = std::function<void(double pageFraction)>;
+    using Cancelled = std::function<bool()>;
+
+    /// Rebuilds `input` into the existing file `output` (overwritten). Pages are rendered and
+    /// encoded on all cores; `progress` sees (i + 1) / n for every page i in page order, on the
+    /// calling thread. Throws PDFCoreError (opening, writing) and CancellationError.
+    static RewriteDetail rewrite(const std::filesystem::path& input,
+                                 const std::filesystem::path& output, const PDFAnalysis& analysis,
+                                 std::optional<RasterSetting> raster, const Progress& progress,
+                                 const Cancelled& cancelled);
+
+    /// Whether a page is replaced by its raster: it has images, and either no text or images
+    /// over more than 60% of it with fewer than 400 text operators.
+    static bool shouldRasterize(const PDFPageAnalysis& page) { return page.isImageHeavy(); }
+};
+
+} // namespace quillet

@@ -1,0 +1,222 @@
+#include "engines/PDFCompressionEngine.hpp"
+
+#include "engines/Formatters.hpp"
+#include "engines/PDFAnalysisEngine.hpp"
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "platform/TemporaryFile.hpp"
+
+#include <cmath>
+#include <limits>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+const std::string alreadyOptimizedNote = "This PDF is already optimized.";
+
+std::int64_t fileSize(const fs::path& url) {
+    std::error_code error;
+    const auto size = fs::file_size(url, error);
+    if (error) {
+        throw PDFCoreError::cannotOpen(url);
+    }
+    return static_cast<std::int64_t>(size);
+}
+
+CompressionOutcome notKept(std::int64_t originalBytes, std::string note) {
+    CompressionOutcome outcome;
+    outcome.status = CompressionOutcome::Status::alreadyOptimized;
+    outcome.originalBytes = originalBytes;
+    outcome.resultBytes = originalBytes;
+    outcome.note = std::move(note);
+    return outcome;
+}
+
+// Validates a finished candidate and moves it onto `output`.
+CompressionOutcome keep(TemporaryFile& candidate, const fs::path& output, std::int64_t originalBytes,
+                        const RewriteDetail& detail) {
+    const auto validation = PDFDocumentEngine::validateOutput(candidate.path());
+    if (!validation.ok) {
+        throw PDFCoreError::validationFailed(validation.message);
+    }
+    try {
+        candidate.commit(output);
+    } catch (const fs::filesystem_error& error) {
+        throw PDFCoreError::writeFailed(output.string() + ": " + error.code().message());
+    }
+    CompressionOutcome outcome;
+    outcome.outputURL = output;
+    outcome.originalBytes = originalBytes;
+    outcome.resultBytes = detail.bytes;
+    outcome.rasterizedPages = detail.rasterizedPages;
+    return outcome;
+}
+
+// Progress of one rebuild mapped into [start, start + span] of the whole.
+DocumentRewriter::Progress mapped(const CompressionOptions& options, double start, double span) {
+    return [&options, start, span](double fraction) {
+        if (options.progress) {
+            options.progress(start + fraction * span);
+        }
+    };
+}
+
+TemporaryFile temporaryCandidate() {
+    try {
+        return TemporaryFile::inSystemTemporaryFolder(".pdf");
+    } catch (const fs::filesystem_error& error) {
+        throw PDFCoreError::writeFailed("cannot create output (" + error.code().message() + ")");
+    }
+}
+
+} // namespace
+
+std::optional<RasterSetting> PDFCompressionEngine::tierSetting(CompressionQualityTier tier) {
+    switch (tier) {
+    case CompressionQualityTier::highQuality: return RasterSetting{300, 0.85};
+    case CompressionQualityTier::balanced: return RasterSetting{200, 0.72};
+    case CompressionQualityTier::smallest: return RasterSetting{120, 0.55};
+    case CompressionQualityTier::lossless: return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::int64_t PDFCompressionEngine::predictForRung(int rung, std::int64_t refRaster,
+                                                  std::int64_t vectorParts) {
+    const auto& setting = ladder[static_cast<std::size_t>(std::clamp(rung, 0, 8))];
+    const double q = setting.quality;
+    const double scale = (setting.dpi / 150.0) * (setting.dpi / 150.0);
+    const double raster = scale * static_cast<double>(refRaster) * ((q * q * 2.2 + 0.12) / 1.26048);
+    if (!(raster + static_cast<double>(vectorParts) < 9.0e18)) {
+        throw PDFCoreError::invalidInput("The size prediction overflowed.");
+    }
+    return vectorParts + static_cast<std::int64_t>(raster);
+}
+
+std::string PDFCompressionEngine::targetText(std::int64_t targetBytes) {
+    return formattedBytes(targetBytes, targetBytes < 10'485'760 ? 1 : 0);
+}
+
+CompressionOutcome PDFCompressionEngine::compress(const fs::path& input, const fs::path& output,
+                                                  const CompressionOptions& options) {
+    const std::int64_t originalBytes = fileSize(input);
+    const PDFAnalysis analysis = PDFAnalysisEngine::analyze(input);
+    if (options.targetBytes) {
+        return compressToTarget(input, output, analysis, originalBytes, *options.targetBytes,
+                                options);
+    }
+    return compressWithProfile(input, output, analysis, originalBytes, options);
+}
+
+CompressionOutcome PDFCompressionEngine::compressWithProfile(const fs::path& input,
+                                                             const fs::path& output,
+                                                             const PDFAnalysis& analysis,
+                                                             std::int64_t originalBytes,
+                                                             const CompressionOptions& options) {
+    const auto setting = tierSetting(options.tier);
+    TemporaryFile candidate = temporaryCandidate();
+    // The lossless rewrite reports up to 0.95, the rasterizing tiers the whole range.
+    const auto detail =
+        DocumentRewriter::rewrite(input, candidate.path(), analysis, setting,
+                                  mapped(options, 0.0, setting ? 1.0 : 0.95), options.isCancelled);
+    if (detail.bytes >= originalBytes) {
+        return notKept(originalBytes, alreadyOptimizedNote);
+    }
+    return keep(candidate, output, originalBytes, detail);
+}
+
+CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
+                                                          const fs::path& output,
+                                                          const PDFAnalysis& analysis,
+                                                          std::int64_t originalBytes,
+                                                          std::int64_t targetBytes,
+                                                          const CompressionOptions& options) {
+    const auto target = static_cast<double>(targetBytes);
+    if (originalBytes <= static_cast<std::int64_t>(target * 0.95)) {
+        TemporaryFile candidate = temporaryCandidate();
+        const auto detail = DocumentRewriter::rewrite(input, candidate.path(), analysis,
+                                                      std::nullopt, mapped(options, 0.0, 0.95),
+                                                      options.isCancelled);
+        if (detail.bytes >= originalBytes) {
+            return notKept(originalBytes, "Already under " + targetText(targetBytes) + ".");
+        }
+        auto outcome = keep(candidate, output, originalBytes, detail);
+        outcome.note = "Already under target — optimized losslessly.";
+        return outcome;
+    }
+    if (options.progress) {
+        options.progress(0.02);
+    }
+    RewriteDetail probe;
+    {
+        TemporaryFile probeFile = temporaryCandidate();
+        probe = DocumentRewriter::rewrite(input, probeFile.path(), analysis, RasterSetting{150, 0.72},
+                                          mapped(options, 0.02, 0.33), options.isCancelled);
+    }
+    const std::int64_t refRaster = probe.rasterBytes;
+    const std::int64_t vectorParts = std::max<std::int64_t>(0, probe.bytes - probe.rasterBytes);
+    const auto budget = static_cast<std::int64_t>(target * 0.97);
+    const auto upper = static_cast<std::int64_t>(target * 1.02);
+    const auto firstRungWithin = [&](double factor) {
+        for (int r = 0; r < 9; ++r) {
+            if (budget >= static_cast<std::int64_t>(factor * static_cast<double>(
+                                                                 predictForRung(r, refRaster, vectorParts)))) {
+                return r;
+            }
+        }
+        return 8;
+    };
+
+    int rung = firstRungWithin(1.0);
+    std::optional<TemporaryFile> candidate;
+    RewriteDetail kept;
+    int previousRung = rung;
+    std::int64_t previousBytes = 0;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        if (options.isCancelled && options.isCancelled()) {
+            throw CancellationError();
+        }
+        TemporaryFile file = temporaryCandidate();
+        const auto detail = DocumentRewriter::rewrite(
+            input, file.path(), analysis, ladder[static_cast<std::size_t>(rung)],
+            mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled);
+        candidate = std::move(file); // the previous candidate's file goes here
+        kept = detail;
+
+        int next = rung;
+        if (detail.bytes > 0) {
+            // The reference lags one attempt behind on purpose: it damps oscillation.
+            const int referenceRung = attempt == 0 ? rung : previousRung;
+            const std::int64_t referenceBytes = attempt == 0 ? detail.bytes : previousBytes;
+            const auto predicted = predictForRung(referenceRung, refRaster, vectorParts);
+            const double factor =
+                predicted > 0 ? std::max(1.0, static_cast<double>(referenceBytes)) / predicted : 1.0;
+            next = firstRungWithin(factor);
+        }
+        previousRung = rung;
+        previousBytes = detail.bytes;
+        if (detail.bytes <= upper ? next <= rung : next >= rung) {
+            break;
+        }
+        rung = next;
+    }
+    if (!candidate) {
+        throw PDFCoreError::writeFailed("compression produced no output");
+    }
+    if (kept.bytes >= originalBytes) {
+        return notKept(originalBytes, alreadyOptimizedNote);
+    }
+    auto outcome = keep(*candidate, output, originalBytes, kept);
+    if (kept.bytes > targetBytes) {
+        outcome.status = CompressionOutcome::Status::bestEffort;
+        outcome.note = "Best effort: " + formattedBytes(kept.bytes, 2) + " — this PDF cannot reach " +
+                       targetText(targetBytes) + " without destroying quality.";
+    }
+    if (options.progress) {
+        options.progress(1.0);
+    }
+    return outcome;
+}
+
+} // namespace quillet

@@ -1,0 +1,65 @@
+// Makes a PDF smaller: by a quality tier (image-dominated pages replaced by one image each at
+// the tier's resolution and quality), losslessly (the document rewritten with object streams
+// and recompressed streams, no page touched), or under a target size (a calibrated search over a
+// ladder of nine resolution/quality rungs: one probe and at most three rebuilds).
+//
+// The input is never modified. Every candidate is written to a "quillet-<UUID>.pdf" file in the
+// system temporary folder; the kept one is validated and then moved onto `output` in one rename
+// (also when `output` is the input itself, and across file systems). Every other temporary file
+// is removed on success, failure and cancellation. A result that is not smaller than the input
+// is not kept: the outcome is then `alreadyOptimized` and nothing is written.
+#pragma once
+
+#include "engines/CompressionTypes.hpp"
+#include "engines/DocumentRewriter.hpp"
+
+#include <array>
+#include <filesystem>
+
+namespace quillet {
+
+class PDFCompressionEngine {
+  public:
+    PDFCompressionEngine() = delete;
+
+    /// Throws PDFCoreError (opening, analysis, writing, validation) and CancellationError.
+    static CompressionOutcome compress(const std::filesystem::path& input,
+                                       const std::filesystem::path& output,
+                                       const CompressionOptions& options);
+
+    /// DPI and quality of the three rasterizing tiers (lossless has none).
+    static std::optional<RasterSetting> tierSetting(CompressionQualityTier tier);
+
+    /// The target ladder, best first.
+    static constexpr std::array<RasterSetting, 9> ladder{{{350, 0.88},
+                                                          {300, 0.85},
+                                                          {250, 0.80},
+                                                          {200, 0.75},
+                                                          {150, 0.70},
+                                                          {120, 0.62},
+                                                          {96, 0.52},
+                                                          {72, 0.42},
+                                                          {54, 0.34}}};
+
+    /// The predicted size at `rung` (clamped to the ladder) from a reference rebuild at 150 DPI,
+    /// quality 0.72 whose images took `refRaster` bytes and the rest `vectorParts`.
+    static std::int64_t predictForRung(int rung, std::int64_t refRaster, std::int64_t vectorParts);
+
+    /// "Already under " and "Best effort" notes show targets below 10 MB with one decimal.
+    static std::string targetText(std::int64_t targetBytes);
+
+  private:
+    static CompressionOutcome compressWithProfile(const std::filesystem::path& input,
+                                                  const std::filesystem::path& output,
+                                                  const PDFAnalysis& analysis,
+                                                  std::int64_t originalBytes,
+                                                  const CompressionOptions& options);
+    static CompressionOutcome compressToTarget(const std::filesystem::path& input,
+                                               const std::filesystem::path& output,
+                                               const PDFAnalysis& analysis,
+                                               std::int64_t originalBytes,
+                                               std::int64_t targetBytes,
+                                               const CompressionOptions& options);
+};
+
+} // namespace quillet

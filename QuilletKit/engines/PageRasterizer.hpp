@@ -1,0 +1,46 @@
+// One page as one encoded image: the raster that replaces an image-dominated page.
+#pragma once
+
+#include "platform/Bitmap.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace quillet {
+
+struct RasterizedPage {
+    /// The encoded file (JPEG, or PNG for lossless monochrome pages): its length is what the
+    /// size predictions learn from.
+    std::vector<std::uint8_t> data;
+    bool isJPEG = false;
+    int width = 0;
+    int height = 0;
+    PixelFormat format = PixelFormat::rgb;
+    /// For PNG pages, the gray pixels themselves: a PDF stores them Flate-compressed, not as PNG.
+    std::vector<std::uint8_t> pixels;
+};
+
+class PageRasterizer {
+  public:
+    struct Size {
+        int width = 1;
+        int height = 1;
+    };
+
+    /// Pixels for a box of `width` × `height` points at `dpi`: each side the integer part of
+    /// dpi / 72 × points, at least 1, then scaled down (keeping the aspect) to at most
+    /// 36 megapixels.
+    static Size rasterSize(double width, double height, int dpi);
+
+    /// Encodes a rendered page: colour pages as JPEG at `quality`; monochrome (gray) pages as PNG
+    /// when `quality` is 0.6 or more (gentle tiers keep black-and-white pages lossless), else as
+    /// gray JPEG. Absent when encoding fails.
+    static std::optional<RasterizedPage> encode(Bitmap bitmap, double quality, bool monochrome);
+
+    /// `bitmap` turned back by `degrees` (a multiple of 90): a page rendered as shown (rotated)
+    /// becomes the unrotated image that its /Rotate turns again on display.
+    static Bitmap unrotated(const Bitmap& bitmap, int degrees);
+};
+
+} // namespace quillet
