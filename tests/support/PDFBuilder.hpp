@@ -34,6 +34,8 @@ struct ImageSpec {
     /// When not empty, the bytes of a JPEG file, stored unchanged with /DCTDecode (width, height
     /// and color must describe it). Otherwise a generated gradient is stored with /FlateDecode.
     std::string jpeg;
+    /// Noise of up to ± this much per sample on the generated gradient (0: smooth).
+    int grain = 0;
 };
 
 struct EncryptionSpec {

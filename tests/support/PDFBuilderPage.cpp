@@ -1,3 +1,4 @@
+#include <algorithm>
 // The page half of PDFBuilder: content, resources, annotations and fields of one page.
 #include "support/PDFBuilder.hpp"
 
@@ -29,14 +30,20 @@ const char* colorSpace(ImageSpec::Color color) {
     return "DeviceRGB";
 }
 
-// A diagonal gradient, so that a rendered or re-encoded image is not a flat colour.
-std::string gradient(int width, int height, int channels) {
+// A diagonal gradient, so that a rendered or re-encoded image is not a flat colour. With grain,
+// it behaves like a photograph or a scan: Flate gains little on it, JPEG a lot.
+std::string gradient(int width, int height, int channels, int grain) {
     std::string pixels;
     pixels.reserve(static_cast<std::size_t>(width) * height * channels);
+    std::uint32_t state = 12345;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             for (int c = 0; c < channels; ++c) {
-                const int value = (x * 255 / std::max(1, width - 1) + c * 85 + y) % 256;
+                int value = (x * 255 / std::max(1, width - 1) + c * 85 + y) % 256;
+                if (grain > 0) {
+                    state = state * 1664525u + 1013904223u;
+                    value = std::clamp(value + static_cast<int>(state >> 24) % (2 * grain + 1) - grain, 0, 255);
+                }
                 pixels += static_cast<char>(value);
             }
         }
@@ -55,7 +62,7 @@ QPDFObjectHandle imageXObject(QPDF& qpdf, const ImageSpec& spec) {
     auto stream = qpdf.newStream();
     stream.replaceDict(dict);
     if (spec.jpeg.empty()) {
-        stream.replaceStreamData(gradient(spec.width, spec.height, components(spec.color)),
+        stream.replaceStreamData(gradient(spec.width, spec.height, components(spec.color), spec.grain),
                                  QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
     } else {
         stream.replaceStreamData(spec.jpeg, name("DCTDecode"), QPDFObjectHandle::newNull());
