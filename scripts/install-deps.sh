@@ -11,7 +11,7 @@ packages=(
     libvips-dev libheif-dev
     nlohmann-json3-dev libfmt-dev
     libgtest-dev libgmock-dev
-    qpdf poppler-utils
+    qpdf poppler-utils libimage-exiftool-perl
 )
 
 missing=()
