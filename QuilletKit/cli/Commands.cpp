@@ -21,7 +21,4 @@ void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "
 void runSplit(const Arguments& arguments, CommandIO&) { unavailable(arguments, "split"); }
 void runConvert(const Arguments& arguments, CommandIO&) { unavailable(arguments, "convert"); }
 void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, "images"); }
-void runClean(const Arguments& arguments, CommandIO&) { unavailable(arguments, "clean"); }
-void runProtect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "protect"); }
-void runUnprotect(const Arguments& arguments, CommandIO&) { unavailable(arguments, "unprotect"); }
 } // namespace quillet
