@@ -1,0 +1,235 @@
+#include "platform/MuPDFBoundary.hpp"
+
+#include <climits>
+#include <cstdint>
+
+namespace quillet::mupdf {
+
+namespace {
+
+// Everything between here and the end of the anonymous namespace is C-like on purpose: no object
+// with a destructor may be alive while MuPDF can longjmp, so errors are copied into this plain
+// struct and thrown only after the function has returned. Results assigned inside fz_try are
+// volatile so that a longjmp cannot leave them in a stale register.
+struct Caught {
+    int code = 0;
+    char message[256] = {};
+};
+
+void remember(fz_context* ctx, Caught* caught) {
+    caught->code = fz_caught(ctx);
+    fz_strlcpy(caught->message, fz_caught_message(ctx), sizeof caught->message);
+}
+
+void ignoreMessage(void*, const char*) {
+}
+
+pdf_document* tryOpen(fz_context* ctx, const char* path, Caught* caught) {
+    pdf_document* volatile doc = nullptr;
+    fz_try(ctx) {
+        doc = pdf_open_document(ctx, path);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return nullptr;
+    }
+    return doc;
+}
+
+// -1 = failed, 0 = false, 1 = true.
+int tryNeedsPassword(fz_context* ctx, pdf_document* doc, Caught* caught) {
+    int volatile needs = 0;
+    fz_try(ctx) {
+        needs = pdf_needs_password(ctx, doc);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return -1;
+    }
+    return needs ? 1 : 0;
+}
+
+int tryAuthenticate(fz_context* ctx, pdf_document* doc, const char* password, Caught* caught) {
+    int volatile granted = 0;
+    fz_try(ctx) {
+        granted = pdf_authenticate_password(ctx, doc, password);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return -1;
+    }
+    return granted ? 1 : 0;
+}
+
+int tryCountPages(fz_context* ctx, pdf_document* doc, Caught* caught) {
+    int volatile count = 0;
+    fz_try(ctx) {
+        count = pdf_count_pages(ctx, doc);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return -1;
+    }
+    return count;
+}
+
+fz_page* tryLoadPage(fz_context* ctx, pdf_document* doc, int index, Caught* caught) {
+    fz_page* volatile page = nullptr;
+    fz_try(ctx) {
+        page = fz_load_page(ctx, &doc->super, index);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return nullptr;
+    }
+    return page;
+}
+
+int tryMediaBox(fz_context* ctx, fz_page* page, fz_rect* box, Caught* caught) {
+    fz_try(ctx) {
+        pdf_page* pdfPage = pdf_page_from_fz_page(ctx, page);
+        fz_rect visible;
+        fz_matrix toPageSpace;
+        // The transform also carries /Rotate and /UserUnit, snapped and defaulted as MuPDF does.
+        pdf_page_transform(ctx, pdfPage, &visible, &toPageSpace);
+        pdf_obj* media = pdf_dict_get_inheritable(ctx, pdfPage->obj, PDF_NAME(MediaBox));
+        fz_rect rect = pdf_to_rect(ctx, media);
+        if (fz_is_empty_rect(rect)) {
+            rect = visible;
+        }
+        *box = fz_transform_rect(rect, toPageSpace);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return 0;
+    }
+    return 1;
+}
+
+int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations,
+            unsigned char* samples, int width, int height, int n, Caught* caught) {
+    fz_pixmap* pixmap = nullptr;
+    fz_device* device = nullptr;
+    fz_var(pixmap);
+    fz_var(device);
+    fz_try(ctx) {
+        fz_colorspace* space = n == 1 ? fz_device_gray(ctx) : fz_device_rgb(ctx);
+        pixmap = fz_new_pixmap_with_data(ctx, space, width, height, nullptr, 0, width * n, samples);
+        device = fz_new_draw_device(ctx, fz_identity, pixmap);
+        if (annotations) {
+            fz_run_page(ctx, page, device, transform, nullptr);
+        } else {
+            fz_run_page_contents(ctx, page, device, transform, nullptr);
+        }
+        fz_close_device(ctx, device);
+    }
+    fz_always(ctx) {
+        fz_drop_device(ctx, device);
+        fz_drop_pixmap(ctx, pixmap);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return 0;
+    }
+    return 1;
+}
+
+} // namespace
+
+namespace {
+
+[[noreturn]] void raise(const Caught& caught) {
+    throw Error(caught.code, caught.message);
+}
+
+void silence(fz_context* ctx) {
+    fz_set_error_callback(ctx, ignoreMessage, nullptr);
+    fz_set_warning_callback(ctx, ignoreMessage, nullptr);
+}
+
+} // namespace
+
+ContextPtr newContext(const fz_locks_context& locks) {
+    ContextPtr ctx(fz_new_context(nullptr, &locks, FZ_STORE_DEFAULT));
+    if (!ctx) {
+        throw Error(FZ_ERROR_MEMORY, "cannot create a MuPDF context");
+    }
+    silence(ctx.get());
+    return ctx;
+}
+
+ContextPtr cloneContext(fz_context* base) {
+    ContextPtr ctx(fz_clone_context(base));
+    if (!ctx) {
+        throw Error(FZ_ERROR_MEMORY, "cannot clone a MuPDF context");
+    }
+    silence(ctx.get());
+    return ctx;
+}
+
+DocumentPtr openPDF(fz_context* ctx, const char* path) {
+    Caught caught;
+    pdf_document* doc = tryOpen(ctx, path, &caught);
+    if (!doc) {
+        raise(caught);
+    }
+    return DocumentPtr(doc, DocumentDeleter{ctx});
+}
+
+bool needsPassword(fz_context* ctx, pdf_document* doc) {
+    Caught caught;
+    int needs = tryNeedsPassword(ctx, doc, &caught);
+    if (needs < 0) {
+        raise(caught);
+    }
+    return needs == 1;
+}
+
+bool authenticate(fz_context* ctx, pdf_document* doc, const char* password) {
+    Caught caught;
+    int granted = tryAuthenticate(ctx, doc, password, &caught);
+    if (granted < 0) {
+        raise(caught);
+    }
+    return granted == 1;
+}
+
+int countPages(fz_context* ctx, pdf_document* doc) {
+    Caught caught;
+    int count = tryCountPages(ctx, doc, &caught);
+    if (count < 0) {
+        raise(caught);
+    }
+    return count;
+}
+
+PagePtr loadPage(fz_context* ctx, pdf_document* doc, int index) {
+    Caught caught;
+    fz_page* page = tryLoadPage(ctx, doc, index, &caught);
+    if (!page) {
+        raise(caught);
+    }
+    return PagePtr(page, PageDeleter{ctx});
+}
+
+fz_rect mediaBox(fz_context* ctx, fz_page* page) {
+    Caught caught;
+    fz_rect box{};
+    if (!tryMediaBox(ctx, page, &box, &caught)) {
+        raise(caught);
+    }
+    return box;
+}
+
+void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
+              unsigned char* samples, int width, int height, int n) {
+    if (width < 1 || height < 1 || static_cast<std::int64_t>(width) * n > INT_MAX) {
+        throw Error(FZ_ERROR_GENERIC, "the bitmap's rows are too long for MuPDF");
+    }
+    Caught caught;
+    if (!tryDraw(ctx, page, transform, annotations ? 1 : 0, samples, width, height, n, &caught)) {
+        raise(caught);
+    }
+}
+
+} // namespace quillet::mupdf

@@ -1,0 +1,73 @@
+// The only place where MuPDF is called directly.
+//
+// MuPDF reports errors with setjmp/longjmp. A longjmp that crosses a C++ frame skips its
+// destructors, so every MuPDF call that can throw runs inside a small C-like function in
+// MuPDFBoundary.cpp that holds no object with a destructor; the error leaves that function as a
+// return value and is thrown here as `mupdf::Error`, a real C++ exception. Handles are owned by
+// the unique_ptr types below; their deleters never throw.
+//
+// Threads: a context (and everything opened with it) belongs to one thread at a time. Clones of
+// one base context share MuPDF's resource store, guarded by the base context's locks.
+#pragma once
+
+#include <mupdf/fitz.h>
+#include <mupdf/pdf.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace quillet::mupdf {
+
+/// A MuPDF error turned into an exception; `code` is MuPDF's FZ_ERROR_* value.
+class Error : public std::runtime_error {
+  public:
+    Error(int code, const std::string& message) : std::runtime_error(message), code_(code) {}
+    int code() const noexcept { return code_; }
+
+  private:
+    int code_;
+};
+
+struct ContextDeleter {
+    void operator()(fz_context* ctx) const noexcept { fz_drop_context(ctx); }
+};
+using ContextPtr = std::unique_ptr<fz_context, ContextDeleter>;
+
+struct DocumentDeleter {
+    fz_context* ctx;
+    void operator()(pdf_document* doc) const noexcept { pdf_drop_document(ctx, doc); }
+};
+using DocumentPtr = std::unique_ptr<pdf_document, DocumentDeleter>;
+
+struct PageDeleter {
+    fz_context* ctx;
+    void operator()(fz_page* page) const noexcept { fz_drop_page(ctx, page); }
+};
+using PagePtr = std::unique_ptr<fz_page, PageDeleter>;
+
+/// A base context using `locks` (which must outlive it and every clone). MuPDF's messages are
+/// silenced: they would land on standard error, which the command line keeps for its own output.
+ContextPtr newContext(const fz_locks_context& locks);
+/// A context for another thread, sharing the base context's store.
+ContextPtr cloneContext(fz_context* base);
+
+/// Opens a PDF, repairing a damaged cross-reference table as MuPDF does; throws Error.
+DocumentPtr openPDF(fz_context* ctx, const char* path);
+bool needsPassword(fz_context* ctx, pdf_document* doc);
+/// True when `password` opens the document (user or owner password).
+bool authenticate(fz_context* ctx, pdf_document* doc, const char* password);
+int countPages(fz_context* ctx, pdf_document* doc);
+PagePtr loadPage(fz_context* ctx, pdf_document* doc, int index);
+
+/// The page's media box in MuPDF's page space: rotation and user unit applied, y pointing down,
+/// the crop box's corner at the origin (so the media box may start at negative coordinates).
+fz_rect mediaBox(fz_context* ctx, fz_page* page);
+
+/// Draws the page through `transform` (page space to pixels) into `samples`, a caller-owned
+/// buffer of width x height x n bytes (n = 1 gray, 3 RGB) already filled with the background.
+/// Without `annotations`, only the page's own content is drawn (no annotations, no widgets).
+void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
+              unsigned char* samples, int width, int height, int n);
+
+} // namespace quillet::mupdf
