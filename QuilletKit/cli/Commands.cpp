@@ -18,7 +18,6 @@ namespace {
 } // namespace
 
 void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "merge"); }
-void runSplit(const Arguments& arguments, CommandIO&) { unavailable(arguments, "split"); }
 void runConvert(const Arguments& arguments, CommandIO&) { unavailable(arguments, "convert"); }
 void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, "images"); }
 } // namespace quillet

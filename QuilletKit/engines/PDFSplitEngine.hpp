@@ -1,0 +1,82 @@
+// How the pages of one PDF are grouped into output files, and the writing of one group.
+//
+// A split is planned once (`chunkPages`) and then written one chunk at a time (`writeChunk`), so a
+// caller holds the source document and at most one chunk document at any moment: memory does not
+// grow with the number of chunks. The page-selection grammar (`parseRanges`) lives here and is
+// shared with the image export.
+//
+// Stateless; every operation may run on any thread with its own documents. Inputs are never
+// modified on disk.
+#pragma once
+
+#include "model/OperationKinds.hpp"
+#include "platform/PDFDocument.hpp"
+
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+namespace quillet {
+
+/// A closed range of one-based page numbers; `lower` is never above `upper`.
+struct PageRange {
+    int lower = 1;
+    int upper = 1;
+
+    bool operator==(const PageRange&) const = default;
+};
+
+/// An ordered list of zero-based page indices: the pages of one output file.
+using SplitChunk = std::vector<int>;
+
+/// The chunks of a split, in output order.
+using SplitPlan = std::vector<SplitChunk>;
+
+class PDFSplitEngine {
+  public:
+    PDFSplitEngine() = delete;
+
+    /// Reads a selection such as "1-5, 8, 11-30". Pieces are cut at commas, semicolons and
+    /// spaces; a piece is a page ("+3" allowed) or a range "a-b" (a reversed range "9-4" means
+    /// 4...9). Numbers are clamped to 1...max(pageCount, 1): "0" selects page 1, "999" the last.
+    /// Malformed pieces ("abc", "-3", "5-", "2-3-4", numbers beyond 64 bits) are dropped. The
+    /// ranges come back in text order, neither merged, sorted nor de-duplicated. Never fails.
+    static std::vector<PageRange> parseRanges(std::string_view text, int pageCount);
+
+    /// The split plan for `mode`:
+    /// - everyPage: one chunk per page.
+    /// - pageRanges: one chunk per range of `rangesText`, in text order (ranges may overlap).
+    /// - everyNPages: runs of max(everyN, 1) pages; the last holds the remainder.
+    /// - extract: one chunk of every selected page once, ascending.
+    /// - byFileSize: consecutive pages whose estimated size stays within 90 % of `maxBytes`,
+    ///   estimated from the pages' image megapixels and the size of the file at `sourceURL` (read
+    ///   once; nothing is written to measure). A page estimated above the limit on its own still
+    ///   gets a chunk: the limit is a goal, never a reason to fail.
+    /// `rangesText`, `everyN`, `maxBytes` and `sourceURL` are read only by the modes that use
+    /// them. Throws PDFCoreError: emptyDocument when `pageCount` < 1; invalidInput when the text
+    /// of pageRanges or extract selects nothing, or byFileSize has `maxBytes` < 1; the opening
+    /// errors of the source (cannotOpen, wrongPassword) for byFileSize.
+    static SplitPlan chunkPages(SplitMode mode, int pageCount, std::string_view rangesText,
+                                int everyN, std::int64_t maxBytes,
+                                const std::filesystem::path& sourceURL);
+
+    /// Writes the pages `pages` of `source` (zero-based indices, in that order; repeats allowed)
+    /// as a new document at `url`. Indices outside the document and pages that cannot be copied
+    /// are skipped. The output carries only what its pages use: when the source shares one
+    /// resource dictionary among pages, the fonts and images that no copied page draws are left
+    /// out. The file is written beside `url`, re-opened and checked, and only then renamed into
+    /// place, so a failure leaves no file at `url` (and an existing one unchanged). `source` is
+    /// unchanged except that its page tree may be normalised in memory (inherited attributes
+    /// moved onto its pages). Throws PDFCoreError: emptyDocument when no page could be copied;
+    /// writeFailed with the file name of `url` when it cannot be written; validationFailed with
+    /// the reason when the written file does not read back as expected.
+    static void writeChunk(PDFDocument& source, const SplitChunk& pages,
+                           const std::filesystem::path& url);
+
+  private:
+    static SplitPlan chunkByFileSize(const std::filesystem::path& sourceURL, int pageCount,
+                                     std::int64_t maxBytes);
+};
+
+} // namespace quillet
