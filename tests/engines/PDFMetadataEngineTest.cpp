@@ -1,0 +1,350 @@
+// Cleaning, judged by programs other than ours: exiftool, pdfinfo, qpdf and pdftoppm look at the
+// written files, and the object graph is walked straight through qpdf.
+#include "engines/PDFMetadataEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "model/RawValue.hpp"
+#include "support/IndependentChecks.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace quillet {
+namespace {
+
+namespace fs = std::filesystem;
+using test::PDFBuilder;
+using test::TempDir;
+
+const std::vector<std::string> leakedKeys{"/Metadata", "/PieceInfo", "/Thumb",        "/AA",
+                                          "/JS",       "/EF",        "/EmbeddedFiles"};
+
+QPDFObjectHandle parse(const std::string& text) {
+    return QPDFObjectHandle::parse(text);
+}
+
+void addAnnotation(PDFBuilder::Page& page, const std::string& annotation) {
+    page.object().getKey("/Annots").appendItem(parse(annotation));
+}
+
+// A document that carries every kind of trace a cleaner must remove, on top of what it shows:
+// body text, a filled field, a field hidden from view, and a second, rotated page.
+fs::path tracedDocument(const TempDir& dir) {
+    PDFBuilder b;
+    auto& page = b.addPage(612, 792);
+    page.text("Body", 72, 500, 24).image({.width = 8, .height = 8}, 300, 300, 100, 100);
+    page.link("https://example.org/").textField("name", "Alice Example");
+    page.textField("secret", "Hidden Value");
+    page.object().getKey("/Annots").getArrayItem(2).replaceKey("/F", parse("2"));
+    addAnnotation(page, "<< /Type /Annot /Subtype /Link /Rect [300 700 400 720] "
+                        "/A << /S /JavaScript /JS (app.alert(1)) >> >>");
+    addAnnotation(page, "<< /Type /Annot /Subtype /FileAttachment /Rect [300 650 320 670] /FS "
+                        "<< /Type /Filespec /F (a.txt) /EF << >> >> >>");
+    auto& qpdf = b.qpdf();
+    auto embedded = qpdf.newStream("attached bytes");
+    embedded.getDict().replaceKey("/Type", parse("/EmbeddedFile"));
+    page.object().getKey("/Annots").getArrayItem(4).getKey("/FS").getKey("/EF").replaceKey(
+        "/F", embedded);
+    auto packet = qpdf.newStream("<x:xmpmeta>page packet</x:xmpmeta>");
+    page.object().replaceKey("/Metadata", packet);
+    page.object().replaceKey("/PieceInfo", parse("<< /Maker << /Private (draft 7) >> >>"));
+    page.object().replaceKey("/Thumb", qpdf.newStream("thumbnail"));
+    page.object().replaceKey("/AA", parse("<< /O << /S /JavaScript /JS (track()) >> >>"));
+    auto image = page.object().getKey("/Resources").getKey("/XObject").getKey("/Im1");
+    image.getDict().replaceKey("/Metadata", qpdf.newStream("<x:xmpmeta>camera</x:xmpmeta>"));
+    b.addPage(842, 595).rotate(90).text("Second");
+    b.info("Title", "Quarterly").info("Author", "Jane Roe").info("Creator", "Writer 3");
+    b.info("Producer", "Maker 1.0").infoBytes("CreationDate", "D:20240131120000Z");
+    b.xmp("<x:xmpmeta><dc:creator>Jane Roe</dc:creator></x:xmpmeta>");
+    b.attachment("data.csv", "a,b").javascript("hello", "app.alert(2)");
+    b.openActionJavaScript("app.alert(3)");
+    return b.write(dir / "traced.pdf");
+}
+
+std::vector<double> progressOf(const fs::path& input, const fs::path& output, CleanPreset preset,
+                               const PDFMetadataEngine::CancellationTest& cancel = {}) {
+    std::vector<double> seen;
+    PDFMetadataEngine::clean(
+        input, output, preset, [&](double f) { seen.push_back(f); }, cancel);
+    return seen;
+}
+
+int pdfinfoPages(const fs::path& file) {
+    const auto text = test::runTool("pdfinfo", {file.string()}).out;
+    const auto start = text.find("Pages:");
+    return start == std::string::npos ? -1 : std::stoi(text.substr(start + 6));
+}
+
+void expectNoTraces(const fs::path& file, const std::string& context) {
+    SCOPED_TRACE(context);
+    const auto graph = test::inspectObjectGraph(file);
+    for (const auto& key : leakedKeys) {
+        EXPECT_FALSE(graph.keys.contains(key)) << key;
+    }
+    EXPECT_FALSE(graph.kinds.contains("/JavaScript"));
+    EXPECT_FALSE(graph.kinds.contains("/FileAttachment"));
+    EXPECT_FALSE(graph.streamTypes.contains("/EmbeddedFile"));
+    EXPECT_FALSE(graph.trailerHasInfo);
+    const auto exif = test::runTool("exiftool", {"-a", "-G1", file.string()});
+    ASSERT_EQ(exif.status, 0) << exif.err;
+    for (const char* field :
+         {"Author", "Creator", "Producer", "Title", "Create Date", "Modify Date", "XMP"}) {
+        EXPECT_EQ(exif.out.find(field), std::string::npos) << exif.out;
+    }
+    const auto info = test::runTool("pdfinfo", {"-meta", file.string()});
+    ASSERT_EQ(info.status, 0) << info.err;
+    for (const char* field :
+         {"Title:", "Author:", "Creator:", "Producer:", "CreationDate:", "ModDate:", "xmpmeta"}) {
+        EXPECT_EQ(info.out.find(field), std::string::npos) << info.out;
+    }
+    EXPECT_EQ(test::runTool("qpdf", {"--check", file.string()}).status, 0);
+}
+
+class CleanPresetTest : public testing::TestWithParam<CleanPreset> {};
+
+TEST_P(CleanPresetTest, LeavesNoTraceForIndependentTools) {
+    TempDir dir;
+    const auto input = tracedDocument(dir);
+    const std::string before = test::readFile(input);
+    const auto output = dir / "out.pdf";
+    const auto traced = test::inspectObjectGraph(input);
+    for (const auto& key : leakedKeys) {
+        ASSERT_TRUE(traced.keys.contains(key)) << "the fixture lacks " << key;
+    }
+
+    const PDFMetadataInfo removed = PDFMetadataEngine::clean(input, output, GetParam());
+
+    EXPECT_EQ(removed.title, "Quarterly");
+    EXPECT_EQ(removed.author, "Jane Roe");
+    EXPECT_EQ(removed.producer, "Maker 1.0");
+    EXPECT_TRUE(removed.creationDate);
+    EXPECT_EQ(test::readFile(input), before);
+    expectNoTraces(output, "traced document");
+    const auto oldID = test::inspectObjectGraph(input).documentID;
+    const auto newID = test::inspectObjectGraph(output).documentID;
+    ASSERT_EQ(newID.size(), 2u);
+    EXPECT_NE(newID[0], oldID.at(0));
+    EXPECT_NE(newID[1], oldID.at(1));
+    EXPECT_EQ(pdfinfoPages(output), 2);
+}
+
+TEST_P(CleanPresetTest, PassesTheChecksOnRealWorldFiles) {
+    TempDir dir;
+    for (const char* file :
+         {"020-xmp/output_with_metadata_pymupdf.pdf", "025-attachment/with-attachment.pdf",
+          "024-annotations/annotated_pdf.pdf", "010-pdflatex-forms/pdflatex-forms.pdf",
+          "012-libreoffice-form/libreoffice-form.pdf", "021-pdfa/crazyones-pdfa.pdf"}) {
+        const auto output = dir / "out.pdf";
+        PDFMetadataEngine::clean(test::corpus(file), output, GetParam());
+        expectNoTraces(output, file);
+        EXPECT_EQ(pdfinfoPages(output), pdfinfoPages(test::corpus(file))) << file;
+    }
+}
+
+TEST_P(CleanPresetTest, EveryCleaningGetsItsOwnDocumentID) {
+    TempDir dir;
+    const auto input = tracedDocument(dir);
+    PDFMetadataEngine::clean(input, dir / "a.pdf", GetParam());
+    PDFMetadataEngine::clean(input, dir / "b.pdf", GetParam());
+    EXPECT_NE(test::inspectObjectGraph(dir / "a.pdf").documentID,
+              test::inspectObjectGraph(dir / "b.pdf").documentID);
+}
+
+TEST_P(CleanPresetTest, ReplacesItsInputOnlyWithACheckedResult) {
+    TempDir dir;
+    const auto input = tracedDocument(dir);
+    PDFMetadataEngine::clean(input, input, GetParam());
+    expectNoTraces(input, "replaced input");
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator()), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Presets, CleanPresetTest,
+                         testing::Values(CleanPreset::safe, CleanPreset::privacy,
+                                         CleanPreset::flattenAndClean),
+                         [](const auto& info) { return std::string(rawValue(info.param)); });
+
+TEST(PDFMetadataEngineTest, SafeKeepsThePagesAnnotationsButNotTheForm) {
+    TempDir dir;
+    PDFMetadataEngine::clean(tracedDocument(dir), dir / "out.pdf", CleanPreset::safe);
+    const auto graph = test::inspectObjectGraph(dir / "out.pdf");
+    EXPECT_TRUE(graph.kinds.contains("/Link"));
+    EXPECT_TRUE(graph.kinds.contains("/Widget"));
+    EXPECT_FALSE(graph.keys.contains("/AcroForm"));
+    EXPECT_FALSE(graph.keys.contains("/OpenAction"));
+}
+
+// The field region of the n-th annotation the builder stacks down the left side, in points from
+// the top of a 792-point page: where its 12-point value text is drawn.
+struct FieldRegion {
+    double top;
+    double bottom;
+};
+FieldRegion fieldText(int stackIndex) {
+    const double lowerEdge = 730 - 40.0 * stackIndex;
+    return {792 - (lowerEdge + 24), 792 - (lowerEdge + 6)};
+}
+
+int darkIn(const test::GrayPage& page, FieldRegion region) {
+    return page.darkPixels(36, region.top, 236, region.bottom, 72);
+}
+
+TEST(PDFMetadataEngineTest, FlattenBurnsWhatWasVisibleAndDropsEverythingInteractive) {
+    TempDir dir;
+    const auto input = tracedDocument(dir);
+    PDFMetadataEngine::clean(input, dir / "flat.pdf", CleanPreset::flattenAndClean);
+    const auto graph = test::inspectObjectGraph(dir / "flat.pdf");
+    EXPECT_FALSE(graph.keys.contains("/Annots"));
+    EXPECT_FALSE(graph.keys.contains("/AcroForm"));
+    EXPECT_FALSE(graph.kinds.contains("/Widget"));
+
+    const auto before = test::renderGray(input);
+    const auto after = test::renderGray(dir / "flat.pdf");
+    ASSERT_GT(darkIn(before, fieldText(1)), 30) << "the fixture's field shows no value";
+    EXPECT_GT(darkIn(after, fieldText(1)), darkIn(before, fieldText(1)) * 9 / 10);
+    EXPECT_EQ(darkIn(after, fieldText(2)), 0) << "a hidden field was burnt in";
+    EXPECT_EQ(after.darkPixels(72, 270, 200, 300, 72), before.darkPixels(72, 270, 200, 300, 72));
+}
+
+TEST(PDFMetadataEngineTest, FlattenGeneratesAppearancesAFormAsksFor) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage().textField("typed", "Typed Value");
+    auto field = b.page(0).object().getKey("/Annots").getArrayItem(0);
+    auto appearance = field.getKey("/AP").getKey("/N");
+    appearance.replaceStreamData("/Tx BMC EMC", QPDFObjectHandle::newNull(),
+                                 QPDFObjectHandle::newNull());
+    auto form = b.qpdf().getRoot().getKey("/AcroForm");
+    form.replaceKey("/NeedAppearances", QPDFObjectHandle::newBool(true));
+    form.replaceKey("/DR", appearance.getDict().getKey("/Resources"));
+    const auto input = b.write(dir / "typed.pdf");
+    PDFMetadataEngine::clean(input, dir / "flat.pdf", CleanPreset::flattenAndClean);
+    EXPECT_GT(darkIn(test::renderGray(dir / "flat.pdf"), fieldText(0)), 30);
+}
+
+TEST(PDFMetadataEngineTest, FlattenKeepsEachPagesBoxesAndRotation) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage(612, 792).text("a");
+    b.addPage(842, 595).rotate(-90).text("b");
+    auto& third = b.addPage(300, 400).text("c");
+    third.object().replaceKey("/CropBox", parse("[10 20 210 320]"));
+    auto unused = b.qpdf().newStream("unused");
+    unused.getDict().replaceKey("/UnusedMarker", QPDFObjectHandle::newBool(true));
+    third.object().getKey("/Resources").replaceKey("/XObject", parse("<< >>"));
+    third.object().getKey("/Resources").getKey("/XObject").replaceKey("/Unused", unused);
+    const auto input = b.inheritedRotation(180).write(dir / "mixed.pdf");
+    PDFMetadataEngine::clean(input, dir / "flat.pdf", CleanPreset::flattenAndClean);
+
+    const auto report =
+        test::runTool("pdfinfo", {"-f", "1", "-l", "3", "-box", (dir / "flat.pdf").string()}).out;
+    for (const char* line : {"Page    1 size:  612 x 792 pts", "Page    1 rot:   180",
+                             "Page    2 size:  842 x 595 pts", "Page    2 rot:   270",
+                             "Page    3 size:  200 x 300 pts", "Page    3 rot:   180",
+                             "Page    3 MediaBox:      0.00     0.00   300.00   400.00",
+                             "Page    3 CropBox:      10.00    20.00   210.00   320.00"}) {
+        EXPECT_NE(report.find(line), std::string::npos) << line << "\n" << report;
+    }
+    EXPECT_FALSE(test::inspectObjectGraph(dir / "flat.pdf").keys.contains("/UnusedMarker"));
+}
+
+TEST(PDFMetadataEngineTest, ReportsProgressAndStopsWhenCancelled) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage();
+    b.addPage();
+    b.addPage();
+    const auto input = b.write(dir / "three.pdf");
+    EXPECT_EQ(progressOf(input, dir / "s.pdf", CleanPreset::safe), (std::vector<double>{0.5, 1}));
+    EXPECT_EQ(progressOf(input, dir / "f.pdf", CleanPreset::flattenAndClean),
+              (std::vector<double>{1.0 / 3, 2.0 / 3, 1}));
+    int asked = 0;
+    EXPECT_THROW(
+        progressOf(input, dir / "c.pdf", CleanPreset::flattenAndClean, [&] { return ++asked > 1; }),
+        CancellationError);
+    EXPECT_FALSE(fs::exists(dir / "c.pdf"));
+}
+
+struct BadInput {
+    const char* name;
+    std::function<fs::path(const TempDir&)> make;
+    CleanPreset preset;
+    PDFCoreError::Case failure;
+    std::string message;
+};
+
+class CleanBadInputTest : public testing::TestWithParam<BadInput> {};
+
+TEST_P(CleanBadInputTest, FailsClearlyAndWritesNothing) {
+    const auto& c = GetParam();
+    TempDir dir;
+    const auto input = c.make(dir);
+    const auto output = dir / "out/cleaned.pdf";
+    fs::create_directories(output.parent_path());
+    try {
+        PDFMetadataEngine::clean(input, output, c.preset);
+        FAIL() << "no error";
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), c.failure);
+        EXPECT_EQ(error.what(), c.message);
+    }
+    EXPECT_TRUE(fs::is_empty(output.parent_path()));
+}
+
+fs::path copyOfEncrypted(const TempDir& dir) {
+    return dir.write("locked.pdf", test::readFile(test::corpus("005-libreoffice-writer-password/"
+                                                               "libreoffice-writer-password.pdf")));
+}
+
+using Case = PDFCoreError::Case;
+INSTANTIATE_TEST_SUITE_P(
+    Cases, CleanBadInputTest,
+    testing::Values(BadInput{"MissingSafe", [](const TempDir& d) { return d / "gone.pdf"; },
+                             CleanPreset::safe, Case::fileNotFound, "File not found: gone.pdf"},
+                    BadInput{"MissingFlatten", [](const TempDir& d) { return d / "gone.pdf"; },
+                             CleanPreset::flattenAndClean, Case::cannotOpen,
+                             "Could not open gone.pdf."},
+                    BadInput{"NotAPDF",
+                             [](const TempDir& d) { return d.write("junk.pdf", "junk"); },
+                             CleanPreset::privacy, Case::cannotOpen, "Could not open junk.pdf."},
+                    BadInput{"LockedSafe", copyOfEncrypted, CleanPreset::safe, Case::wrongPassword,
+                             "Incorrect password."},
+                    BadInput{"LockedFlatten", copyOfEncrypted, CleanPreset::flattenAndClean,
+                             Case::wrongPassword, "Incorrect password."}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PDFMetadataEngineTest, AnOutputFolderThatCannotTakeFilesIsAWriteFailure) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage();
+    const auto input = b.write(dir / "in.pdf");
+    const auto output = dir / "missing/out.pdf";
+    for (auto [preset, text] : {std::pair{CleanPreset::safe, "out.pdf"},
+                                std::pair{CleanPreset::flattenAndClean, "cannot create output"}}) {
+        try {
+            PDFMetadataEngine::clean(input, output, preset);
+            ADD_FAILURE() << "no error";
+        } catch (const PDFCoreError& error) {
+            EXPECT_EQ(error.errorCase(), Case::writeFailed);
+            EXPECT_EQ(error.text(), text);
+        }
+    }
+}
+
+TEST(PDFMetadataEngineTest, AFileWithOnlyAnOwnerPasswordComesOutUnencrypted) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage().text("x");
+    const auto input =
+        b.info("Title", "Owned").encrypt({.user = "", .owner = "boss"}).write(dir / "owned.pdf");
+    EXPECT_EQ(PDFMetadataEngine::clean(input, dir / "out.pdf", CleanPreset::privacy).title,
+              "Owned");
+    EXPECT_NE(test::runTool("qpdf", {"--show-encryption", (dir / "out.pdf").string()})
+                  .out.find("File is not encrypted"),
+              std::string::npos);
+}
+
+} // namespace
+} // namespace quillet

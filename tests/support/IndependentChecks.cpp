@@ -1,0 +1,129 @@
+#include "support/IndependentChecks.hpp"
+
+#include "support/TempDir.hpp"
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjGen.hh>
+#include <qpdf/QUtil.hh>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <unistd.h>
+
+namespace quillet::test {
+namespace {
+
+std::filesystem::path onPath(const std::string& tool) {
+    std::istringstream folders(std::getenv("PATH") ? std::getenv("PATH") : "/usr/bin:/bin");
+    std::string folder;
+    while (std::getline(folders, folder, ':')) {
+        const auto candidate = std::filesystem::path(folder) / tool;
+        if (::access(candidate.c_str(), X_OK) == 0) {
+            return candidate;
+        }
+    }
+    return {};
+}
+
+void record(QPDFObjectHandle dictionary, ObjectGraph& graph, bool isStream) {
+    for (const auto& key : dictionary.getKeys()) {
+        graph.keys.insert(key);
+        auto value = dictionary.getKey(key);
+        if ((key == "/S" || key == "/Subtype") && value.isName()) {
+            graph.kinds.insert(value.getName());
+        }
+        if (isStream && key == "/Type" && value.isName()) {
+            graph.streamTypes.insert(value.getName());
+        }
+    }
+}
+
+} // namespace
+
+ProcessResult runTool(const std::string& tool, const std::vector<std::string>& arguments) {
+    const auto program = onPath(tool);
+    if (program.empty()) {
+        return {127, "", tool + " is not installed (scripts/install-deps.sh installs it)"};
+    }
+    return runProcess(program, arguments);
+}
+
+ObjectGraph inspectObjectGraph(const std::filesystem::path& file, const std::string& password) {
+    QPDF qpdf;
+    qpdf.processFile(file.c_str(), password.c_str());
+    ObjectGraph graph;
+    auto trailer = qpdf.getTrailer();
+    graph.trailerHasInfo = trailer.hasKey("/Info");
+    if (auto id = trailer.getKey("/ID"); id.isArray()) {
+        for (auto part : id.aitems()) {
+            graph.documentID.push_back(QUtil::hex_encode(part.getStringValue()));
+        }
+    }
+    std::vector<QPDFObjectHandle> pending{trailer};
+    std::set<QPDFObjGen> seen;
+    while (!pending.empty()) {
+        auto object = pending.back();
+        pending.pop_back();
+        if (object.isIndirect() && !seen.insert(object.getObjGen()).second) {
+            continue;
+        }
+        const bool isStream = object.isStream();
+        auto dictionary = isStream ? object.getDict() : object;
+        if (dictionary.isDictionary()) {
+            record(dictionary, graph, isStream);
+            for (const auto& key : dictionary.getKeys()) {
+                pending.push_back(dictionary.getKey(key));
+            }
+        } else if (object.isArray()) {
+            for (auto item : object.aitems()) {
+                pending.push_back(item);
+            }
+        }
+    }
+    return graph;
+}
+
+int GrayPage::darkPixels(double left, double top, double right, double bottom, double dpi,
+                         int threshold) const {
+    const double scale = dpi / 72.0;
+    int count = 0;
+    for (int y = static_cast<int>(top * scale); y < static_cast<int>(bottom * scale); ++y) {
+        for (int x = static_cast<int>(left * scale); x < static_cast<int>(right * scale); ++x) {
+            if (x >= 0 && y >= 0 && x < width && y < height &&
+                pixels[static_cast<std::size_t>(y * width + x)] < threshold) {
+                ++count;
+            }
+        }
+    }
+    return count;
+}
+
+GrayPage renderGray(const std::filesystem::path& file, int page, int dpi) {
+    TempDir dir;
+    const auto prefix = (dir / "page").string();
+    const auto result =
+        runTool("pdftoppm", {"-gray", "-r", std::to_string(dpi), "-f", std::to_string(page), "-l",
+                             std::to_string(page), "-singlefile", file.string(), prefix});
+    const std::string bytes = readFile(prefix + ".pgm");
+    GrayPage rendered;
+    std::istringstream in(bytes);
+    std::string magic;
+    int maximum = 0;
+    in >> magic >> rendered.width >> rendered.height >> maximum;
+    in.get();
+    if (result.status != 0 || magic != "P5" || maximum != 255) {
+        ADD_FAILURE() << "pdftoppm could not render " << file << ": " << result.err;
+        return {};
+    }
+    const auto offset = static_cast<std::size_t>(in.tellg());
+    rendered.pixels.assign(bytes.begin() + static_cast<std::ptrdiff_t>(offset), bytes.end());
+    if (rendered.pixels.size() != static_cast<std::size_t>(rendered.width * rendered.height)) {
+        ADD_FAILURE() << "pdftoppm wrote a short image for " << file;
+        return {};
+    }
+    return rendered;
+}
+
+} // namespace quillet::test

@@ -1,0 +1,51 @@
+// Looking at written PDFs the way other programs do, so that a test does not grade our output
+// with our own reader: the command-line tools (qpdf, pdfinfo, exiftool, pdftoppm) run as child
+// processes, and an object-graph walk written straight against qpdf.
+#pragma once
+
+#include "support/Process.hpp"
+
+#include <cstdint>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace quillet::test {
+
+/// Runs a tool found on PATH ("qpdf", "exiftool", ...). A tool that is not installed gives status
+/// 127 and says so on standard error.
+ProcessResult runTool(const std::string& tool, const std::vector<std::string>& arguments);
+
+/// What the object graph reachable from the trailer holds (each object once).
+struct ObjectGraph {
+    /// Every dictionary key met, in any dictionary or stream dictionary ("/Metadata", ...).
+    std::set<std::string> keys;
+    /// Values of /S (action types) and /Subtype met ("/JavaScript", "/FileAttachment", ...).
+    std::set<std::string> kinds;
+    /// /Type values of streams ("/EmbeddedFile", "/Metadata", ...).
+    std::set<std::string> streamTypes;
+    bool trailerHasInfo = false;
+    /// The two strings of the trailer's /ID, hex-encoded; empty when absent.
+    std::vector<std::string> documentID;
+};
+
+ObjectGraph inspectObjectGraph(const std::filesystem::path& file, const std::string& password = "");
+
+/// A page rendered by pdftoppm to 8-bit gray.
+struct GrayPage {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> pixels;
+
+    /// Pixels darker than `threshold` in the rectangle given in PDF points from the page's
+    /// top-left corner, at the rendering's `dpi`.
+    int darkPixels(double left, double top, double right, double bottom, double dpi,
+                   int threshold = 128) const;
+};
+
+/// Renders page `page` (1-based) of `file` at `dpi`. Fails the calling test (and answers an
+/// empty page) when pdftoppm fails.
+GrayPage renderGray(const std::filesystem::path& file, int page = 1, int dpi = 72);
+
+} // namespace quillet::test
