@@ -84,9 +84,9 @@ void runSplit(const Arguments& arguments, CommandIO& io) {
     const fs::path folder = args.value("o").value_or(input.parent_path().string());
 
     PDFDocument source = PDFDocumentEngine::openUnlock(input, "");
-    const SplitPlan plan = PDFSplitEngine::chunkPages(request.mode, source.pageCount(),
-                                                      request.rangesText, request.everyN,
-                                                      request.maxBytes, input);
+    const SplitPlan plan =
+        PDFSplitEngine::chunkPages(request.mode, source.pageCount(), request.rangesText,
+                                   request.everyN, request.maxBytes, input);
     if (!folder.empty()) {
         fs::create_directories(folder);
     }

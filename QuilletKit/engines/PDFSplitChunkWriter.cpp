@@ -43,7 +43,8 @@ int copyPages(PDFDocument& source, const SplitChunk& pages, PDFDocument& chunk) 
         try {
             // qpdf copies a page of another document with everything it refers to, except other
             // pages (links to them end up pointing nowhere), and duplicates a repeated page.
-            target.addPage(QPDFPageObjectHelper(sourcePages[static_cast<std::size_t>(index)]), false);
+            target.addPage(QPDFPageObjectHelper(sourcePages[static_cast<std::size_t>(index)]),
+                           false);
             ++copied;
         } catch (const std::exception&) {
             // An unreadable page is left out; the others still make a document.

@@ -53,7 +53,9 @@ std::vector<std::string_view> pieces(std::string_view text) {
 }
 
 std::optional<PageRange> range(std::string_view piece, std::int64_t lastPage) {
-    const auto clamp = [&](std::int64_t n) { return static_cast<int>(std::clamp<std::int64_t>(n, 1, lastPage)); };
+    const auto clamp = [&](std::int64_t n) {
+        return static_cast<int>(std::clamp<std::int64_t>(n, 1, lastPage));
+    };
     const auto dash = piece.find('-');
     if (dash == std::string_view::npos) {
         const auto page = decimal(piece);
@@ -89,7 +91,8 @@ std::vector<PageRange> selection(std::string_view text, int pageCount, const cha
 
 SplitPlan byRanges(std::string_view text, int pageCount) {
     SplitPlan plan;
-    for (const auto& r : selection(text, pageCount, "Enter at least one page range, e.g. 1-5, 8, 11-30.")) {
+    for (const auto& r :
+         selection(text, pageCount, "Enter at least one page range, e.g. 1-5, 8, 11-30.")) {
         plan.push_back(consecutive(r.lower - 1, r.upper - 1));
     }
     return plan;
@@ -98,7 +101,8 @@ SplitPlan byRanges(std::string_view text, int pageCount) {
 SplitPlan extracted(std::string_view text, int pageCount) {
     // Every selected page once, in page order: marking pages does both at once.
     std::vector<bool> selected(static_cast<std::size_t>(pageCount), false);
-    for (const auto& r : selection(text, pageCount, "Enter the pages to extract, e.g. 1, 3, 5, 7-20.")) {
+    for (const auto& r :
+         selection(text, pageCount, "Enter the pages to extract, e.g. 1, 3, 5, 7-20.")) {
         std::fill(selected.begin() + (r.lower - 1), selected.begin() + r.upper, true);
     }
     SplitChunk chunk;
@@ -127,7 +131,8 @@ std::vector<double> pageWeights(const PDFDocument& document, int pageCount) {
     for (int index = 0; index < available; ++index) {
         try {
             double pixels = 0;
-            for (const auto& image : PDFAnalysisEngine::analyzePage(document.page(index), index).images) {
+            for (const auto& image :
+                 PDFAnalysisEngine::analyzePage(document.page(index), index).images) {
                 pixels += static_cast<double>(image.pixelWidth) * image.pixelHeight;
             }
             weights[static_cast<std::size_t>(index)] += pixels / 1'000'000;

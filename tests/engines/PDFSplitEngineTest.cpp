@@ -1,0 +1,382 @@
+#include "engines/PDFSplitEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/Process.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <qpdf/Pl_Buffer.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <random>
+
+namespace quillet {
+namespace {
+namespace fs = std::filesystem;
+
+using test::PDFBuilder;
+using test::TempDir;
+
+PDFCoreError caught(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const PDFCoreError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "no PDFCoreError thrown";
+    return PDFCoreError::wrongPassword();
+}
+
+// --- the selection grammar ---------------------------------------------------------------------
+
+struct RangesCase {
+    const char* name;
+    std::string text;
+    int pageCount;
+    std::vector<PageRange> expected;
+};
+
+class SplitParseRanges : public testing::TestWithParam<RangesCase> {};
+
+TEST_P(SplitParseRanges, ReadsTheSelection) {
+    const auto& c = GetParam();
+    EXPECT_EQ(PDFSplitEngine::parseRanges(c.text, c.pageCount), c.expected) << c.text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Grammar, SplitParseRanges,
+    testing::Values(
+        RangesCase{"MixedSeparators", "1-3;5 7", 10, {{1, 3}, {5, 5}, {7, 7}}},
+        RangesCase{"ReversedRange", "10-8", 10, {{8, 10}}},
+        RangesCase{"ZeroClampsToFirst", "0-2", 10, {{1, 2}}},
+        RangesCase{"UpperClampsToLast", "4-99", 10, {{4, 10}}},
+        RangesCase{"WholeRangeBeyondEnd", "20-30", 10, {{10, 10}}},
+        RangesCase{"SinglePagesClamp", "0, 999", 10, {{1, 1}, {10, 10}}},
+        RangesCase{"JunkPieceDropped", "abc, 2", 10, {{2, 2}}}, RangesCase{"EmptyText", "", 10, {}},
+        RangesCase{"OnlySeparators", " ,; ,;", 10, {}},
+        RangesCase{"NegativeIsMalformed", "-3", 10, {}},
+        RangesCase{"OpenEndedIsMalformed", "5-", 10, {}},
+        RangesCase{"TwoDashesIsMalformed", "2-3-4", 10, {}}, RangesCase{"LoneDash", "-", 10, {}},
+        RangesCase{"PlusSignAccepted", "+3, +2-+4", 10, {{3, 3}, {2, 4}}},
+        RangesCase{"NotDecimal", "1.5 1e3 0x10 ++2", 10, {}},
+        RangesCase{"TabsTrimmedNotSeparators", "\t5\t,1\t2", 10, {{5, 5}}},
+        RangesCase{"KeepsOrderAndRepeats", "3,1,3", 10, {{3, 3}, {1, 1}, {3, 3}}},
+        RangesCase{"OverlapsKept", "1-5,3-8", 10, {{1, 5}, {3, 8}}},
+        RangesCase{"HugeNumberClamps", "99999999999", 10, {{10, 10}}},
+        RangesCase{"BeyondSixtyFourBitsDropped", "99999999999999999999, 4", 10, {{4, 4}}},
+        RangesCase{"NoPagesMeansOnePage", "5, 2-9", 0, {{1, 1}, {1, 1}}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// --- plans -------------------------------------------------------------------------------------
+
+struct PlanCase {
+    const char* name;
+    SplitMode mode;
+    int pageCount;
+    std::string text;
+    int everyN;
+    SplitPlan expected;
+};
+
+class SplitChunkPages : public testing::TestWithParam<PlanCase> {};
+
+TEST_P(SplitChunkPages, PlansTheChunks) {
+    const auto& c = GetParam();
+    EXPECT_EQ(PDFSplitEngine::chunkPages(c.mode, c.pageCount, c.text, c.everyN, 0, {}), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Modes, SplitChunkPages,
+    testing::Values(
+        PlanCase{"EveryPage", SplitMode::everyPage, 3, "ignored", 7, {{0}, {1}, {2}}},
+        PlanCase{"RangesInTextOrder", SplitMode::pageRanges, 10, "8-9, 1-2", 1, {{7, 8}, {0, 1}}},
+        PlanCase{"RangesMayOverlap", SplitMode::pageRanges, 4, "1-2,2-3", 1, {{0, 1}, {1, 2}}},
+        PlanCase{"RangeReversedAndClamped", SplitMode::pageRanges, 5, "9-4", 1, {{3, 4}}},
+        PlanCase{"EveryFourOfTen",
+                 SplitMode::everyNPages,
+                 10,
+                 "",
+                 4,
+                 {{0, 1, 2, 3}, {4, 5, 6, 7}, {8, 9}}},
+        PlanCase{"EveryZeroIsEveryOne", SplitMode::everyNPages, 3, "", 0, {{0}, {1}, {2}}},
+        PlanCase{"EveryNegativeIsEveryOne", SplitMode::everyNPages, 2, "", -5, {{0}, {1}}},
+        PlanCase{"EveryMoreThanThePages", SplitMode::everyNPages, 3, "", 20, {{0, 1, 2}}},
+        PlanCase{
+            "ExtractSortsAndDeduplicates", SplitMode::extract, 10, "5, 1-3, 2", 1, {{0, 1, 2, 4}}},
+        PlanCase{"ExtractRepeatedPage", SplitMode::extract, 10, "3,1,3", 1, {{0, 2}}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(SplitChunkPagesErrors, EveryFailureHasItsCaseAndText) {
+    using Case = PDFCoreError::Case;
+    struct Row {
+        SplitMode mode;
+        int pageCount;
+        std::string text;
+        std::int64_t maxBytes;
+        Case errorCase;
+        std::string description;
+    };
+    const std::vector<Row> rows{
+        {SplitMode::everyPage, 0, "", 0, Case::emptyDocument, "The document has no pages."},
+        {SplitMode::pageRanges, 0, "abc", 0, Case::emptyDocument, "The document has no pages."},
+        {SplitMode::pageRanges, 5, "abc; -2", 0, Case::invalidInput,
+         "Enter at least one page range, e.g. 1-5, 8, 11-30."},
+        {SplitMode::extract, 5, " , ", 0, Case::invalidInput,
+         "Enter the pages to extract, e.g. 1, 3, 5, 7-20."},
+        {SplitMode::byFileSize, 5, "", 0, Case::invalidInput,
+         "Set a maximum size per output file."},
+        {SplitMode::byFileSize, 5, "", -1, Case::invalidInput,
+         "Set a maximum size per output file."},
+        {SplitMode::byFileSize, 5, "", 1000, Case::cannotOpen, "Could not open missing.pdf."},
+    };
+    for (const auto& row : rows) {
+        const auto error = caught([&] {
+            PDFSplitEngine::chunkPages(row.mode, row.pageCount, row.text, 1, row.maxBytes,
+                                       "/nonexistent/missing.pdf");
+        });
+        EXPECT_EQ(error.errorCase(), row.errorCase) << row.text;
+        EXPECT_EQ(error.errorDescription(), row.description) << row.text;
+    }
+}
+
+// --- by size -----------------------------------------------------------------------------------
+
+// Pads a file written with a classic cross-reference table to exactly `size` bytes with white
+// space before "startxref": no offset moves, so the file stays valid.
+void padTo(const fs::path& path, std::size_t size) {
+    std::string bytes = test::readFile(path);
+    const auto at = bytes.rfind("startxref");
+    ASSERT_NE(at, std::string::npos);
+    ASSERT_LE(bytes.size(), size);
+    bytes.insert(at, size - bytes.size(), ' ');
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+SplitPlan bySize(const fs::path& path, std::int64_t maxBytes) {
+    const int pages = PDFDocumentEngine::openCG(path).pageCount();
+    return PDFSplitEngine::chunkPages(SplitMode::byFileSize, pages, "", 1, maxBytes, path);
+}
+
+TEST(SplitBySize, TenTextPagesOfAMillionBytesGoTwoByTwo) {
+    TempDir dir;
+    PDFBuilder builder;
+    for (int i = 0; i < 10; ++i) {
+        builder.addPage().text(fmt::format("Page {}", i + 1));
+    }
+    const auto path = builder.write(dir / "text.pdf");
+    padTo(path, 1'000'000);
+    ASSERT_EQ(fs::file_size(path), 1'000'000u);
+    // Budget 270,000 at 100,000 bytes a page: two pages fit, three do not.
+    EXPECT_EQ(bySize(path, 300'000), (SplitPlan{{0, 1}, {2, 3}, {4, 5}, {6, 7}, {8, 9}}));
+    // 299,999 bytes give a budget of 269,999: still two; 200,000 give 180,000: one each.
+    EXPECT_EQ(bySize(path, 299'999).size(), 5u);
+    EXPECT_EQ(bySize(path, 200'000).size(), 10u);
+    EXPECT_EQ(bySize(path, 2'000'000), (SplitPlan{{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}}));
+}
+
+TEST(SplitBySize, ImageMegapixelsWeighAsPages) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage().text("cover");
+    test::ImageSpec twoMegapixels;
+    twoMegapixels.width = 2000;
+    twoMegapixels.height = 1000;
+    builder.addPage().image(twoMegapixels, 0, 0, 612, 306); // weight 3
+    builder.addPage().text("three");
+    builder.addPage().text("four");
+    const auto path = builder.write(dir / "scan.pdf");
+    const auto size = static_cast<double>(fs::file_size(path));
+    // Weights 1, 3, 1, 1: a budget of 3.5 units takes the image page alone and the last two
+    // together.
+    const auto limit = static_cast<std::int64_t>(size / 6 * 3.5 / 0.9);
+    EXPECT_EQ(bySize(path, limit), (SplitPlan{{0}, {1}, {2, 3}}));
+    // A page far above the limit is still written, alone.
+    EXPECT_EQ(bySize(path, 1), (SplitPlan{{0}, {1}, {2}, {3}}));
+}
+
+// --- writing parts -----------------------------------------------------------------------------
+
+// Bytes that look like noise to a compressor, so that each page's image carries its own weight
+// in the file. They are stored as JPEG data and never decoded here.
+std::string noise(std::size_t size, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::string bytes(size, '\0');
+    for (auto& byte : bytes) {
+        byte = static_cast<char>(generator() & 0xFF);
+    }
+    return bytes;
+}
+
+QPDFObjectHandle opaqueImage(QPDF& qpdf, unsigned seed) {
+    auto image = qpdf.newStream();
+    image.replaceStreamData(noise(60'000, seed), QPDFObjectHandle::newName("/DCTDecode"),
+                            QPDFObjectHandle::newNull());
+    auto dict = image.getDict();
+    dict.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+    dict.replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
+    dict.replaceKey("/Width", QPDFObjectHandle::newInteger(200));
+    dict.replaceKey("/Height", QPDFObjectHandle::newInteger(100));
+    dict.replaceKey("/ColorSpace", QPDFObjectHandle::newName("/DeviceRGB"));
+    dict.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
+    return image;
+}
+
+// Ten pages, each drawing its own image. With `shared`, all ten images sit in one resource
+// dictionary that every page refers to, as some producers write them.
+fs::path tenImagePages(const TempDir& dir, bool shared) {
+    PDFBuilder builder;
+    auto images = QPDFObjectHandle::newDictionary();
+    for (int i = 1; i <= 10; ++i) {
+        images.replaceKey(fmt::format("/Im{}", i), opaqueImage(builder.qpdf(), i));
+    }
+    auto common = builder.qpdf().makeIndirectObject(
+        QPDFObjectHandle::parse("<< /Font << /F1 << /Type /Font /Subtype /Type1 /BaseFont "
+                                "/Helvetica >> >> >>"));
+    common.replaceKey("/XObject", images);
+    for (int i = 1; i <= 10; ++i) {
+        auto& page = builder.addPage();
+        page.content(fmt::format("q 200 0 0 100 0 0 cm /Im{} Do Q", i));
+        auto own = QPDFObjectHandle::newDictionary();
+        own.replaceKey("/XObject", QPDFObjectHandle::parse("<< >>"));
+        own.getKey("/XObject")
+            .replaceKey(fmt::format("/Im{}", i), images.getKey(fmt::format("/Im{}", i)));
+        page.object().replaceKey("/Resources", shared ? common : own);
+    }
+    return builder.write(dir / (shared ? "shared.pdf" : "own.pdf"));
+}
+
+int imageCount(const fs::path& path) {
+    auto document = PDFDocumentEngine::openCG(path);
+    int count = 0;
+    for (auto& object : document.qpdf().getAllObjects()) {
+        if (object.isStream() && object.getDict().getKey("/Subtype").isNameAndEquals("/Image")) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+std::string decodedContents(const PDFPage& page) {
+    Pl_Buffer buffer("contents");
+    QPDFPageObjectHelper(page.object()).pipeContents(&buffer);
+    auto data = buffer.getBufferSharedPointer();
+    return data ? std::string(reinterpret_cast<const char*>(data->getBuffer()), data->getSize())
+                : std::string();
+}
+
+class SplitWriteChunk : public testing::TestWithParam<bool> {};
+
+TEST_P(SplitWriteChunk, APartCarriesOnlyWhatItsPageDraws) {
+    TempDir dir;
+    const auto source = tenImagePages(dir, GetParam());
+    const auto before = test::readFile(source);
+    auto document = PDFDocumentEngine::openUnlock(source, "");
+    PDFSplitEngine::writeChunk(document, {2}, dir / "part.pdf");
+
+    EXPECT_EQ(imageCount(dir / "part.pdf"), 1);
+    EXPECT_LT(fs::file_size(dir / "part.pdf"), fs::file_size(source) / 5);
+    auto part = PDFDocumentEngine::openCG(dir / "part.pdf");
+    ASSERT_EQ(part.pageCount(), 1);
+    EXPECT_EQ(decodedContents(part.page(0)), decodedContents(document.page(2)));
+    auto drawn = part.page(0).object().getKey("/Resources").getKey("/XObject");
+    EXPECT_TRUE(drawn.getKey("/Im3").isStream());
+    EXPECT_EQ(test::readFile(source), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Resources, SplitWriteChunk, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Shared" : "PerPage"; });
+
+fs::path numberedPages(const TempDir& dir, int count) {
+    PDFBuilder builder;
+    for (int i = 0; i < count; ++i) {
+        builder.addPage(300 + i, 400).text(fmt::format("page {}", i + 1));
+    }
+    return builder.write(dir / "in.pdf");
+}
+
+TEST(SplitWriteChunkPages, KeepsTheGivenOrderRepeatsAndSkipsWhatIsNotThere) {
+    TempDir dir;
+    auto document = PDFDocumentEngine::openUnlock(numberedPages(dir, 4), "");
+    PDFSplitEngine::writeChunk(document, {3, -1, 0, 99, 3}, dir / "part.pdf");
+    auto part = PDFDocumentEngine::openCG(dir / "part.pdf");
+    ASSERT_EQ(part.pageCount(), 3);
+    const std::vector<int> expected{3, 0, 3};
+    for (int k = 0; k < 3; ++k) {
+        EXPECT_EQ(decodedContents(part.page(k)), decodedContents(document.page(expected[k])));
+        EXPECT_EQ(part.page(k).mediaBox().width, 300 + expected[k]);
+    }
+    EXPECT_EQ(test::runProcess("/usr/bin/qpdf", {"--check", (dir / "part.pdf").string()}).status,
+              0);
+}
+
+TEST(SplitWriteChunkPages, FailuresLeaveNoFileAndKeepWhatWasThere) {
+    TempDir dir;
+    auto document = PDFDocumentEngine::openUnlock(numberedPages(dir, 2), "");
+    const auto existing = dir.write("existing.pdf", "earlier result");
+
+    auto error = caught([&] { PDFSplitEngine::writeChunk(document, {5, -2}, existing); });
+    EXPECT_EQ(error.errorCase(), PDFCoreError::Case::emptyDocument);
+    EXPECT_EQ(test::readFile(existing), "earlier result");
+
+    error = caught([&] { PDFSplitEngine::writeChunk(document, {0}, dir / "no/such/part.pdf"); });
+    EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
+    EXPECT_EQ(error.text(), "part.pdf");
+
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir.path())) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"existing.pdf", "in.pdf"}));
+}
+
+TEST(SplitWriteChunkPages, AnUnlockedSourceGivesAnOpenPart) {
+    TempDir dir;
+    auto document = PDFDocumentEngine::openUnlock(
+        test::corpus("005-libreoffice-writer-password/libreoffice-writer-password.pdf"),
+        "openpassword");
+    PDFSplitEngine::writeChunk(document, {0}, dir / "part.pdf");
+    auto part = PDFDocumentEngine::open(dir / "part.pdf");
+    ASSERT_TRUE(part);
+    EXPECT_FALSE(part->isEncrypted());
+    EXPECT_EQ(part->pageCount(), 1);
+}
+
+// Splitting into single pages and reading the parts back in order gives the original pages.
+TEST(SplitProperty, EveryPageOfARealBookComesBackInOrder) {
+    TempDir dir;
+    const auto source = test::corpus("009-pdflatex-geotopo/GeoTopo-komprimiert.pdf");
+    auto document = PDFDocumentEngine::openUnlock(source, "");
+    const auto plan =
+        PDFSplitEngine::chunkPages(SplitMode::everyPage, document.pageCount(), "", 1, 0, source);
+    ASSERT_EQ(plan.size(), 117u);
+    std::vector<std::uintmax_t> sizes;
+    for (std::size_t k = 0; k < plan.size(); ++k) {
+        const auto part = dir / fmt::format("part{}.pdf", k);
+        PDFSplitEngine::writeChunk(document, plan[k], part);
+        sizes.push_back(fs::file_size(part));
+        auto copy = PDFDocumentEngine::openCG(part);
+        ASSERT_EQ(copy.pageCount(), 1) << k;
+        EXPECT_EQ(decodedContents(copy.page(0)), decodedContents(document.page(plan[k][0]))) << k;
+        EXPECT_EQ(copy.page(0).mediaBox(), document.page(plan[k][0]).mediaBox()) << k;
+    }
+    // No part drags the book along: a typical page (its text, its fonts) is a small fraction, and
+    // even the page with the book's largest picture stays far below the whole.
+    std::sort(sizes.begin(), sizes.end());
+    EXPECT_LT(sizes[sizes.size() / 2], fs::file_size(source) / 10);
+    EXPECT_LT(sizes.back(), fs::file_size(source) / 3);
+    const auto check =
+        test::runProcess("/usr/bin/qpdf", {"--check", (dir / "part22.pdf").string()});
+    EXPECT_EQ(check.status, 0) << check.out << check.err;
+}
+
+} // namespace
+} // namespace quillet
