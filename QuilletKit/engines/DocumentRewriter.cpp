@@ -3,6 +3,9 @@
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PageRasterizer.hpp"
+#include "engines/FullPageJPEG.hpp"
+#include "platform/InOrderWorkers.hpp"
+#include "platform/JPEGScaler.hpp"
 #include "platform/PDFRenderer.hpp"
 
 #include <qpdf/Pl_Flate.hh>
@@ -10,7 +13,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
+#include <thread>
 
 namespace quillet {
 namespace fs = std::filesystem;
@@ -96,6 +101,77 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
     return plans;
 }
 
+
+// What one worker thread keeps between pages: its own readers of the input, since neither a qpdf
+// nor a MuPDF document may be used by two threads at once.
+struct WorkerState {
+    std::optional<PDFDocument> document;
+    std::optional<PDFRenderer::Document> renderer;
+    bool rendererFailed = false;
+};
+
+std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
+                                        const PDFRenderer& renderer, const PagePlan& plan,
+                                        const RasterSetting& setting, WorkerState& state) {
+    const auto format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
+    try {
+        // A page that is one JPEG over the whole page: scale the JPEG itself, far faster than a
+        // render and the same picture (the image is in the page's unrotated space already).
+        if (!state.document) {
+            state.document = PDFDocumentEngine::openCG(input, password);
+        }
+        if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
+            const auto* bytes = reinterpret_cast<const std::uint8_t*>(jpeg->data());
+            if (auto bitmap = JPEGScaler::decodeScaled({bytes, jpeg->size()}, plan.size.width,
+                                                       plan.size.height, format)) {
+                return PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome);
+            }
+        }
+    } catch (const std::exception&) {
+        // Fall through to a render.
+    }
+    try {
+        if (!state.renderer && !state.rendererFailed) {
+            state.rendererFailed = true;
+            state.renderer = renderer.open(input, password);
+            state.rendererFailed = false;
+        }
+        if (!state.renderer) {
+            return std::nullopt;
+        }
+        const bool swap = plan.rotation % 180 != 0;
+        PDFRenderer::RenderOptions options;
+        options.size = PDFRenderer::PixelSize{swap ? plan.size.height : plan.size.width,
+                                              swap ? plan.size.width : plan.size.height};
+        options.format = format;
+        options.annotations = false; // they stay as objects on top of the image
+        const Bitmap shown = state.renderer->render(plan.index, options);
+        return PageRasterizer::encode(PageRasterizer::unrotated(shown, plan.rotation),
+                                      setting.quality, plan.monochrome);
+    } catch (const RenderError&) {
+        return std::nullopt; // the page stays vector content
+    }
+}
+
+// Rasterizes the planned pages on all cores and hands each result to `apply` in page order on
+// the calling thread.
+void rasterizeInOrder(const fs::path& input, const PDFDocument& document,
+                      const std::vector<PagePlan>& plans, const RasterSetting& setting,
+                      const std::function<void(const PagePlan&, std::optional<RasterizedPage>)>& apply) {
+    const unsigned threads = std::max(1u, std::thread::hardware_concurrency());
+    const std::size_t window = 2 * threads;
+    PDFRenderer renderer;
+    std::vector<WorkerState> workers(threads);
+    std::vector<std::optional<RasterizedPage>> slots(window);
+    runInOrder(
+        plans.size(), threads, window,
+        [&](unsigned worker, std::size_t i) {
+            slots[i % window] = rasterize(input, document.password(), renderer, plans[i], setting,
+                                          workers[worker]);
+        },
+        [&](std::size_t i) { apply(plans[i], std::move(slots[i % window])); });
+}
+
 } // namespace
 
 RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& output,
@@ -117,56 +193,22 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
     RewriteDetail detail;
     const auto plans = raster ? planRasters(document, analysis, raster->dpi) : std::vector<PagePlan>{};
     int done = 0;
-    PDFRenderer renderer;
-    std::optional<PDFRenderer::Document> source;
     if (!plans.empty()) {
-        try {
-            source = renderer.open(input, document.password());
-        } catch (const RenderError&) {
-            // A file the renderer cannot read keeps every page as vector content.
-        }
-    }
-    if (source) {
-        std::vector<PDFRenderer::PageRequest> requests;
-        for (const auto& plan : plans) {
-            const bool swap = plan.rotation % 180 != 0;
-            PDFRenderer::RenderOptions options;
-            options.size = PDFRenderer::PixelSize{swap ? plan.size.height : plan.size.width,
-                                                  swap ? plan.size.width : plan.size.height};
-            options.format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
-            options.annotations = false;
-            requests.push_back({plan.index, options});
-        }
-        std::size_t next = 0;
-        const double quality = raster->quality;
-        source->renderPagesInOrder(
-            requests,
-            [&plans, quality](PDFRenderer::RenderedPage&& rendered) -> std::optional<RasterizedPage> {
-                if (!rendered.bitmap) {
-                    return std::nullopt; // the page stays vector content
-                }
-                const auto plan = std::find_if(plans.begin(), plans.end(), [&](const auto& p) {
-                    return p.index == rendered.pageIndex;
-                });
-                return PageRasterizer::encode(
-                    PageRasterizer::unrotated(*rendered.bitmap, plan->rotation), quality,
-                    plan->monochrome);
-            },
-            [&](std::optional<RasterizedPage>&& encoded) {
-                const PagePlan& plan = plans[next++];
-                for (; done < plan.index; ++done) {
-                    checkCancelled();
-                    report(done + 1);
-                }
+        rasterizeInOrder(input, document, plans, *raster, [&](const PagePlan& plan,
+                                                             std::optional<RasterizedPage> encoded) {
+            for (; done < plan.index; ++done) {
                 checkCancelled();
-                if (encoded) {
-                    auto page = document.page(plan.index);
-                    replaceContent(document.qpdf(), page.object(), page.mediaBox(), *encoded);
-                    ++detail.rasterizedPages;
-                    detail.rasterBytes += static_cast<std::int64_t>(encoded->data.size());
-                }
-                report(++done);
-            });
+                report(done + 1);
+            }
+            checkCancelled();
+            if (encoded) {
+                auto page = document.page(plan.index);
+                replaceContent(document.qpdf(), page.object(), page.mediaBox(), *encoded);
+                ++detail.rasterizedPages;
+                detail.rasterBytes += static_cast<std::int64_t>(encoded->data.size());
+            }
+            report(++done);
+        });
     }
     for (; done < count; ++done) {
         checkCancelled();

@@ -34,6 +34,9 @@ bool startVips() {
     g_log_set_handler("VIPS", G_LOG_LEVEL_WARNING, ignoreLog, nullptr);
     vips_block_untrusted_set(TRUE);
     vips_cache_set_max(0);
+    // Our engines already spread pages over the cores; libvips threads inside each page would
+    // only add contention and a buffer set per thread.
+    vips_concurrency_set(1);
     return true;
 }
 

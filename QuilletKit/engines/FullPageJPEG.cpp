@@ -1,0 +1,133 @@
+#include "engines/FullPageJPEG.hpp"
+
+#include "platform/StreamData.hpp"
+
+#include <qpdf/Buffer.hh>
+#include <qpdf/BufferInputSource.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+#include <qpdf/QPDFTokenizer.hh>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace quillet {
+namespace {
+
+using Matrix = std::array<double, 6>;
+
+Matrix concatenated(const Matrix& m, const Matrix& ctm) {
+    return {m[0] * ctm[0] + m[1] * ctm[2],          m[0] * ctm[1] + m[1] * ctm[3],
+            m[2] * ctm[0] + m[3] * ctm[2],          m[2] * ctm[1] + m[3] * ctm[3],
+            m[4] * ctm[0] + m[5] * ctm[2] + ctm[4], m[4] * ctm[1] + m[5] * ctm[3] + ctm[5]};
+}
+
+struct Placement {
+    std::string name;
+    Matrix ctm{};
+};
+
+// The one XObject the content draws and where, or absent when it does anything else.
+std::optional<Placement> onlyPlacement(const std::string& content) {
+    Buffer buffer(reinterpret_cast<unsigned char*>(const_cast<char*>(content.data())), content.size());
+    auto input = std::make_shared<BufferInputSource>("content", &buffer);
+    QPDFTokenizer tokenizer;
+    tokenizer.allowEOF();
+    Matrix ctm{1, 0, 0, 1, 0, 0};
+    std::vector<Matrix> saved;
+    std::vector<QPDFTokenizer::Token> operands;
+    std::optional<Placement> placement;
+    while (true) {
+        const auto token = tokenizer.readToken(input, "content", true);
+        const auto type = token.getType();
+        if (type == QPDFTokenizer::tt_eof) {
+            return placement;
+        }
+        if (type == QPDFTokenizer::tt_integer || type == QPDFTokenizer::tt_real ||
+            type == QPDFTokenizer::tt_name) {
+            operands.push_back(token);
+            continue;
+        }
+        if (type != QPDFTokenizer::tt_word) {
+            return std::nullopt;
+        }
+        const auto& op = token.getValue();
+        if (op == "q") {
+            saved.push_back(ctm);
+        } else if (op == "Q" && !saved.empty()) {
+            ctm = saved.back();
+            saved.pop_back();
+        } else if (op == "cm" && operands.size() == 6) {
+            Matrix m{};
+            for (std::size_t i = 0; i < 6; ++i) {
+                if (operands[i].getType() == QPDFTokenizer::tt_name) {
+                    return std::nullopt;
+                }
+                m[i] = std::strtod(operands[i].getValue().c_str(), nullptr);
+            }
+            ctm = concatenated(m, ctm);
+        } else if (op == "Do" && operands.size() == 1 && !placement &&
+                   operands[0].getType() == QPDFTokenizer::tt_name) {
+            placement = Placement{operands[0].getValue(), ctm};
+        } else {
+            return std::nullopt;
+        }
+        operands.clear();
+    }
+}
+
+bool plainJPEG(QPDFObjectHandle image) {
+    if (!image.isStream()) {
+        return false;
+    }
+    auto dict = image.getDict();
+    auto filter = dict.getKey("/Filter");
+    if (filter.isArray() && filter.getArrayNItems() == 1) {
+        filter = filter.getArrayItem(0);
+    }
+    auto space = dict.getKey("/ColorSpace");
+    return dict.getKey("/Subtype").isNameAndEquals("/Image") && filter.isNameAndEquals("/DCTDecode") &&
+           dict.getKey("/BitsPerComponent").isInteger() &&
+           dict.getKey("/BitsPerComponent").getIntValue() == 8 &&
+           (space.isNameAndEquals("/DeviceRGB") || space.isNameAndEquals("/DeviceGray")) &&
+           !dict.hasKey("/SMask") && !dict.hasKey("/Mask") && !dict.hasKey("/Decode") &&
+           !dict.hasKey("/DecodeParms") && !dict.getKey("/ImageMask").isBool();
+}
+
+} // namespace
+
+std::optional<std::string> FullPageJPEG::of(const PDFPage& page) {
+    try {
+        auto object = page.object();
+        const auto content = pageContentData(object);
+        if (!content) {
+            return std::nullopt;
+        }
+        const auto placement = onlyPlacement(*content);
+        if (!placement) {
+            return std::nullopt;
+        }
+        auto resources = QPDFPageObjectHelper(object).getAttribute("/Resources", false);
+        auto image = resources.getKey("/XObject").getKey(placement->name);
+        if (!plainJPEG(image)) {
+            return std::nullopt;
+        }
+        const auto box = page.mediaBox();
+        const auto& m = placement->ctm;
+        const auto near = [](double a, double b) { return std::abs(a - b) <= 0.5; };
+        if (!near(m[0], box.width) || !near(m[3], box.height) || !near(m[1], 0) || !near(m[2], 0) ||
+            !near(m[4], box.x) || !near(m[5], box.y)) {
+            return std::nullopt;
+        }
+        auto raw = image.getRawStreamData();
+        if (!raw || raw->getSize() == 0) {
+            return std::nullopt;
+        }
+        return std::string(reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize());
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace quillet

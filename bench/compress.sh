@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Compression against its peers, on the same files in one run:
+#   - `compress -t balanced` against Ghostscript's /ebook on a 20-page 300-DPI scan
+#     (goal: at most half of Ghostscript's wall time, both cores);
+#   - `compress -t lossless` against `qpdf --object-streams=generate --recompress-flate
+#     --compression-level=9` on a text-heavy document (goal: size within 2%, at most 1.5x time);
+#   - `compress --under 5MB` on the scan (goal: between 85% and 100% of 5 MB).
+# The scan is made at run time from the shared corpus (pages rendered to JPEG at 300 DPI, stored
+# unchanged in a PDF, as a scanner does); nothing is committed.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/build.sh" quillet
+quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+command -v gs >/dev/null || { apt-get install -y -qq --no-install-recommends ghostscript >/dev/null; }
+corpus="$root/../shared/corpus"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+pdftoppm -r 300 -jpeg -jpegopt quality=95 -f 1 -l 20 \
+    "$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf" "$work/page"
+python3 "$root/bench/make-scan.py" "$work/scan.pdf" --dpi 300 "$work"/page-*.jpg
+text="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
+
+# "seconds peak-KB" of one run.
+measure() { /usr/bin/time -f "%e %M" "$@" 2>&1 >/dev/null | tail -1; }
+# Median wall time (and the peak memory of that run) of three runs.
+median() {
+    for _ in 1 2 3; do measure "$@"; done | sort -n | sed -n 2p
+}
+size() { stat -c %s "$1"; }
+ratio() { echo "scale=2; $1 / $2" | bc; }
+
+printf 'machine: %s cores, %s\n' "$(nproc)" "$(uname -m)"
+printf 'scan: 20 pages, %s bytes\n\n' "$(size "$work/scan.pdf")"
+
+read -r q_time q_mem < <(median "$quillet" compress "$work/scan.pdf" -t balanced -o "$work/q.pdf")
+read -r g_time g_mem < <(median gs -q -dNOPAUSE -dBATCH -dSAFER -sDEVICE=pdfwrite \
+    -dPDFSETTINGS=/ebook -sOutputFile="$work/g.pdf" "$work/scan.pdf")
+printf 'balanced vs gs /ebook:  quillet %ss %sKB -> %s bytes | gs %ss %sKB -> %s bytes | time ratio %s (goal <= 0.50)\n' \
+    "$q_time" "$q_mem" "$(size "$work/q.pdf")" "$g_time" "$g_mem" "$(size "$work/g.pdf")" "$(ratio "$q_time" "$g_time")"
+
+read -r ql_time ql_mem < <(median "$quillet" compress "$text" -t lossless -o "$work/ql.pdf")
+read -r qp_time qp_mem < <(median qpdf --object-streams=generate --recompress-flate \
+    --compression-level=9 "$text" "$work/qp.pdf")
+ql_size=$( [[ -f "$work/ql.pdf" ]] && size "$work/ql.pdf" || size "$text")
+printf 'lossless vs qpdf:       quillet %ss %sKB -> %s bytes | qpdf %ss %sKB -> %s bytes | size ratio %s (goal <= 1.02), time ratio %s (goal <= 1.5)\n' \
+    "$ql_time" "$ql_mem" "$ql_size" "$qp_time" "$qp_mem" "$(size "$work/qp.pdf")" \
+    "$(echo "scale=4; $ql_size / $(size "$work/qp.pdf")" | bc)" "$(ratio "$ql_time" "$qp_time")"
+
+"$quillet" compress "$work/scan.pdf" --under 5MB -o "$work/t.pdf" 2>/dev/null
+printf 'under 5MB:              %s bytes = %s%% of 5 MB (goal 85-100%%)\n' "$(size "$work/t.pdf")" \
+    "$(echo "scale=1; 100 * $(size "$work/t.pdf") / 5242880" | bc)"
