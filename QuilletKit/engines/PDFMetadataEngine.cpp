@@ -1,5 +1,6 @@
 #include "engines/PDFMetadataEngine.hpp"
 
+#include "engines/AnnotationAppearances.hpp"
 #include "engines/DocumentScrubber.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
@@ -87,6 +88,7 @@ void burnVisibleAppearances(QPDF& qpdf) {
         form.generateAppearancesIfNeeded();
         materializeFieldAppearances(pages, form);
     }
+    AnnotationAppearances::generateMissing(qpdf);
     pages.flattenAnnotations(0, an_invisible | an_hidden | an_no_view);
 }
 

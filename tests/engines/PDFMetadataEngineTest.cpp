@@ -224,6 +224,30 @@ TEST(PDFMetadataEngineTest, FlattenGeneratesAppearancesAFormAsksFor) {
     EXPECT_GT(darkIn(test::renderGray(dir / "flat.pdf"), fieldText(0)), 30);
 }
 
+// The corpus file's highlight and ink drawing have no appearance streams: the viewer (here
+// pdftoppm) draws them from their geometry, and so must flattening.
+TEST(PDFMetadataEngineTest, FlattenDrawsMarkupSavedWithoutAnAppearance) {
+    TempDir dir;
+    const auto input = test::corpus("024-annotations/annotated_pdf.pdf");
+    PDFMetadataEngine::clean(input, dir / "flat.pdf", CleanPreset::flattenAndClean);
+    const auto before = test::renderGray(input);
+    const auto after = test::renderGray(dir / "flat.pdf");
+    const double height = before.height;
+    struct Region {
+        const char* what;
+        double left, bottom, right, top;
+    };
+    for (const Region r :
+         {Region{"highlight", 141, 695, 207, 719}, Region{"second highlight", 28, 676, 113, 700},
+          Region{"ink", 26, 471, 87, 532}}) {
+        const auto tinted = [&](const test::GrayPage& page) {
+            return page.darkPixels(r.left, height - r.top, r.right, height - r.bottom, 72, 250);
+        };
+        ASSERT_GT(tinted(before), 40) << r.what;
+        EXPECT_GT(tinted(after), tinted(before) * 8 / 10) << r.what;
+    }
+}
+
 TEST(PDFMetadataEngineTest, FlattenKeepsEachPagesBoxesAndRotation) {
     TempDir dir;
     PDFBuilder b;
