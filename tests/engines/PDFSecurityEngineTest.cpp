@@ -1,0 +1,164 @@
+// Passwords added and removed, checked with qpdf and pdfinfo rather than with our own reader.
+#include "engines/PDFSecurityEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "support/IndependentChecks.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace quillet {
+namespace {
+
+namespace fs = std::filesystem;
+using test::PDFBuilder;
+using test::TempDir;
+using Case = PDFCoreError::Case;
+
+const char* encryptedCorpus = "005-libreoffice-writer-password/libreoffice-writer-password.pdf";
+
+fs::path titledDocument(const TempDir& dir, const std::string& name = "report.pdf") {
+    PDFBuilder b;
+    b.addPage().text("one");
+    b.addPage(595, 842).text("two");
+    return b.info("Title", "Quarterly").info("Author", "Jane Roe").write(dir / name);
+}
+
+// `qpdf --show-encryption` with `password`: what qpdf says about the file and the password.
+std::string encryptionReport(const fs::path& file, const std::string& password) {
+    return test::runTool("qpdf", {"--show-encryption", "--password=" + password, file.string()})
+        .out;
+}
+
+std::string pdfinfo(const fs::path& file, const std::string& password = "") {
+    std::vector<std::string> arguments{file.string()};
+    if (!password.empty()) {
+        arguments.insert(arguments.begin(), {"-upw", password});
+    }
+    return test::runTool("pdfinfo", arguments).out;
+}
+
+Case failureOf(const std::function<void()>& work, std::string& message) {
+    try {
+        work();
+    } catch (const PDFCoreError& error) {
+        message = error.what();
+        return error.errorCase();
+    }
+    ADD_FAILURE() << "no PDFCoreError thrown";
+    return Case::invalidInput;
+}
+
+struct Passwords {
+    const char* name;
+    std::string user;
+    std::string owner;
+    std::string expectedOwner;
+};
+
+class ProtectTest : public testing::TestWithParam<Passwords> {};
+
+TEST_P(ProtectTest, EncryptsWithAES256AndTheRightOwnerPassword) {
+    const auto& c = GetParam();
+    TempDir dir;
+    const auto output = dir / "locked.pdf";
+    std::vector<double> progress;
+    PDFSecurityEngine::protect(titledDocument(dir), output, c.user, c.owner,
+                               [&](double f) { progress.push_back(f); });
+
+    EXPECT_EQ(progress, (std::vector<double>{0.4, 1.0}));
+    const auto report = encryptionReport(output, c.user);
+    EXPECT_NE(report.find("R = 6\n"), std::string::npos) << report;
+    EXPECT_NE(report.find("file encryption method: AESv3"), std::string::npos) << report;
+    EXPECT_NE(report.find("Supplied password is user password"), std::string::npos);
+    EXPECT_NE(encryptionReport(output, c.expectedOwner).find("Supplied password is owner password"),
+              std::string::npos);
+    EXPECT_NE(test::runTool("qpdf", {"--check", output.string()}).status, 0)
+        << "opens without a password";
+    EXPECT_EQ(test::runTool("qpdf", {"--check", "--password=" + c.user, output.string()}).status,
+              0);
+    EXPECT_NE(pdfinfo(output, c.user).find("Title:           Quarterly"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ProtectTest,
+                         testing::Values(Passwords{"OwnerDefaultsToTheOpenPassword", "a", "", "a"},
+                                         Passwords{"SeparateOwner", "open", "boss", "boss"},
+                                         Passwords{"Unicode", "pässwörd 東京", "",
+                                                   "pässwörd 東京"}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PDFSecurityEngineTest, ProtectRefusesAnEmptyOpenPasswordBeforeReadingTheInput) {
+    TempDir dir;
+    std::string message;
+    EXPECT_EQ(
+        failureOf([&] { PDFSecurityEngine::protect(dir / "absent.pdf", dir / "o.pdf", "", "x"); },
+                  message),
+        Case::invalidInput);
+    EXPECT_EQ(message, "Enter an open password.");
+    EXPECT_FALSE(fs::exists(dir / "o.pdf"));
+}
+
+TEST(PDFSecurityEngineTest, ProtectMakesTheOutputFolderAndCanReplaceItsInput) {
+    TempDir dir;
+    const auto input = titledDocument(dir);
+    PDFSecurityEngine::protect(input, dir / "new/folder/out.pdf", "pw", "");
+    EXPECT_NE(encryptionReport(dir / "new/folder/out.pdf", "pw").find("R = 6"), std::string::npos);
+    PDFSecurityEngine::protect(input, input, "pw", "");
+    EXPECT_NE(encryptionReport(input, "pw").find("R = 6"), std::string::npos);
+    std::string message;
+    EXPECT_EQ(
+        failureOf([&] { PDFSecurityEngine::protect(input, dir / "again.pdf", "x", ""); }, message),
+        Case::wrongPassword);
+}
+
+TEST(PDFSecurityEngineTest, ProtectThenRemoveGivesBackThePagesAndTheMetadata) {
+    TempDir dir;
+    const auto input = titledDocument(dir);
+    PDFSecurityEngine::protect(input, dir / "locked.pdf", "open", "boss");
+    for (const char* password : {"open", "boss"}) {
+        const auto output = dir / (std::string(password) + ".pdf");
+        std::vector<double> progress;
+        PDFSecurityEngine::removePassword(dir / "locked.pdf", output, password,
+                                          [&](double f) { progress.push_back(f); });
+        EXPECT_EQ(progress, (std::vector<double>{0.5, 1.0}));
+        EXPECT_NE(encryptionReport(output, "").find("File is not encrypted"), std::string::npos);
+        const auto info = pdfinfo(output);
+        EXPECT_NE(info.find("Title:           Quarterly"), std::string::npos) << info;
+        EXPECT_NE(info.find("Author:          Jane Roe"), std::string::npos) << info;
+        EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
+        EXPECT_EQ(test::runTool("qpdf", {"--check", output.string()}).status, 0);
+    }
+}
+
+TEST(PDFSecurityEngineTest, AWrongPasswordFailsAndWritesNothing) {
+    TempDir dir;
+    const auto locked = dir / "locked.pdf";
+    PDFSecurityEngine::protect(titledDocument(dir), locked, "right", "");
+    const std::string before = test::readFile(locked);
+    for (const auto& output : {dir / "out.pdf", locked}) {
+        std::string message;
+        EXPECT_EQ(
+            failureOf([&] { PDFSecurityEngine::removePassword(locked, output, "wrong"); }, message),
+            Case::wrongPassword);
+        EXPECT_EQ(message, "Incorrect password.");
+    }
+    EXPECT_FALSE(fs::exists(dir / "out.pdf"));
+    EXPECT_EQ(test::readFile(locked), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator()), 2);
+}
+
+TEST(PDFSecurityEngineTest, TheEncryptedCorpusFileOpensWithEitherOfItsPasswords) {
+    TempDir dir;
+    for (const char* password : {"openpassword", "permissionpassword"}) {
+        const auto output = dir / (std::string(password) + ".pdf");
+        PDFSecurityEngine::removePassword(test::corpus(encryptedCorpus), output, password);
+        EXPECT_NE(encryptionReport(output, "").find("File is not encrypted"), std::string::npos);
+        EXPECT_NE(pdfinfo(output).find("Pages:           1"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace quillet
