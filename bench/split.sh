@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Times `quillet split` (every page) against `qpdf --split-pages` on the same 300-page document
+# built from the shared corpus, prints the median of five runs of each and their ratio, and the
+# peak memory of both on that document and on one three times as long (memory must not grow with
+# the page count).
+#
+#   bench/split.sh [PDF]     (default: the corpus's 117-page thesis twice and a mix of the other
+#                             corpus files, joined to 300 pages)
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/build.sh" quillet
+quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+corpus="$root/../shared/corpus"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+pdf=${1:-}
+if [[ -z "$pdf" ]]; then
+    thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
+    pdf="$work/book.pdf"
+    qpdf --empty --pages "$thesis" "$thesis" "$thesis" 1-41 \
+        "$corpus/006-pdflatex-outline/pdflatex-outline.pdf" \
+        "$corpus/004-pdflatex-4-pages/pdflatex-4-pages.pdf" \
+        "$corpus/007-imagemagick-images/imagemagick-images.pdf" \
+        "$corpus/015-arabic/habibi-rotated.pdf" \
+        "$corpus/026-latex-multicolumn/multicolumn.pdf" \
+        "$corpus/014-outlines/mistitled_outlines_example.pdf" -- "$pdf"
+fi
+long="$work/long.pdf"
+qpdf --empty --pages "$pdf" "$pdf" "$pdf" -- "$long"
+pages() { pdfinfo "$1" | awk '/^Pages:/ {print $2}'; }
+
+# Each run writes into a fresh, empty folder; emptying it is not timed.
+ours() { "$quillet" split "$1" -o "$work/out"; }
+theirs() { mkdir -p "$work/out" && qpdf "$1" --split-pages "$work/out/part.pdf"; }
+
+# Median wall time in seconds of five runs of the command given as arguments.
+median() {
+    local times=()
+    for _ in 1 2 3 4 5; do
+        rm -rf "$work/out"
+        local start end
+        start=$(date +%s.%N)
+        "$@" >/dev/null 2>&1
+        end=$(date +%s.%N)
+        times+=("$(echo "$end - $start" | bc)")
+    done
+    printf '%s\n' "${times[@]}" | sort -n | sed -n 3p
+}
+# /usr/bin/time reports on stderr, which the command's own stderr must not mix into.
+peak() {
+    rm -rf "$work/out"
+    local report="$work/time.txt"
+    /usr/bin/time -o "$report" -f %M "$@" >/dev/null 2>&1
+    cat "$report"
+}
+
+ours_s=$(median ours "$pdf")
+theirs_s=$(median theirs "$pdf")
+printf 'document: %s (%s pages, %s bytes), %s cores\n' "$(basename "$pdf")" "$(pages "$pdf")" \
+    "$(stat -c %s "$pdf")" "$(nproc)"
+printf 'quillet split:            %6.3f s  (peak %s KB; %s KB at %s pages)\n' "$ours_s" \
+    "$(peak ours "$pdf")" "$(peak ours "$long")" "$(pages "$long")"
+printf 'qpdf --split-pages:       %6.3f s  (peak %s KB; %s KB at %s pages)\n' "$theirs_s" \
+    "$(peak theirs "$pdf")" "$(peak theirs "$long")" "$(pages "$long")"
+printf 'ratio quillet / qpdf:     %6.2f (goal: at most 1.50)\n' "$(echo "$ours_s / $theirs_s" | bc -l)"
