@@ -22,7 +22,10 @@ python3 "$root/bench/make-scan.py" "$work/scan.pdf" --dpi 300 "$work"/page-*.jpg
 text="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
 
 # "seconds peak-KB" of one run.
-measure() { /usr/bin/time -f "%e %M" "$@" 2>&1 >/dev/null | tail -1; }
+measure() {
+    /usr/bin/time -o "$work/time" -f "%e %M" "$@" >/dev/null 2>&1
+    cat "$work/time"
+}
 # Median wall time (and the peak memory of that run) of three runs.
 median() {
     for _ in 1 2 3; do measure "$@"; done | sort -n | sed -n 2p

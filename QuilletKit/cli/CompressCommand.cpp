@@ -61,10 +61,19 @@ void runCompress(const Arguments& arguments, CommandIO& io) {
     if (const auto under = args.value("under")) {
         options.targetBytes = parseSize(*under);
     }
-    options.progress = [&io](double fraction) { printProgress(io.err, fraction); };
+    double shown = 1.0;
+    options.progress = [&io, &shown](double fraction) {
+        shown = fraction;
+        printProgress(io.err, fraction);
+    };
     withOutputs(inputs, args.value("o"), args.flag("replace"), "compressed",
                 [&](const std::filesystem::path& input, const std::filesystem::path& output) {
                     const auto outcome = PDFCompressionEngine::compress(input, output, options);
+                    // Some paths stop reporting short of 1 (the lossless rewrite ends at 0.95):
+                    // finish the bar so the result starts on a line of its own.
+                    if (shown < 1.0) {
+                        printProgress(io.err, 1.0);
+                    }
                     io.out << compressionResultLine(input, outcome);
                     io.out.flush();
                 });

@@ -121,9 +121,15 @@ std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string
             state.document = PDFDocumentEngine::openCG(input, password);
         }
         if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
-            const auto* bytes = reinterpret_cast<const std::uint8_t*>(jpeg->data());
-            if (auto bitmap = JPEGScaler::decodeScaled({bytes, jpeg->size()}, plan.size.width,
-                                                       plan.size.height, format)) {
+            const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()), jpeg->size());
+            if (PageRasterizer::encodesAsJPEG(setting.quality, plan.monochrome)) {
+                if (auto data = JPEGScaler::reencoded(bytes, plan.size.width, plan.size.height,
+                                                      format, setting.quality)) {
+                    return RasterizedPage{std::move(*data), true, plan.size.width, plan.size.height,
+                                          format, {}};
+                }
+            } else if (auto bitmap = JPEGScaler::decodeScaled(bytes, plan.size.width,
+                                                              plan.size.height, format)) {
                 return PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome);
             }
         }

@@ -25,7 +25,7 @@ PageRasterizer::Size PageRasterizer::rasterSize(double width, double height, int
 
 std::optional<RasterizedPage> PageRasterizer::encode(Bitmap bitmap, double quality,
                                                      bool monochrome) {
-    const bool png = monochrome && quality >= 0.6;
+    const bool png = !encodesAsJPEG(quality, monochrome);
     const auto data = ImageCodec::data(bitmap, png ? ImageOutputFormat::png : ImageOutputFormat::jpeg,
                                        quality);
     if (!data) {

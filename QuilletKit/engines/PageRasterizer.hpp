@@ -38,6 +38,11 @@ class PageRasterizer {
     /// gray JPEG. Absent when encoding fails.
     static std::optional<RasterizedPage> encode(Bitmap bitmap, double quality, bool monochrome);
 
+    /// Whether `encode` writes JPEG for these settings (everything but gentle monochrome pages).
+    static bool encodesAsJPEG(double quality, bool monochrome) {
+        return !(monochrome && quality >= 0.6);
+    }
+
     /// `bitmap` turned back by `degrees` (a multiple of 90): a page rendered as shown (rotated)
     /// becomes the unrotated image that its /Rotate turns again on display.
     static Bitmap unrotated(const Bitmap& bitmap, int degrees);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace quillet {
 
@@ -18,6 +19,13 @@ class JPEGScaler {
     /// when the data is not a readable JPEG. Never throws.
     static std::optional<Bitmap> decodeScaled(std::span<const std::uint8_t> jpeg, int width,
                                               int height, PixelFormat format) noexcept;
+
+    /// The same picture encoded straight to JPEG at `quality` (0 ... 1), without a bitmap in
+    /// between: the pixels stream from decoder to encoder. Absent on any failure.
+    static std::optional<std::vector<std::uint8_t>> reencoded(std::span<const std::uint8_t> jpeg,
+                                                              int width, int height,
+                                                              PixelFormat format,
+                                                              double quality) noexcept;
 };
 
 } // namespace quillet
