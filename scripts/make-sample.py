@@ -77,7 +77,7 @@ def main(path):
     contents = [
         text_content(intro, 760),
         b"q %.2f 0 0 %.2f %.2f %.2f cm /Im1 Do Q" % (419.76, 595.44, (A4[0] - 419.76) / 2, (A4[1] - 595.44) / 2),
-        text_content(["A page with a heading and a picture"], 760, 18) + b"\nq 320 0 0 240 137 420 cm /Im2 Do Q",
+        text_content(["A page with a heading and a picture"], 760, 18) + b"\nq 160 0 0 120 217 480 cm /Im2 Do Q",
     ]
     resources = [
         b"<< /Font << /F1 %d 0 R >> >>" % font,
