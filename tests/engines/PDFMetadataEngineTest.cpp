@@ -274,6 +274,44 @@ TEST(PDFMetadataEngineTest, FlattenKeepsEachPagesBoxesAndRotation) {
     EXPECT_FALSE(test::inspectObjectGraph(dir / "flat.pdf").keys.contains("/UnusedMarker"));
 }
 
+// Pruning unused resources page by page must not take from one page what another page uses
+// through a resource dictionary they share, here also the resources of a form on page 1.
+TEST(PDFMetadataEngineTest, FlattenPrunesSharedResourcesWithoutBreakingOtherPages) {
+    TempDir dir;
+    PDFBuilder b;
+    b.addPage(200, 200);
+    b.addPage(200, 200);
+    auto& qpdf = b.qpdf();
+    auto shared = qpdf.makeIndirectObject(
+        parse("<< /Font << /F1 << /Type /Font /Subtype /Type1 /BaseFont /Helvetica >> >> >>"));
+    auto form = qpdf.newStream("BT /F1 24 Tf 20 150 Td (Form) Tj ET");
+    form.getDict().replaceKey("/Subtype", parse("/Form"));
+    form.getDict().replaceKey("/BBox", parse("[0 0 200 200]"));
+    form.getDict().replaceKey("/Resources", shared);
+    auto image = qpdf.newStream(std::string(1, '\0'));
+    image.getDict().replaceKey("/Subtype", parse("/Image"));
+    for (auto [key, value] : {std::pair{"/Width", 1}, {"/Height", 1}, {"/BitsPerComponent", 8}}) {
+        image.getDict().replaceKey(key, QPDFObjectHandle::newInteger(value));
+    }
+    image.getDict().replaceKey("/ColorSpace", parse("/DeviceGray"));
+    shared.replaceKey("/XObject", parse("<< >>"));
+    shared.getKey("/XObject").replaceKey("/Fm1", form);
+    shared.getKey("/XObject").replaceKey("/Im1", image);
+    const std::vector<std::string> contents{"/Fm1 Do", "q 100 0 0 100 50 20 cm /Im1 Do Q"};
+    for (int i = 0; i < 2; ++i) {
+        b.page(i).object().replaceKey("/Resources", shared);
+        b.page(i).object().replaceKey("/Contents", qpdf.newStream(contents[i]));
+    }
+    const auto input = b.write(dir / "shared.pdf");
+    PDFMetadataEngine::clean(input, dir / "flat.pdf", CleanPreset::flattenAndClean);
+    for (int page : {1, 2}) {
+        const auto before = test::renderGray(input, page);
+        const auto after = test::renderGray(dir / "flat.pdf", page);
+        ASSERT_GT(before.darkPixels(0, 0, 200, 200, 72), 50) << page;
+        EXPECT_EQ(after.pixels, before.pixels) << "page " << page;
+    }
+}
+
 TEST(PDFMetadataEngineTest, ReportsProgressAndStopsWhenCancelled) {
     TempDir dir;
     PDFBuilder b;
