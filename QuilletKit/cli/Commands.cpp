@@ -18,6 +18,5 @@ namespace {
 } // namespace
 
 void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "merge"); }
-void runConvert(const Arguments& arguments, CommandIO&) { unavailable(arguments, "convert"); }
 void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, "images"); }
 } // namespace quillet

@@ -1,0 +1,85 @@
+// `quillet convert FILE... [--format png|jpeg|tiff|heic] [--dpi N] [--pages TEXT] [-o FOLDER]`:
+// the pages of each PDF as image files, by default in "<stem>-images" beside the input.
+#include "cli/CLIArgs.hpp"
+#include "cli/CommandPlumbing.hpp"
+#include "cli/Commands.hpp"
+#include "engines/PDFImageEngine.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr int defaultDPI = 150;
+constexpr double commandLineJPEGQuality = 0.85;
+
+// An unknown format is not worth failing a batch over: PNG is always a faithful choice.
+ImageOutputFormat formatOption(const std::optional<std::string>& text) {
+    return fromRawValue<ImageOutputFormat>(text.value_or("png")).value_or(ImageOutputFormat::png);
+}
+
+// Anything that is not a whole number (an empty value, "150dpi", "2.5") means the default.
+int dpiOption(const std::optional<std::string>& text) {
+    if (!text) {
+        return defaultDPI;
+    }
+    std::string_view digits = *text;
+    if (digits.starts_with('+')) {
+        digits.remove_prefix(1);
+    }
+    int value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (digits.empty() || error != std::errc() || end != digits.data() + digits.size()) {
+        return defaultDPI;
+    }
+    return value;
+}
+
+fs::path outputFolder(const CLIArgs& args, const fs::path& input) {
+    if (const auto folder = args.value("o")) {
+        return *folder;
+    }
+    return input.parent_path() / (input.stem().string() + "-images");
+}
+
+std::string upperCased(std::string_view text) {
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return upper;
+}
+
+} // namespace
+
+void runConvert(const Arguments& arguments, CommandIO& io) {
+    const CLIArgs args = CLIArgs::parse(arguments);
+    const auto inputs = args.inputs();
+    const ImageOutputFormat format = formatOption(args.value("format"));
+    const int dpi = dpiOption(args.value("dpi"));
+    const std::string pages = args.value("pages").value_or("");
+
+    for (const fs::path& input : inputs) {
+        const fs::path folder = outputFolder(args, input);
+        double shown = 1.0;
+        auto progress = [&io, &shown](double fraction) {
+            shown = fraction;
+            printProgress(io.err, fraction);
+        };
+        const auto result = PDFImageEngine::pdfToImages(input, folder, input.stem().string(),
+                                                        format, dpi, pages,
+                                                        commandLineJPEGQuality, progress);
+        // Skipped pages still advance the bar, but make sure the line is finished.
+        if (shown < 1.0) {
+            printProgress(io.err, 1.0);
+        }
+        io.out << input.filename().string() << ": " << result.files.size() << " × "
+               << upperCased(rawValue(format)) << " @ " << dpi << " DPI → " << folder.string()
+               << '\n';
+        io.out.flush();
+    }
+}
+
+} // namespace quillet
