@@ -17,6 +17,4 @@ namespace {
 
 } // namespace
 
-void runMerge(const Arguments& arguments, CommandIO&) { unavailable(arguments, "merge"); }
-void runImages(const Arguments& arguments, CommandIO&) { unavailable(arguments, "images"); }
 } // namespace quillet

@@ -1,0 +1,184 @@
+#include "engines/PDFMergeEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "platform/FileTypes.hpp"
+#include "platform/UUID.hpp"
+
+#include <fmt/format.h>
+#include <qpdf/QPDFAcroFormDocumentHelper.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+
+#include <array>
+#include <optional>
+#include <string>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+// Four decimals are finer than any device resolution; trailing zeros only cost bytes.
+std::string number(double value) {
+    std::string text = fmt::format("{:.4f}", value);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') {
+        text.pop_back();
+    }
+    return text == "-0" ? "0" : text;
+}
+
+std::string rectangle(const PDFRect& r) {
+    return fmt::format("{} {} {} {} re", number(r.x), number(r.y), number(r.width),
+                       number(r.height));
+}
+
+std::string imagePageContent(const ImagePlacement& placement, const PageImage& image,
+                             const ImageToPDFOptions& options) {
+    std::string content;
+    if (placement.paintsBackground && options.backgroundColor) {
+        const RGBColor& c = *options.backgroundColor;
+        content += fmt::format("q {} {} {} rg {} f Q\n", number(c.red), number(c.green),
+                               number(c.blue), rectangle(placement.page));
+    }
+    content += "q\n";
+    if (placement.clip) {
+        content += rectangle(*placement.clip) + " W n\n";
+    }
+    const auto m = orientedImageMatrix(placement.drawn, image.orientation());
+    content += fmt::format("{} {} {} {} {} {} cm /Im0 Do\nQ\n", number(m[0]), number(m[1]),
+                           number(m[2]), number(m[3]), number(m[4]), number(m[5]));
+    return content;
+}
+
+QPDFObjectHandle imagePage(QPDF& qpdf, const PageImage& image, const ImageToPDFOptions& options) {
+    const auto placement =
+        ImagePlacement::compute(image.uprightWidth(), image.uprightHeight(), options);
+    auto xobject = image.embed(qpdf);
+    if (placement.paintsBackground) {
+        // Drawn at a size of our choosing, the picture is resampled by the viewer: ask for the
+        // smooth kind.
+        xobject.getDict().replaceKey("/Interpolate", QPDFObjectHandle::newBool(true));
+    }
+    auto resources = QPDFObjectHandle::parse("<< /XObject << >> >>");
+    resources.getKey("/XObject").replaceKey("/Im0", xobject);
+    auto page = QPDFObjectHandle::newDictionary();
+    page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
+    page.replaceKey("/MediaBox",
+                    QPDFObjectHandle::parse("[0 0 " + number(placement.page.width) + " " +
+                                            number(placement.page.height) + "]"));
+    page.replaceKey("/Resources", resources);
+    page.replaceKey("/Contents", qpdf.newStream(imagePageContent(placement, image, options)));
+    return qpdf.makeIndirectObject(page);
+}
+
+} // namespace
+
+int PDFMergeEngine::merge(const std::vector<fs::path>& inputs, const fs::path& output,
+                          const ImageToPDFOptions& imageOptions,
+                          const std::function<void(double)>& progress,
+                          const std::function<bool()>& isCancelled) {
+    if (inputs.empty()) {
+        throw PDFCoreError::invalidInput("No input files.");
+    }
+    PDFDocument merged = PDFDocument::empty();
+    // qpdf reads the streams of copied pages from their sources only while writing.
+    std::vector<PDFDocument> sources;
+    int pages = 0;
+    for (std::size_t k = 0; k < inputs.size(); ++k) {
+        if (isCancelled && isCancelled()) {
+            throw CancellationError();
+        }
+        pages += isImage(inputs[k]) ? appendImage(merged, inputs[k], imageOptions)
+                                    : appendPDF(merged, inputs[k], sources);
+        if (progress) {
+            progress(static_cast<double>(k + 1) / static_cast<double>(inputs.size()));
+        }
+    }
+    if (pages < 1) {
+        throw PDFCoreError::emptyDocument();
+    }
+    try {
+        merged.write(output);
+    } catch (const PDFDocumentError&) {
+        throw PDFCoreError::writeFailed(output.filename().string());
+    }
+    return pages;
+}
+
+int PDFMergeEngine::appendImage(PDFDocument& merged, const fs::path& input,
+                                const ImageToPDFOptions& options) {
+    const auto image = PageImage::load(input);
+    if (!image) {
+        throw PDFCoreError::invalidInput("Unsupported image: " + input.filename().string());
+    }
+    makeImagePage(merged, *image, options);
+    return 1;
+}
+
+int PDFMergeEngine::appendPDF(PDFDocument& merged, const fs::path& input,
+                              std::vector<PDFDocument>& sources) {
+    std::optional<PDFDocument> source;
+    try {
+        source = PDFDocument::open(input);
+    } catch (const PDFDocumentError&) {
+        throw PDFCoreError::cannotOpen(input);
+    }
+    if (source->isLocked() && !source->unlock("")) {
+        throw PDFCoreError::cannotOpen(input);
+    }
+    QPDF& from = source->qpdf();
+    QPDF& to = merged.qpdf();
+    QPDFPageDocumentHelper target(to);
+    // Widgets copied without their fields would show but no longer work as a form.
+    std::optional<QPDFAcroFormDocumentHelper> fromForms, toForms;
+    if (from.getRoot().hasKey("/AcroForm")) {
+        fromForms.emplace(from);
+        toForms.emplace(to);
+    }
+    std::vector<QPDFObjectHandle> originals;
+    try {
+        originals = from.getAllPages();
+    } catch (const std::exception&) {
+        throw PDFCoreError::cannotOpen(input);
+    }
+    int appended = 0;
+    for (const auto& page : originals) {
+        try {
+            target.addPage(QPDFPageObjectHelper(page), false);
+            if (fromForms) {
+                toForms->fixCopiedAnnotations(to.getAllPages().back(), page, *fromForms);
+            }
+            ++appended;
+        } catch (const std::exception&) {
+            // A page that cannot be read is left out; the rest of the document still counts.
+        }
+    }
+    sources.push_back(std::move(*source));
+    return appended;
+}
+
+PDFPage PDFMergeEngine::makeImagePage(PDFDocument& document, const PageImage& image,
+                                      const ImageToPDFOptions& options) {
+    QPDF& qpdf = document.qpdf();
+    try {
+        auto page = imagePage(qpdf, image, options);
+        QPDFPageDocumentHelper(qpdf).addPage(QPDFPageObjectHelper(page), false);
+        return PDFPage(page);
+    } catch (const std::exception&) {
+        throw PDFCoreError::writeFailed("image page");
+    }
+}
+
+fs::path PDFMergeEngine::renderImagePage(const PageImage& image, const ImageToPDFOptions& options) {
+    PDFDocument document = PDFDocument::empty();
+    makeImagePage(document, image, options);
+    fs::path file;
+    try {
+        file = fs::temp_directory_path() / ("quillet-" + newUUIDString() + ".pdf");
+        document.write(file);
+    } catch (const std::exception&) {
+        throw PDFCoreError::writeFailed("temp consumer");
+    }
+    return file;
+}
+
+} // namespace quillet
