@@ -104,7 +104,7 @@ PDFRenderer::Document openForRendering(const PDFRenderer& renderer, const fs::pa
 
 std::string tooLargeMessage(const fs::path& input, int index, int dpi,
                             PDFRenderer::PixelSize size) {
-    return fmt::format("{}, page {}: {} DPI would give {} x {} pixels ({} megapixels), more than "
+    return fmt::format("{}, page {}: {} DPI would give {} x {} pixels ({:.0f} megapixels), more than "
                        "the limit of {} megapixels; choose a lower resolution.",
                        input.filename().string(), index + 1, dpi, size.width, size.height,
                        size.width / 1'000'000.0 * size.height,

@@ -1,0 +1,389 @@
+// Image export on fixtures built in code and on real files: which pages, which names, which bytes,
+// and what a viewer would have shown (rotation, box origin, annotations).
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFImageEngine.hpp"
+#include "platform/ImageIO.hpp"
+#include "support/IndependentChecks.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <gtest/gtest.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+
+namespace quillet {
+namespace {
+namespace fs = std::filesystem;
+
+using test::PDFBuilder;
+using test::TempDir;
+
+fs::path numberedPages(const TempDir& dir, int count, const std::string& name = "doc.pdf") {
+    PDFBuilder builder;
+    for (int i = 0; i < count; ++i) {
+        builder.addPage().text(fmt::format("page {}", i + 1), 72, 720, 36);
+    }
+    return builder.write(dir / name);
+}
+
+PDFImageEngine::Result exportPages(const fs::path& input, const fs::path& folder,
+                                   std::string_view pages = "", int dpi = 36,
+                                   ImageOutputFormat format = ImageOutputFormat::png,
+                                   unsigned threads = 0) {
+    return PDFImageEngine::pdfToImages(input, folder, "doc", format, dpi, pages, 0.85, {}, {},
+                                       threads);
+}
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    if (fs::exists(folder)) {
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            names.push_back(entry.path().filename().string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// Pixels darker than mid-gray in [x0, x1) x [y0, y1) of an RGB or gray bitmap.
+int darkPixels(const Bitmap& image, int x0, int y0, int x1, int y1) {
+    int dark = 0;
+    for (int y = y0; y < y1; ++y) {
+        for (int x = x0; x < x1; ++x) {
+            const auto* pixel = image.data() + y * image.rowBytes() + x * image.bands();
+            dark += pixel[0] < 128 ? 1 : 0;
+        }
+    }
+    return dark;
+}
+
+PDFCoreError::Case errorCaseOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const PDFCoreError& error) {
+        return error.errorCase();
+    }
+    ADD_FAILURE() << "no PDFCoreError thrown";
+    return PDFCoreError::Case::emptyDocument;
+}
+
+struct SelectionCase {
+    std::string text;
+    int pageCount;
+    std::vector<int> pages; // empty: "No pages matched" expected
+};
+
+class ImageEngineSelection : public testing::TestWithParam<SelectionCase> {};
+
+TEST_P(ImageEngineSelection, PagesOnceAscendingOrRefused) {
+    const auto& c = GetParam();
+    if (!c.pages.empty()) {
+        EXPECT_EQ(PDFImageEngine::selectedPages(c.text, c.pageCount), c.pages);
+        return;
+    }
+    try {
+        PDFImageEngine::selectedPages(c.text, c.pageCount);
+        ADD_FAILURE() << "nothing selected, yet no error";
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+        EXPECT_EQ(error.text(), "No pages matched \"" + c.text + "\".");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, ImageEngineSelection,
+    testing::Values(SelectionCase{"", 3, {0, 1, 2}}, SelectionCase{" \t ", 2, {0, 1}},
+                    SelectionCase{"3,1,3", 5, {0, 2}}, SelectionCase{"99", 5, {4}},
+                    SelectionCase{"0", 5, {0}}, SelectionCase{"10-8, 9", 10, {7, 8, 9}},
+                    SelectionCase{"4-6;2 5", 10, {1, 3, 4, 5}}, SelectionCase{"abc", 5, {}},
+                    SelectionCase{" abc ", 5, {}}, SelectionCase{"-3, 5-", 5, {}},
+                    SelectionCase{",;", 5, {}}));
+
+struct NameCase {
+    int pageNumber;
+    int pageCount;
+    std::string expected;
+};
+
+class ImageEngineNames : public testing::TestWithParam<NameCase> {};
+
+TEST_P(ImageEngineNames, PaddedToTheDigitsOfThePageCount) {
+    const auto& c = GetParam();
+    EXPECT_EQ(PDFImageEngine::fileName("report", c.pageNumber, c.pageCount, "png"), c.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Widths, ImageEngineNames,
+                         testing::Values(NameCase{1, 1, "report-page-01.png"},
+                                         NameCase{9, 9, "report-page-09.png"},
+                                         NameCase{10, 99, "report-page-10.png"},
+                                         NameCase{7, 100, "report-page-007.png"},
+                                         NameCase{1, 120, "report-page-001.png"},
+                                         NameCase{42, 10000, "report-page-00042.png"}));
+
+TEST(ImageEngineExport, SelectionInPageOrderWithProgress) {
+    TempDir dir;
+    const auto input = numberedPages(dir, 5);
+    std::vector<double> progress;
+    const auto result = PDFImageEngine::pdfToImages(
+        input, dir / "out", "doc", ImageOutputFormat::png, 36, "3,1,3", 0.85,
+        [&](double fraction) { progress.push_back(fraction); });
+    EXPECT_EQ(result.files, (std::vector<fs::path>{dir / "out" / "doc-page-01.png",
+                                                   dir / "out" / "doc-page-03.png"}));
+    EXPECT_EQ(progress, (std::vector<double>{0.5, 1.0}));
+    EXPECT_EQ(namesIn(dir / "out"), (std::vector<std::string>{"doc-page-01.png", "doc-page-03.png"}));
+}
+
+TEST(ImageEngineExport, ThreeDigitsForAHundredPages) {
+    TempDir dir;
+    const auto result = exportPages(numberedPages(dir, 100), dir / "out", "7", 9);
+    ASSERT_EQ(result.files.size(), 1u);
+    EXPECT_EQ(result.files[0].filename(), "doc-page-007.png");
+}
+
+struct SizeCase {
+    double width;
+    double height;
+    int dpi;
+    int pixelWidth;
+    int pixelHeight;
+};
+
+class ImageEngineSize : public testing::TestWithParam<SizeCase> {};
+
+TEST_P(ImageEngineSize, SidesTruncatedAtLeastOnePixel) {
+    const auto& c = GetParam();
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage(c.width, c.height);
+    const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", c.dpi);
+    const auto image = ImageIO::decode(result.files.at(0));
+    ASSERT_TRUE(image.has_value());
+    EXPECT_EQ(image->width(), c.pixelWidth);
+    EXPECT_EQ(image->height(), c.pixelHeight);
+}
+
+INSTANTIATE_TEST_SUITE_P(Boxes, ImageEngineSize,
+                         testing::Values(SizeCase{612, 792, 144, 1224, 1584},
+                                         SizeCase{612, 792, 72, 612, 792},
+                                         SizeCase{595.276, 841.89, 150, 1240, 1753},
+                                         SizeCase{0.2, 0.2, 72, 1, 1}));
+
+struct FormatCase {
+    ImageOutputFormat format;
+    std::string extension;
+    std::size_t offset;
+    std::string magic;
+};
+
+class ImageEngineFormats : public testing::TestWithParam<FormatCase> {};
+
+TEST_P(ImageEngineFormats, ExtensionAndBytesOfTheFormat) {
+    const auto& c = GetParam();
+    TempDir dir;
+    const auto result = exportPages(numberedPages(dir, 1), dir / "out", "", 36, c.format);
+    ASSERT_EQ(result.files.size(), 1u);
+    EXPECT_EQ(result.files[0].filename(), "doc-page-01." + c.extension);
+    const std::string bytes = test::readFile(result.files[0]);
+    ASSERT_GT(bytes.size(), c.offset + c.magic.size());
+    EXPECT_EQ(bytes.substr(c.offset, c.magic.size()), c.magic);
+    const auto image = ImageIO::decode(result.files[0]);
+    ASSERT_TRUE(image.has_value());
+    EXPECT_EQ(image->width(), 306);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ImageEngineFormats,
+    testing::Values(FormatCase{ImageOutputFormat::png, "png", 0, "\x89PNG\r\n\x1a\n"},
+                    FormatCase{ImageOutputFormat::jpeg, "jpeg", 0, "\xff\xd8\xff"},
+                    FormatCase{ImageOutputFormat::tiff, "tiff", 0, std::string("II*\0", 4)},
+                    FormatCase{ImageOutputFormat::heic, "heic", 4, "ftypheic"}));
+
+// A mark in the box's lower-left corner: where it lands says how the page was placed.
+struct PlacementCase {
+    const char* name;
+    int rotation;
+    double originX;
+    double originY;
+    // Where the mark must appear in the 72-DPI image (pixels), and the image's size.
+    int markX0, markY0, markX1, markY1;
+    int width, height;
+};
+
+class ImageEnginePlacement : public testing::TestWithParam<PlacementCase> {};
+
+TEST_P(ImageEnginePlacement, ShownAsAViewerShowsIt) {
+    const auto& c = GetParam();
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage()
+        .mediaBox(c.originX, c.originY, c.originX + 300, c.originY + 400)
+        .rotate(c.rotation)
+        .content(fmt::format("0 g {} {} 100 50 re f", c.originX, c.originY));
+    const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", 72);
+    const auto image = ImageIO::decode(result.files.at(0));
+    ASSERT_TRUE(image.has_value());
+    ASSERT_EQ(image->width(), c.width);
+    ASSERT_EQ(image->height(), c.height);
+    const int markArea = (c.markX1 - c.markX0) * (c.markY1 - c.markY0);
+    EXPECT_GT(darkPixels(*image, c.markX0, c.markY0, c.markX1, c.markY1), markArea * 9 / 10);
+    EXPECT_LT(darkPixels(*image, 0, 0, c.width, c.height), markArea * 11 / 10);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, ImageEnginePlacement,
+    testing::Values(PlacementCase{"upright", 0, 0, 0, 0, 350, 100, 400, 300, 400},
+                    PlacementCase{"shiftedBox", 0, 200, -100, 0, 350, 100, 400, 300, 400},
+                    PlacementCase{"quarterTurn", 90, 0, 0, 0, 0, 50, 100, 400, 300},
+                    PlacementCase{"halfTurn", 180, 0, 0, 200, 0, 300, 50, 300, 400},
+                    PlacementCase{"threeQuarters", 270, 0, 0, 350, 200, 400, 300, 400, 300}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(ImageEngineExport, RotatedCorpusPagesMatchAnIndependentRenderer) {
+    TempDir dir;
+    const auto input = test::corpus("015-arabic/habibi-rotated.pdf");
+    const auto result = exportPages(input, dir / "out", "1", 72);
+    const auto ours = ImageIO::decode(result.files.at(0));
+    const auto theirs = test::renderGray(input, 1, 72);
+    ASSERT_TRUE(ours.has_value());
+    EXPECT_GT(ours->width(), ours->height());
+    EXPECT_NEAR(ours->width(), theirs.width, 1);
+    EXPECT_NEAR(ours->height(), theirs.height, 1);
+}
+
+TEST(ImageEngineExport, FormFieldAppearancesAreDrawn) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage().textField("name", "WWWWWWWWWWWWWWW");
+    const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", 72);
+    const auto image = ImageIO::decode(result.files.at(0));
+    ASSERT_TRUE(image.has_value());
+    // The builder stacks the widget at the top left: x 36...236, 30 points high.
+    EXPECT_GT(darkPixels(*image, 36, 0, 236, 80), 100);
+    EXPECT_EQ(darkPixels(*image, 236, 0, 612, 792), 0);
+}
+
+TEST(ImageEngineExport, CorpusAnnotationsAreDrawn) {
+    TempDir dir;
+    const auto result =
+        exportPages(test::corpus("024-annotations/annotated_pdf.pdf"), dir / "out", "", 60);
+    const auto image = ImageIO::decode(result.files.at(0));
+    ASSERT_TRUE(image.has_value());
+    // The highlight of "Line 2" is pure yellow: red and green high, blue low.
+    int yellow = 0;
+    for (int y = 110; y < 140; ++y) {
+        for (int x = 20; x < 100; ++x) {
+            const auto* p = image->data() + y * image->rowBytes() + x * 3;
+            yellow += p[0] > 200 && p[1] > 200 && p[2] < 80 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(yellow, 500);
+}
+
+TEST(ImageEngineExport, ParallelBytesEqualAOneThreadRun) {
+    TempDir dir;
+    PDFBuilder builder;
+    for (int i = 0; i < 9; ++i) {
+        builder.addPage(300 + 20 * i, 400).rotate(90 * (i % 4)).text(fmt::format("page {}", i));
+    }
+    const auto input = builder.write(dir / "doc.pdf");
+    const auto serial = exportPages(input, dir / "serial", "", 50, ImageOutputFormat::png, 1);
+    const auto parallel = exportPages(input, dir / "parallel", "", 50, ImageOutputFormat::png, 4);
+    ASSERT_EQ(serial.files.size(), 9u);
+    ASSERT_EQ(parallel.files.size(), 9u);
+    for (std::size_t i = 0; i < 9; ++i) {
+        EXPECT_EQ(serial.files[i].filename(), parallel.files[i].filename());
+        EXPECT_EQ(test::readFile(serial.files[i]), test::readFile(parallel.files[i])) << i;
+    }
+}
+
+TEST(ImageEngineExport, ReplacesAnExistingImageAndLeavesNoTemporaryFiles) {
+    TempDir dir;
+    const auto input = numberedPages(dir, 2);
+    fs::create_directories(dir / "out");
+    std::ofstream(dir / "out" / "doc-page-02.png") << "stale";
+    exportPages(input, dir / "out");
+    EXPECT_EQ(namesIn(dir / "out"), (std::vector<std::string>{"doc-page-01.png", "doc-page-02.png"}));
+    EXPECT_NE(test::readFile(dir / "out" / "doc-page-02.png"), "stale");
+}
+
+TEST(ImageEngineExport, CancelledAfterTheFirstPageKeepsItOnly) {
+    TempDir dir;
+    const auto input = numberedPages(dir, 6);
+    int asked = 0;
+    EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "out", "doc", ImageOutputFormat::png,
+                                             36, "", 0.85, {}, [&] { return ++asked > 1; }),
+                 CancellationError);
+    EXPECT_EQ(namesIn(dir / "out"), std::vector<std::string>{"doc-page-01.png"});
+}
+
+// The oversized page comes last, so an export that checked late would already have written.
+struct LimitCase {
+    double width;
+    double height;
+    int dpi;
+    std::string size;
+};
+
+class ImageEngineLimit : public testing::TestWithParam<LimitCase> {};
+
+TEST_P(ImageEngineLimit, RefusedWithAClearMessageAndNothingWritten) {
+    const auto& c = GetParam();
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage(1, 1);
+    builder.addPage(c.width, c.height);
+    const auto input = builder.write(dir / "big.pdf");
+    try {
+        exportPages(input, dir / "out", "", c.dpi);
+        ADD_FAILURE() << "an oversized render was accepted";
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+        const std::string message = error.what();
+        EXPECT_NE(message.find("big.pdf, page 2"), std::string::npos) << message;
+        EXPECT_NE(message.find(c.size), std::string::npos) << message;
+        EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
+    }
+    EXPECT_TRUE(namesIn(dir / "out").empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, ImageEngineLimit,
+                         testing::Values(LimitCase{612, 792, 2100, "17850 x 23100"},
+                                         LimitCase{14400, 14400, 150, "30000 x 30000"},
+                                         LimitCase{14400, 1, 100000, "20000000 x 1388"}));
+
+TEST(ImageEngineErrors, OpeningAndArgumentFailures) {
+    TempDir dir;
+    PDFBuilder locked;
+    locked.addPage().text("secret");
+    locked.encrypt({.user = "u", .owner = "o"});
+    const auto lockedPath = locked.write(dir / "locked.pdf");
+    const auto plain = numberedPages(dir, 1);
+    const auto out = dir / "out";
+
+    EXPECT_EQ(errorCaseOf([&] { exportPages(lockedPath, out); }), PDFCoreError::Case::wrongPassword);
+    EXPECT_EQ(errorCaseOf([&] { exportPages(dir / "missing.pdf", out); }),
+              PDFCoreError::Case::cannotOpen);
+    EXPECT_EQ(errorCaseOf([&] { exportPages(dir.write("junk.pdf", "not a pdf"), out); }),
+              PDFCoreError::Case::cannotOpen);
+    EXPECT_EQ(errorCaseOf([&] { exportPages(plain, out, "", 0); }),
+              PDFCoreError::Case::invalidInput);
+    EXPECT_FALSE(fs::exists(out));
+}
+
+TEST(ImageEngineErrors, UnwritableFolderNamesThePath) {
+    TempDir dir;
+    const auto input = numberedPages(dir, 1);
+    const auto blocker = dir.write("blocker", "a file where a folder should be");
+    try {
+        exportPages(input, blocker / "out");
+        ADD_FAILURE() << "wrote into a folder below a file";
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_NE(std::string(error.what()).find(blocker.string()), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace quillet
