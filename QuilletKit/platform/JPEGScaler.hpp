@@ -1,6 +1,6 @@
-// Scales a JPEG straight to a requested size, decoding at a reduced size where the codec can
-// (the DCT can produce 1/2, 1/4 and 1/8 of the image without computing the full one), which is
-// many times faster than decoding everything and scaling down afterwards.
+// Scales a JPEG straight to a requested size: decoded at a reduced size where the codec can (the
+// DCT can produce 1/2, 1/4 and 1/8 of the image without computing the full one), then averaged
+// down to the exact size. Far faster than rendering the page that shows it.
 #pragma once
 
 #include "platform/Bitmap.hpp"
@@ -20,8 +20,8 @@ class JPEGScaler {
     static std::optional<Bitmap> decodeScaled(std::span<const std::uint8_t> jpeg, int width,
                                               int height, PixelFormat format) noexcept;
 
-    /// The same picture encoded straight to JPEG at `quality` (0 ... 1), without a bitmap in
-    /// between: the pixels stream from decoder to encoder. Absent on any failure.
+    /// The same picture encoded as JPEG at `quality` (0 ... 1), with the settings of every other
+    /// JPEG we write. Absent on any failure.
     static std::optional<std::vector<std::uint8_t>> reencoded(std::span<const std::uint8_t> jpeg,
                                                               int width, int height,
                                                               PixelFormat format,
