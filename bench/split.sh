@@ -47,20 +47,23 @@ median() {
     done
     printf '%s\n' "${times[@]}" | sort -n | sed -n 3p
 }
-# /usr/bin/time reports on stderr, which the command's own stderr must not mix into.
+# Peak resident memory in KB of one run; /usr/bin/time writes it to a file of its own so that the
+# command's progress output cannot mix into it.
 peak() {
     rm -rf "$work/out"
-    local report="$work/time.txt"
-    /usr/bin/time -o "$report" -f %M "$@" >/dev/null 2>&1
-    cat "$report"
+    mkdir -p "$work/out"
+    /usr/bin/time -o "$work/time.txt" -f %M "$@" >/dev/null 2>&1
+    cat "$work/time.txt"
 }
+peak_ours() { peak "$quillet" split "$1" -o "$work/out"; }
+peak_theirs() { peak qpdf "$1" --split-pages "$work/out/part.pdf"; }
 
 ours_s=$(median ours "$pdf")
 theirs_s=$(median theirs "$pdf")
 printf 'document: %s (%s pages, %s bytes), %s cores\n' "$(basename "$pdf")" "$(pages "$pdf")" \
     "$(stat -c %s "$pdf")" "$(nproc)"
 printf 'quillet split:            %6.3f s  (peak %s KB; %s KB at %s pages)\n' "$ours_s" \
-    "$(peak ours "$pdf")" "$(peak ours "$long")" "$(pages "$long")"
+    "$(peak_ours "$pdf")" "$(peak_ours "$long")" "$(pages "$long")"
 printf 'qpdf --split-pages:       %6.3f s  (peak %s KB; %s KB at %s pages)\n' "$theirs_s" \
-    "$(peak theirs "$pdf")" "$(peak theirs "$long")" "$(pages "$long")"
+    "$(peak_theirs "$pdf")" "$(peak_theirs "$long")" "$(pages "$long")"
 printf 'ratio quillet / qpdf:     %6.2f (goal: at most 1.50)\n' "$(echo "$ours_s / $theirs_s" | bc -l)"

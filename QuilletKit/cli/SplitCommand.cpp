@@ -93,14 +93,16 @@ void runSplit(const Arguments& arguments, CommandIO& io) {
     // Result lines wait for the progress bar to finish its line; the parts already written are
     // still listed when a later one fails.
     std::vector<std::string> lines;
+    const auto partPath = [&](std::size_t index) {
+        return folder / partName(input, index + 1, plan.size());
+    };
     try {
-        for (std::size_t k = 0; k < plan.size(); ++k) {
-            const std::string name = partName(input, k + 1, plan.size());
-            const fs::path output = folder / name;
-            PDFSplitEngine::writeChunk(source, plan[k], output);
-            lines.push_back(resultLine(name, plan[k], output));
-            printProgress(io.err, static_cast<double>(k + 1) / static_cast<double>(plan.size()));
-        }
+        PDFSplitEngine::writeChunks(source, plan, partPath, [&](std::size_t index) {
+            const fs::path output = partPath(index);
+            lines.push_back(resultLine(output.filename().string(), plan[index], output));
+            printProgress(io.err,
+                          static_cast<double>(index + 1) / static_cast<double>(plan.size()));
+        });
     } catch (...) {
         for (const auto& line : lines) {
             io.out << line << '\n';

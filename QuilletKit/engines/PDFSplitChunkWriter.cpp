@@ -10,6 +10,9 @@
 #include <qpdf/QPDFPageObjectHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include <future>
+#include <optional>
+
 namespace quillet {
 namespace fs = std::filesystem;
 namespace {
@@ -76,32 +79,29 @@ bool usesObjectStreams(QPDF& source) {
     return trailer.getKey("/Type").isNameAndEquals("/XRef") || trailer.hasKey("/XRefStm");
 }
 
-void writeChecked(const PDFDocument& chunk, bool packObjects, int pageCount, const fs::path& url) {
-    const std::string name = url.filename().string();
-    std::optional<TemporaryFile> temporary;
+// A part written beside its destination, neither checked nor in place yet.
+struct WrittenPart {
+    TemporaryFile file;
+    fs::path destination;
+    int pageCount = 0;
+};
+
+WrittenPart writeTemporary(const PDFDocument& chunk, bool packObjects, int pageCount,
+                           const fs::path& url) {
     try {
-        temporary.emplace(TemporaryFile::beside(url));
-        QPDFWriter writer(chunk.qpdf(), temporary->path().c_str());
+        WrittenPart part{TemporaryFile::beside(url), url, pageCount};
+        QPDFWriter writer(chunk.qpdf(), part.file.path().c_str());
         writer.setObjectStreamMode(packObjects ? qpdf_o_generate : qpdf_o_disable);
         writer.setCompressStreams(true);
         writer.write();
+        return part;
     } catch (const std::exception&) {
-        throw PDFCoreError::writeFailed(name);
-    }
-    const auto validation = PDFDocumentEngine::validateOutput(temporary->path(), pageCount);
-    if (!validation.ok) {
-        throw PDFCoreError::validationFailed(validation.message);
-    }
-    try {
-        temporary->commit(url);
-    } catch (const std::exception&) {
-        throw PDFCoreError::writeFailed(name);
+        throw PDFCoreError::writeFailed(url.filename().string());
     }
 }
 
-} // namespace
-
-void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
+// Reads the source; must run on the thread that owns it.
+WrittenPart writePart(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
     PDFDocument chunk = PDFDocument::empty();
     int copied = 0;
     try {
@@ -114,7 +114,59 @@ void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, co
         throw PDFCoreError::emptyDocument();
     }
     pruneSharedResources(chunk);
-    writeChecked(chunk, usesObjectStreams(source.qpdf()), copied, url);
+    return writeTemporary(chunk, usesObjectStreams(source.qpdf()), copied, url);
+}
+
+// Touches only the written file, so it may run on any thread.
+void finishPart(WrittenPart& part) {
+    const auto validation = PDFDocumentEngine::validateOutput(part.file.path(), part.pageCount);
+    if (!validation.ok) {
+        throw PDFCoreError::validationFailed(validation.message);
+    }
+    try {
+        part.file.commit(part.destination);
+    } catch (const std::exception&) {
+        throw PDFCoreError::writeFailed(part.destination.filename().string());
+    }
+}
+
+} // namespace
+
+void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
+    auto part = writePart(source, pages, url);
+    finishPart(part);
+}
+
+void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
+                                 const PartDestination& destination, const PartWritten& written) {
+    // Reading a part back and flushing it to disk wait on the disk more than they compute, so
+    // they run beside the building of the next part. One part at most is in flight: memory stays
+    // that of two parts, and a failure stops the split one part later at the latest.
+    std::future<void> finishing;
+    const auto settle = [&](std::size_t index) {
+        finishing.get();
+        written(index);
+    };
+    for (std::size_t index = 0; index < plan.size(); ++index) {
+        std::optional<WrittenPart> part;
+        try {
+            part.emplace(writePart(source, plan[index], destination(index)));
+        } catch (...) {
+            // The part before failed first if it failed at all; its error is the one to report.
+            if (index > 0) {
+                settle(index - 1);
+            }
+            throw;
+        }
+        if (index > 0) {
+            settle(index - 1);
+        }
+        finishing = std::async(std::launch::async,
+                               [finished = std::move(*part)]() mutable { finishPart(finished); });
+    }
+    if (!plan.empty()) {
+        settle(plan.size() - 1);
+    }
 }
 
 } // namespace quillet

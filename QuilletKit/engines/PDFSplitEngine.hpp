@@ -1,9 +1,9 @@
 // How the pages of one PDF are grouped into output files, and the writing of one group.
 //
-// A split is planned once (`chunkPages`) and then written one chunk at a time (`writeChunk`), so a
-// caller holds the source document and at most one chunk document at any moment: memory does not
-// grow with the number of chunks. The page-selection grammar (`parseRanges`) lives here and is
-// shared with the image export.
+// A split is planned once (`chunkPages`) and then written one chunk at a time (`writeChunk`, or
+// `writeChunks` for a whole plan), so a caller holds the source document and at most one chunk
+// document at any moment: memory does not grow with the number of chunks. The page-selection
+// grammar (`parseRanges`) lives here and is shared with the image export.
 //
 // Stateless; every operation may run on any thread with its own documents. Inputs are never
 // modified on disk.
@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -73,6 +74,21 @@ class PDFSplitEngine {
     /// the reason when the written file does not read back as expected.
     static void writeChunk(PDFDocument& source, const SplitChunk& pages,
                            const std::filesystem::path& url);
+
+    /// Where part `index` (zero-based, in plan order) is to be written.
+    using PartDestination = std::function<std::filesystem::path(std::size_t index)>;
+    /// Told that part `index` is in place.
+    using PartWritten = std::function<void(std::size_t index)>;
+
+    /// Writes every chunk of `plan` as `writeChunk` would, to `destination(index)`, and calls
+    /// `written(index)` for 0, 1, 2, ... on the calling thread once that part is in place. Reading
+    /// a part back and moving it into place run on a second thread while the next part is built,
+    /// which is what makes this faster than calling `writeChunk` in a loop; what a caller sees is
+    /// the same: the first failure (of a part, or thrown by a callback) ends the split with the
+    /// parts before it in place and nothing of the later ones left behind. `source` is read on
+    /// the calling thread only.
+    static void writeChunks(PDFDocument& source, const SplitPlan& plan,
+                            const PartDestination& destination, const PartWritten& written);
 
   private:
     static SplitPlan chunkByFileSize(const std::filesystem::path& sourceURL, int pageCount,
