@@ -98,8 +98,35 @@ std::string PDFCompressionEngine::targetText(std::int64_t targetBytes) {
     return formattedBytes(targetBytes, targetBytes < 10'485'760 ? 1 : 0);
 }
 
+namespace {
+
+// A folder that cannot take the output fails now, before minutes of work, with the system's words.
+void requireWritableFolder(const fs::path& output) {
+    try {
+        TemporaryFile probe = TemporaryFile::beside(output);
+    } catch (const fs::filesystem_error& error) {
+        const fs::path folder = output.has_parent_path() ? output.parent_path() : fs::path(".");
+        throw PDFCoreError::writeFailed("cannot write to " + folder.string() + ": " +
+                                        error.code().message());
+    }
+}
+
+} // namespace
+
+int PDFCompressionEngine::startRung(std::int64_t refRaster, std::int64_t vectorParts,
+                                   std::int64_t budget, double factor) {
+    for (int rung = 0; rung < static_cast<int>(ladder.size()); ++rung) {
+        const auto predicted = predictForRung(rung, refRaster, vectorParts);
+        if (budget >= static_cast<std::int64_t>(factor * static_cast<double>(predicted))) {
+            return rung;
+        }
+    }
+    return static_cast<int>(ladder.size()) - 1;
+}
+
 CompressionOutcome PDFCompressionEngine::compress(const fs::path& input, const fs::path& output,
                                                   const CompressionOptions& options) {
+    requireWritableFolder(output);
     const std::int64_t originalBytes = fileSize(input);
     const PDFAnalysis analysis = PDFAnalysisEngine::analyze(input);
     if (options.targetBytes) {
@@ -159,13 +186,7 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     const auto budget = static_cast<std::int64_t>(target * 0.97);
     const auto upper = static_cast<std::int64_t>(target * 1.02);
     const auto firstRungWithin = [&](double factor) {
-        for (int r = 0; r < 9; ++r) {
-            if (budget >= static_cast<std::int64_t>(factor * static_cast<double>(
-                                                                 predictForRung(r, refRaster, vectorParts)))) {
-                return r;
-            }
-        }
-        return 8;
+        return startRung(refRaster, vectorParts, budget, factor);
     };
 
     int rung = firstRungWithin(1.0);

@@ -22,7 +22,8 @@ class PDFCompressionEngine {
   public:
     PDFCompressionEngine() = delete;
 
-    /// Throws PDFCoreError (opening, analysis, writing, validation) and CancellationError.
+    /// Throws PDFCoreError (opening, analysis, writing, validation) and CancellationError. A folder
+    /// that cannot take `output` fails with writeFailed before any work is done.
     static CompressionOutcome compress(const std::filesystem::path& input,
                                        const std::filesystem::path& output,
                                        const CompressionOptions& options);
@@ -44,6 +45,11 @@ class PDFCompressionEngine {
     /// The predicted size at `rung` (clamped to the ladder) from a reference rebuild at 150 DPI,
     /// quality 0.72 whose images took `refRaster` bytes and the rest `vectorParts`.
     static std::int64_t predictForRung(int rung, std::int64_t refRaster, std::int64_t vectorParts);
+
+    /// The first (best) rung whose prediction, times `factor` (the ratio of an actual result to
+    /// its prediction), fits in `budget`; the last rung when none does.
+    static int startRung(std::int64_t refRaster, std::int64_t vectorParts, std::int64_t budget,
+                         double factor = 1.0);
 
     /// "Already under " and "Best effort" notes show targets below 10 MB with one decimal.
     static std::string targetText(std::int64_t targetBytes);

@@ -31,6 +31,19 @@ TEST(PredictForRung, LadderFromTheReferenceRebuild) {
     EXPECT_EQ(PDFCompressionEngine::targetText(10 * 1048576), "10 MB");
 }
 
+TEST(PredictForRung, StartRungIsTheFirstThatFitsTheBudget) {
+    const struct {
+        std::int64_t budget;
+        double factor;
+        int rung;
+    } cases[] = {{8'000'000, 1.0, 0}, {7'882'096, 1.0, 1}, {2'000'000, 1.0, 3},
+                 {2'000'000, 0.5, 2}, {43'486, 1.0, 8},     {1'000, 1.0, 8}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(PDFCompressionEngine::startRung(1'000'000, 5000, c.budget, c.factor), c.rung)
+            << c.budget << " " << c.factor;
+    }
+}
+
 TEST(PageRasterizer, SizeIsTruncatedAndCappedAt36Megapixels) {
     const auto small = PageRasterizer::rasterSize(600, 600, 350);
     EXPECT_EQ(small.width, 2916);
@@ -208,6 +221,12 @@ TEST_F(CompressionFixture, RotatedScanLooksTheSameAfterwards) {
     const auto input = scanned("rotated.pdf", ImageSpec::Color::rgb, 90);
     const auto result = run(input, tier(CompressionQualityTier::highQuality));
     ASSERT_EQ(result.outcome.rasterizedPages, 1);
+    const auto original = PDFDocument::open(input);
+    const auto compressed = PDFDocument::open(result.output);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(compressed.page(i).mediaBox(), original.page(i).mediaBox());
+        EXPECT_EQ(compressed.page(i).rotation(), original.page(i).rotation());
+    }
     PDFRenderer renderer;
     auto before = renderer.open(input);
     auto after = renderer.open(result.output);
@@ -220,6 +239,17 @@ TEST_F(CompressionFixture, RotatedScanLooksTheSameAfterwards) {
         difference += std::abs(a.pixels()[i] - b.pixels()[i]);
     }
     EXPECT_LT(difference / static_cast<double>(a.pixels().size()), 4.0);
+}
+
+TEST_F(CompressionFixture, LosslessKeepsTheOutline) {
+    const auto input = test::corpus("006-pdflatex-outline/pdflatex-outline.pdf");
+    const auto result = run(input, tier(CompressionQualityTier::lossless));
+    if (!result.outcome.outputURL) {
+        GTEST_SKIP() << "already optimized: nothing written to inspect";
+    }
+    const auto document = PDFDocument::open(result.output);
+    EXPECT_TRUE(document.qpdf().getRoot().getKey("/Outlines").isDictionary());
+    EXPECT_EQ(document.pageCount(), 4);
 }
 
 TEST_F(CompressionFixture, TargetSizeOutcomes) {
@@ -279,6 +309,16 @@ TEST_F(CompressionFixture, ReplacingTheInputIsAtomicAndErrorsNameTheFile) {
     EXPECT_EQ(outcome.outputURL, input);
     EXPECT_LT(fs::file_size(input), before);
     EXPECT_EQ(std::system(("qpdf --check '" + input.string() + "' >/dev/null 2>&1").c_str()), 0);
+
+    // A folder that cannot take the output fails before any work, naming the folder.
+    const auto notAFolder = dir_.write("plain.txt", "x");
+    try {
+        PDFCompressionEngine::compress(input, notAFolder / "out.pdf", {});
+        ADD_FAILURE();
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
+        EXPECT_NE(std::string(error.what()).find(notAFolder.string()), std::string::npos) << error.what();
+    }
 
     const auto garbage = dir_.write("garbage.pdf", "%PDF-1.4\nnot really\n");
     try {
