@@ -21,7 +21,7 @@ class DocumentScrubber {
     /// harmless) and, in every dictionary and stream dictionary:
     /// - removes /Metadata, /PieceInfo and /Thumb;
     /// - removes additional actions (/AA), the /JavaScript and /EmbeddedFiles name trees, and the
-    ///   embedded files of file specifications (/EF);
+    ///   embedded files of file dictionaries (/EF);
     /// - removes every entry or array element that is a JavaScript action (/S /JavaScript, or any
     ///   dictionary carrying /JS), a FileAttachment annotation or an embedded file stream, so an
     ///   /OpenAction script, a script in an action chain (/Next) and an attachment annotation in

@@ -18,7 +18,7 @@ int normalisedDegrees(long long degrees) {
     return static_cast<int>(((degrees % 360) + 360) % 360);
 }
 
-// The file a Launch or GoToR action names: a plain string, or a file specification's /UF or /F.
+// The file a Launch or GoToR action names: a plain string, or the /UF or /F of a file dictionary.
 std::optional<std::string> fileOf(QPDFObjectHandle target) {
     if (target.isString()) {
         return target.getUTF8Value();
