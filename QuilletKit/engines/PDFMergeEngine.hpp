@@ -12,6 +12,9 @@
 // way (`renderImagePage` exists for callers that want a stand-alone page file, and is the only
 // operation here that leaves a "quillet-" file behind, for its caller to remove).
 //
+// The output is written as qpdf's own page merge writes it (no object streams, for speed; see
+// PDFMergeEngine.cpp), with the highest PDF version of its sources.
+//
 // Nothing is written until every input has been read: the output appears in one rename, and a
 // failure or cancellation at any input leaves no file and an existing file at `output`
 // unchanged. Inputs are never modified. Stateless; different merges may run on different threads.
