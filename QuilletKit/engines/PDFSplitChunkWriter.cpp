@@ -4,7 +4,7 @@
 
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
-#include "platform/TemporaryFile.hpp"
+#include "engines/SplitPartFile.hpp"
 
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -81,15 +81,14 @@ bool usesObjectStreams(QPDF& source) {
 
 // A part written beside its destination, neither checked nor in place yet.
 struct WrittenPart {
-    TemporaryFile file;
-    fs::path destination;
+    SplitPartFile file;
     int pageCount = 0;
 };
 
 WrittenPart writeTemporary(const PDFDocument& chunk, bool packObjects, int pageCount,
                            const fs::path& url) {
     try {
-        WrittenPart part{TemporaryFile::beside(url), url, pageCount};
+        WrittenPart part{SplitPartFile(url), pageCount};
         QPDFWriter writer(chunk.qpdf(), part.file.path().c_str());
         writer.setObjectStreamMode(packObjects ? qpdf_o_generate : qpdf_o_disable);
         writer.setCompressStreams(true);
@@ -123,28 +122,32 @@ void finishPart(WrittenPart& part) {
     if (!validation.ok) {
         throw PDFCoreError::validationFailed(validation.message);
     }
+    const auto name = part.file.destination().filename().string();
     try {
-        part.file.commit(part.destination);
+        part.file.moveIntoPlace();
     } catch (const std::exception&) {
-        throw PDFCoreError::writeFailed(part.destination.filename().string());
+        throw PDFCoreError::writeFailed(name);
     }
 }
 
-} // namespace
-
-void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
-    auto part = writePart(source, pages, url);
-    finishPart(part);
+void flushParts(const std::vector<fs::path>& parts) {
+    try {
+        SplitPartFile::flushToDisk(parts);
+    } catch (const std::filesystem::filesystem_error& error) {
+        throw PDFCoreError::writeFailed(error.path1().filename().string());
+    }
 }
 
-void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
-                                 const PartDestination& destination, const PartWritten& written) {
-    // Reading a part back and flushing it to disk wait on the disk more than they compute, so
-    // they run beside the building of the next part. One part at most is in flight: memory stays
-    // that of two parts, and a failure stops the split one part later at the latest.
+// Builds each part while the one before is checked and moved into place; `placed` collects the
+// parts in place, in order.
+void writeInTurn(PDFDocument& source, const SplitPlan& plan,
+                 const PDFSplitEngine::PartDestination& destination,
+                 const PDFSplitEngine::PartWritten& written, std::vector<fs::path>& placed) {
     std::future<void> finishing;
+    fs::path finishingPath;
     const auto settle = [&](std::size_t index) {
         finishing.get();
+        placed.push_back(finishingPath);
         written(index);
     };
     for (std::size_t index = 0; index < plan.size(); ++index) {
@@ -161,12 +164,40 @@ void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
         if (index > 0) {
             settle(index - 1);
         }
+        finishingPath = part->file.destination();
         finishing = std::async(std::launch::async,
                                [finished = std::move(*part)]() mutable { finishPart(finished); });
     }
     if (!plan.empty()) {
         settle(plan.size() - 1);
     }
+}
+
+} // namespace
+
+void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
+    auto part = writePart(source, pages, url);
+    finishPart(part);
+    flushParts({url});
+}
+
+void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
+                                 const PartDestination& destination, const PartWritten& written) {
+    // Reading a part back waits on the disk as much as it computes, so it runs beside the
+    // building of the next part. One part at most is in flight: memory stays that of two parts,
+    // and a failure stops the split one part later at the latest.
+    std::vector<fs::path> placed;
+    try {
+        writeInTurn(source, plan, destination, written, placed);
+    } catch (...) {
+        try {
+            SplitPartFile::flushToDisk(placed);
+        } catch (const std::exception&) {
+            // The failure that stopped the split is the one to report.
+        }
+        throw;
+    }
+    flushParts(placed);
 }
 
 } // namespace quillet

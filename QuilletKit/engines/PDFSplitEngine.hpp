@@ -83,10 +83,11 @@ class PDFSplitEngine {
     /// Writes every chunk of `plan` as `writeChunk` would, to `destination(index)`, and calls
     /// `written(index)` for 0, 1, 2, ... on the calling thread once that part is in place. Reading
     /// a part back and moving it into place run on a second thread while the next part is built,
-    /// which is what makes this faster than calling `writeChunk` in a loop; what a caller sees is
-    /// the same: the first failure (of a part, or thrown by a callback) ends the split with the
-    /// parts before it in place and nothing of the later ones left behind. `source` is read on
-    /// the calling thread only.
+    /// and the parts are flushed to disk together at the end rather than one by one, which is what
+    /// makes this faster than calling `writeChunk` in a loop. What a caller sees is the same: the
+    /// first failure (of a part, or thrown by a callback) ends the split with the parts before it
+    /// in place and nothing of the later ones left behind. `source` is read on the calling thread
+    /// only.
     static void writeChunks(PDFDocument& source, const SplitPlan& plan,
                             const PartDestination& destination, const PartWritten& written);
 
