@@ -16,7 +16,9 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <optional>
 #include <random>
+#include <stdexcept>
 
 namespace quillet {
 namespace {
@@ -348,6 +350,85 @@ TEST(SplitWriteChunkPages, AnUnlockedSourceGivesAnOpenPart) {
     ASSERT_TRUE(part);
     EXPECT_FALSE(part->isEncrypted());
     EXPECT_EQ(part->pageCount(), 1);
+}
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// A whole plan written in turn: parts, callbacks and failures exactly as a serial loop would give.
+struct PlanRun {
+    SplitPlan plan;
+    std::size_t unwritableAt = 99; // the part whose folder does not exist
+    std::size_t callbackFailsAt = 99;
+    std::vector<std::size_t> reported;
+    std::optional<PDFCoreError::Case> failure;
+};
+
+void run(const TempDir& dir, PDFDocument& source, PlanRun& r) {
+    try {
+        PDFSplitEngine::writeChunks(
+            source, r.plan,
+            [&](std::size_t k) {
+                return k == r.unwritableAt ? dir / "missing" / "p.pdf"
+                                           : dir / fmt::format("p{}.pdf", k);
+            },
+            [&](std::size_t k) {
+                if (k == r.callbackFailsAt) {
+                    throw std::runtime_error("stop");
+                }
+                r.reported.push_back(k);
+            });
+    } catch (const PDFCoreError& error) {
+        r.failure = error.errorCase();
+    } catch (const std::runtime_error&) {
+        r.failure = PDFCoreError::Case::invalidInput; // stands for the callback's own failure
+    }
+}
+
+TEST(SplitWriteChunks, StopsAtTheFirstFailureWithTheEarlierPartsInPlace) {
+    using Case = PDFCoreError::Case;
+    struct Row {
+        PlanRun run;
+        std::vector<std::size_t> reported;
+        std::optional<Case> failure;
+    };
+    const SplitPlan four{{0}, {1}, {2}, {3}};
+    std::vector<Row> rows{
+        {{four}, {0, 1, 2, 3}, std::nullopt},
+        {{four, 2}, {0, 1}, Case::writeFailed},
+        {{four, 0}, {}, Case::writeFailed},
+        {{{{0}, {1}, {7, 9}, {3}}}, {0, 1}, Case::emptyDocument},
+        {{four, 99, 1}, {0}, Case::invalidInput},
+        {{four, 3}, {0, 1, 2}, Case::writeFailed},
+    };
+    for (auto& row : rows) {
+        TempDir dir;
+        auto source = PDFDocumentEngine::openUnlock(numberedPages(dir, 4), "");
+        run(dir, source, row.run);
+        EXPECT_EQ(row.run.reported, row.reported);
+        EXPECT_EQ(row.run.failure, row.failure);
+        // Parts stay for what was reported, and for a part whose report failed; nothing else.
+        std::vector<std::string> expected{"in.pdf"};
+        for (std::size_t k = 0; k < row.reported.size(); ++k) {
+            expected.push_back(fmt::format("p{}.pdf", k));
+        }
+        if (row.run.callbackFailsAt < row.run.plan.size()) {
+            expected.push_back(fmt::format("p{}.pdf", row.run.callbackFailsAt));
+        }
+        std::sort(expected.begin(), expected.end());
+        EXPECT_EQ(namesIn(dir.path()), expected);
+        for (std::size_t k = 0; k < row.reported.size(); ++k) {
+            auto part = PDFDocumentEngine::openCG(dir / fmt::format("p{}.pdf", k));
+            EXPECT_EQ(decodedContents(part.page(0)),
+                      decodedContents(source.page(row.run.plan[k][0])));
+        }
+    }
 }
 
 // Splitting into single pages and reading the parts back in order gives the original pages.
