@@ -123,17 +123,34 @@ INSTANTIATE_TEST_SUITE_P(Widths, ImageEngineNames,
                                          NameCase{1, 120, "report-page-001.png"},
                                          NameCase{42, 10000, "report-page-00042.png"}));
 
+// Files appear in page order even though several pages are in flight: whenever progress is
+// reported, exactly the pages before it are visible under their final names.
 TEST(ImageEngineExport, SelectionInPageOrderWithProgress) {
     TempDir dir;
-    const auto input = numberedPages(dir, 5);
+    const auto input = numberedPages(dir, 8);
+    const auto out = dir / "out";
     std::vector<double> progress;
+    std::vector<std::vector<std::string>> visible;
     const auto result = PDFImageEngine::pdfToImages(
-        input, dir / "out", "doc", ImageOutputFormat::png, 36, "3,1,3", 0.85,
-        [&](double fraction) { progress.push_back(fraction); });
-    EXPECT_EQ(result.files, (std::vector<fs::path>{dir / "out" / "doc-page-01.png",
-                                                   dir / "out" / "doc-page-03.png"}));
-    EXPECT_EQ(progress, (std::vector<double>{0.5, 1.0}));
-    EXPECT_EQ(namesIn(dir / "out"), (std::vector<std::string>{"doc-page-01.png", "doc-page-03.png"}));
+        input, out, "doc", ImageOutputFormat::png, 36, "8,3,1,3,5-6", 0.85,
+        [&](double fraction) {
+            progress.push_back(fraction);
+            auto names = namesIn(out);
+            std::erase_if(names, [](const std::string& name) { return name.starts_with("."); });
+            visible.push_back(names);
+        },
+        {}, 4);
+    const std::vector<std::string> expected{"doc-page-01.png", "doc-page-03.png",
+                                            "doc-page-05.png", "doc-page-06.png",
+                                            "doc-page-08.png"};
+    ASSERT_EQ(result.files.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(result.files[i], out / expected[i]);
+        EXPECT_EQ(visible.at(i), std::vector<std::string>(expected.begin(),
+                                                          expected.begin() + i + 1));
+    }
+    EXPECT_EQ(progress, (std::vector<double>{0.2, 0.4, 0.6, 0.8, 1.0}));
+    EXPECT_EQ(namesIn(out), expected);
 }
 
 TEST(ImageEngineExport, ThreeDigitsForAHundredPages) {

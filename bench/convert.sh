@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# Times `quillet convert --dpi 150` (PNG) against `mutool draw -r 150` and `pdftoppm -r 150 -png`
+# on the same 60 text pages (goal: at most 0.6x mutool's wall time, both cores), median of three
+# runs each, with the peak memory and the size of what each wrote. Then converts those pages twice
+# over (120 pages) to show that our peak memory does not grow with the page count.
+#
+# The documents are cut from the shared corpus at run time; nothing is committed. mutool is only
+# the yardstick here: it is installed for the comparison when missing.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/build.sh" quillet
+quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+command -v mutool >/dev/null || { apt-get install -y -qq --no-install-recommends mupdf-tools >/dev/null; }
+corpus="$root/../shared/corpus"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
+qpdf --empty --pages "$thesis" 1-60 -- "$work/p60.pdf"
+# The same 60 pages twice: any growth in memory is then due to the page count alone.
+qpdf --empty --pages "$work/p60.pdf" "$work/p60.pdf" -- "$work/p120.pdf"
+
+# "seconds peak-KB" of one run, each into an empty folder.
+measure() {
+    rm -rf "$work/out" && mkdir "$work/out"
+    /usr/bin/time -o "$work/time" -f "%e %M" "$@" >/dev/null 2>&1
+    cat "$work/time"
+}
+# Median wall time (and the peak memory of that run) of three runs.
+median() {
+    for _ in 1 2 3; do measure "$@"; done | sort -n | sed -n 2p
+}
+folderBytes() { du -sb "$work/out" | cut -f1; }
+ratio() { echo "scale=2; $1 / $2" | bc; }
+
+printf 'machine: %s cores, %s\n' "$(nproc)" "$(uname -m)"
+printf 'input: 60 text pages, %s bytes\n\n' "$(stat -c %s "$work/p60.pdf")"
+
+read -r q_time q_mem < <(median "$quillet" convert "$work/p60.pdf" --dpi 150 -o "$work/out")
+q_bytes=$(folderBytes)
+read -r m_time m_mem < <(median mutool draw -q -r 150 -o "$work/out/out%d.png" "$work/p60.pdf")
+m_bytes=$(folderBytes)
+read -r p_time p_mem < <(median pdftoppm -r 150 -png "$work/p60.pdf" "$work/out/page")
+p_bytes=$(folderBytes)
+
+printf '%-9s %7s %9s %12s\n' tool seconds peak-KB png-bytes
+printf '%-9s %7s %9s %12s\n' quillet "$q_time" "$q_mem" "$q_bytes"
+printf '%-9s %7s %9s %12s\n' mutool "$m_time" "$m_mem" "$m_bytes"
+printf '%-9s %7s %9s %12s\n' pdftoppm "$p_time" "$p_mem" "$p_bytes"
+printf '\nquillet / mutool:   %s (goal <= 0.60)\n' "$(ratio "$q_time" "$m_time")"
+printf 'quillet / pdftoppm: %s\n' "$(ratio "$q_time" "$p_time")"
+
+read -r l_time l_mem < <(median "$quillet" convert "$work/p120.pdf" --dpi 150 -o "$work/out")
+printf '\n120 pages: quillet %ss, peak %sKB (60 pages: %sKB; must not grow with the page count)\n' \
+    "$l_time" "$l_mem" "$q_mem"
