@@ -61,10 +61,13 @@ bool readFrame(Bytes segment, JPEGHeader& header) {
     return true;
 }
 
-void readApplicationSegment(std::uint8_t marker, Bytes segment, JPEGHeader& header) {
-    if (marker == 0xE1) {
+// Only the first EXIF segment counts, as viewers read it; editors that add one in front of an
+// older one mean theirs.
+void readApplicationSegment(std::uint8_t marker, Bytes segment, JPEGHeader& header, bool& sawExif) {
+    if (marker == 0xE1 && !sawExif) {
         if (const auto orientation = exifOrientation(segment)) {
             header.orientation = *orientation;
+            sawExif = true;
         }
     } else if (marker == 0xEE && segment.size() >= 5 &&
                std::memcmp(segment.data(), "Adobe", 5) == 0) {
@@ -112,6 +115,7 @@ std::optional<JPEGHeader> JPEGHeader::read(Bytes bytes) noexcept {
     }
     JPEGHeader header;
     bool sawFrame = false;
+    bool sawExif = false;
     std::size_t at = 2;
     while (at + 1 < bytes.size()) {
         if (bytes[at] != 0xFF) {
@@ -144,7 +148,7 @@ std::optional<JPEGHeader> JPEGHeader::read(Bytes bytes) noexcept {
         if (isFrameHeader(marker) && !sawFrame) {
             sawFrame = readFrame(segment, header);
         } else {
-            readApplicationSegment(marker, segment, header);
+            readApplicationSegment(marker, segment, header, sawExif);
         }
         at += length;
     }
