@@ -34,19 +34,30 @@ pages() { pdfinfo "$1" | awk '/^Pages:/ {print $2}'; }
 ours() { "$quillet" split "$1" -o "$work/out"; }
 theirs() { mkdir -p "$work/out" && qpdf "$1" --split-pages "$work/out/part.pdf"; }
 
-# Median wall time in seconds of five runs of the command given as arguments.
-median() {
-    local times=()
-    for _ in 1 2 3 4 5; do
-        rm -rf "$work/out"
-        local start end
-        start=$(date +%s.%N)
-        "$@" >/dev/null 2>&1
-        end=$(date +%s.%N)
-        times+=("$(echo "$end - $start" | bc)")
-    done
-    printf '%s\n' "${times[@]}" | sort -n | sed -n 3p
+# Wall time in seconds of one run of the command given as arguments. Before it the previous
+# run's parts are removed and the disk is given time to settle (sync), so that no run pays for
+# writing back what the one before left behind.
+timed() {
+    rm -rf "$work/out"
+    sync
+    local start end
+    start=$(date +%s.%N)
+    "$@" >/dev/null 2>&1
+    end=$(date +%s.%N)
+    echo "$end - $start" | bc
 }
+median() { sort -n | sed -n 3p; }
+
+# The two tools take turns, so that both meet the same load from anything else on the machine.
+ours_times=()
+theirs_times=()
+for _ in 1 2 3 4 5; do
+    ours_times+=("$(timed ours "$pdf")")
+    theirs_times+=("$(timed theirs "$pdf")")
+done
+ours_s=$(printf '%s\n' "${ours_times[@]}" | median)
+theirs_s=$(printf '%s\n' "${theirs_times[@]}" | median)
+
 # Peak resident memory in KB of one run; /usr/bin/time writes it to a file of its own so that the
 # command's progress output cannot mix into it.
 peak() {
@@ -58,8 +69,6 @@ peak() {
 peak_ours() { peak "$quillet" split "$1" -o "$work/out"; }
 peak_theirs() { peak qpdf "$1" --split-pages "$work/out/part.pdf"; }
 
-ours_s=$(median ours "$pdf")
-theirs_s=$(median theirs "$pdf")
 printf 'document: %s (%s pages, %s bytes), %s cores\n' "$(basename "$pdf")" "$(pages "$pdf")" \
     "$(stat -c %s "$pdf")" "$(nproc)"
 printf 'quillet split:            %6.3f s  (peak %s KB; %s KB at %s pages)\n' "$ours_s" \
