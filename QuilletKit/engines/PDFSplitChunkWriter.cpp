@@ -6,6 +6,7 @@
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/SplitPartFile.hpp"
 
+#include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 #include <qpdf/QPDFWriter.hh>
@@ -38,19 +39,34 @@ bool mayShareResources(QPDFObjectHandle page) {
 int copyPages(PDFDocument& source, const SplitChunk& pages, PDFDocument& chunk) {
     const auto& sourcePages = source.qpdf().getAllPages();
     QPDFPageDocumentHelper target(chunk.qpdf());
+    // Form fields live in the catalog, which a page copy does not take along: without them the
+    // widgets of a part would still show their values but no longer work as fields.
+    std::optional<QPDFAcroFormDocumentHelper> sourceForms;
+    if (source.qpdf().getRoot().getKey("/AcroForm").isDictionary()) {
+        sourceForms.emplace(source.qpdf());
+    }
+    QPDFAcroFormDocumentHelper targetForms(chunk.qpdf());
     int copied = 0;
     for (const int index : pages) {
         if (index < 0 || static_cast<std::size_t>(index) >= sourcePages.size()) {
             continue;
         }
+        const auto& original = sourcePages[static_cast<std::size_t>(index)];
         try {
             // qpdf copies a page of another document with everything it refers to, except other
             // pages (links to them end up pointing nowhere), and duplicates a repeated page.
-            target.addPage(QPDFPageObjectHelper(sourcePages[static_cast<std::size_t>(index)]),
-                           false);
+            target.addPage(QPDFPageObjectHelper(original), false);
             ++copied;
         } catch (const std::exception&) {
-            // An unreadable page is left out; the others still make a document.
+            continue; // An unreadable page is left out; the others still make a document.
+        }
+        try {
+            if (sourceForms) {
+                targetForms.fixCopiedAnnotations(chunk.qpdf().getAllPages().back(), original,
+                                                 *sourceForms);
+            }
+        } catch (const std::exception&) {
+            // Damaged fields leave the widgets as they were copied: visible, not fillable.
         }
     }
     return copied;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <qpdf/Pl_Buffer.hh>
+#include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 
 #include <fmt/format.h>
@@ -18,6 +19,7 @@
 #include <functional>
 #include <optional>
 #include <random>
+#include <set>
 #include <stdexcept>
 
 namespace quillet {
@@ -326,6 +328,24 @@ TEST(SplitWriteChunkPages, KeepsTheGivenOrderRepeatsAndSkipsWhatIsNotThere) {
     }
     EXPECT_EQ(test::runProcess("/usr/bin/qpdf", {"--check", (dir / "part.pdf").string()}).status,
               0);
+}
+
+TEST(SplitWriteChunkPages, FormFieldsGoWithTheirPages) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage().textField("first", "one");
+    builder.addPage().textField("second", "two").textField("third", "three");
+    auto document = PDFDocumentEngine::openUnlock(builder.write(dir / "form.pdf"), "");
+    for (const auto& [page, names] : std::vector<std::pair<int, std::set<std::string>>>{
+             {0, {"first"}}, {1, {"second", "third"}}}) {
+        PDFSplitEngine::writeChunk(document, {page}, dir / "part.pdf");
+        auto part = PDFDocumentEngine::openCG(dir / "part.pdf");
+        std::set<std::string> found;
+        for (auto& field : QPDFAcroFormDocumentHelper(part.qpdf()).getFormFields()) {
+            found.insert(field.getFullyQualifiedName());
+        }
+        EXPECT_EQ(found, names) << page;
+    }
 }
 
 TEST(SplitWriteChunkPages, FailuresLeaveNoFileAndKeepWhatWasThere) {
