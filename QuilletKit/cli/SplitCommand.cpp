@@ -71,6 +71,33 @@ std::string resultLine(const std::string& name, const SplitChunk& chunk, const f
            formattedBytes(error ? 0 : static_cast<std::int64_t>(size), 2) + ")";
 }
 
+// Result lines wait for the progress bar to finish its line; the parts already written are still
+// listed when a later one fails.
+void writeParts(PDFDocument& source, const SplitPlan& plan, const fs::path& input,
+                const fs::path& folder, CommandIO& io) {
+    std::vector<std::string> lines;
+    const auto printLines = [&] {
+        for (const auto& line : lines) {
+            io.out << line << '\n';
+        }
+    };
+    const auto partPath = [&](std::size_t index) {
+        return folder / partName(input, index + 1, plan.size());
+    };
+    try {
+        PDFSplitEngine::writeChunks(source, plan, partPath, [&](std::size_t index) {
+            const fs::path output = partPath(index);
+            lines.push_back(resultLine(output.filename().string(), plan[index], output));
+            printProgress(io.err,
+                          static_cast<double>(index + 1) / static_cast<double>(plan.size()));
+        });
+    } catch (...) {
+        printLines();
+        throw;
+    }
+    printLines();
+}
+
 } // namespace
 
 void runSplit(const Arguments& arguments, CommandIO& io) {
@@ -90,28 +117,7 @@ void runSplit(const Arguments& arguments, CommandIO& io) {
     if (!folder.empty()) {
         fs::create_directories(folder);
     }
-    // Result lines wait for the progress bar to finish its line; the parts already written are
-    // still listed when a later one fails.
-    std::vector<std::string> lines;
-    const auto partPath = [&](std::size_t index) {
-        return folder / partName(input, index + 1, plan.size());
-    };
-    try {
-        PDFSplitEngine::writeChunks(source, plan, partPath, [&](std::size_t index) {
-            const fs::path output = partPath(index);
-            lines.push_back(resultLine(output.filename().string(), plan[index], output));
-            printProgress(io.err,
-                          static_cast<double>(index + 1) / static_cast<double>(plan.size()));
-        });
-    } catch (...) {
-        for (const auto& line : lines) {
-            io.out << line << '\n';
-        }
-        throw;
-    }
-    for (const auto& line : lines) {
-        io.out << line << '\n';
-    }
+    writeParts(source, plan, input, folder, io);
     io.out << "split into " << plan.size() << " files\n";
 }
 
