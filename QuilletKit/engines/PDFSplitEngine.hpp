@@ -66,8 +66,9 @@ class PDFSplitEngine {
     /// as a new document at `url`. Indices outside the document and pages that cannot be copied
     /// are skipped. The output carries only what its pages use: when the source shares one
     /// resource dictionary among pages, the fonts and images that no copied page draws are left
-    /// out. The file is written beside `url`, re-opened and checked, and only then renamed into
-    /// place, so a failure leaves no file at `url` (and an existing one unchanged). `source` is
+    /// out; the form fields of the pages' widgets come along. The file is written beside `url`,
+    /// re-opened and checked, and only then renamed into place and flushed to disk, so a failure
+    /// leaves no file at `url` (and an existing one unchanged). `source` is
     /// unchanged except that its page tree may be normalised in memory (inherited attributes
     /// moved onto its pages). Throws PDFCoreError: emptyDocument when no page could be copied;
     /// writeFailed with the file name of `url` when it cannot be written; validationFailed with
