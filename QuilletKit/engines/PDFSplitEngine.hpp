@@ -68,11 +68,11 @@ class PDFSplitEngine {
     /// resource dictionary among pages, the fonts and images that no copied page draws are left
     /// out; the form fields of the pages' widgets come along. The file is written beside `url`,
     /// re-opened and checked, and only then renamed into place and flushed to disk, so a failure
-    /// leaves no file at `url` (and an existing one unchanged). `source` is
-    /// unchanged except that its page tree may be normalised in memory (inherited attributes
-    /// moved onto its pages). Throws PDFCoreError: emptyDocument when no page could be copied;
-    /// writeFailed with the file name of `url` when it cannot be written; validationFailed with
-    /// the reason when the written file does not read back as expected.
+    /// leaves no file at `url` (and an existing one unchanged). `source` is unchanged except that
+    /// its page tree may be normalised in memory (inherited attributes moved onto its pages).
+    /// Throws PDFCoreError: emptyDocument when no page could be copied; writeFailed with the file
+    /// name of `url` when it cannot be written; validationFailed with the reason when the written
+    /// file does not read back as expected.
     static void writeChunk(PDFDocument& source, const SplitChunk& pages,
                            const std::filesystem::path& url);
 
