@@ -68,9 +68,9 @@ void runConvert(const Arguments& arguments, CommandIO& io) {
             shown = fraction;
             printProgress(io.err, fraction);
         };
-        const auto result = PDFImageEngine::pdfToImages(input, folder, input.stem().string(),
-                                                        format, dpi, pages,
-                                                        commandLineJPEGQuality, progress);
+        const auto result =
+            PDFImageEngine::pdfToImages(input, folder, input.stem().string(), format, dpi, pages,
+                                        commandLineJPEGQuality, progress);
         // Skipped pages still advance the bar, but make sure the line is finished.
         if (shown < 1.0) {
             printProgress(io.err, 1.0);

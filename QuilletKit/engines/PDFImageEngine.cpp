@@ -34,6 +34,15 @@ struct PageImage {
     std::exception_ptr renderError;
 };
 
+// What every page of one export shares.
+struct ImageJob {
+    const fs::path& folder;
+    const std::string& baseName;
+    ImageOutputFormat format;
+    double quality;
+    int pageCount;
+};
+
 std::string extensionOf(ImageOutputFormat format) {
     // Without a HEIC encoder the codec writes JPEG bytes, and the name must say so.
     if (format == ImageOutputFormat::heic && ImageCodec::utType(format) != FileKind::heic) {
@@ -45,8 +54,7 @@ std::string extensionOf(ImageOutputFormat format) {
 // HEIC before JPEG on purpose: it is the smaller of the two lossy fallbacks.
 std::optional<EncodedImage> encodeWithFallback(const Bitmap& bitmap, ImageOutputFormat requested,
                                                double quality) {
-    const ImageOutputFormat order[] = {requested, ImageOutputFormat::heic,
-                                       ImageOutputFormat::jpeg};
+    const ImageOutputFormat order[] = {requested, ImageOutputFormat::heic, ImageOutputFormat::jpeg};
     for (std::size_t i = 0; i < std::size(order); ++i) {
         if (std::find(order, order + i, order[i]) != order + i) {
             continue;
@@ -104,17 +112,17 @@ PDFRenderer::Document openForRendering(const PDFRenderer& renderer, const fs::pa
 
 std::string tooLargeMessage(const fs::path& input, int index, int dpi,
                             PDFRenderer::PixelSize size) {
-    return fmt::format("{}, page {}: {} DPI would give {} x {} pixels ({:.0f} megapixels), more than "
-                       "the limit of {} megapixels; choose a lower resolution.",
-                       input.filename().string(), index + 1, dpi, size.width, size.height,
-                       size.width / 1'000'000.0 * size.height,
-                       PDFRenderer::maxPixels / 1'000'000);
+    return fmt::format(
+        "{}, page {}: {} DPI would give {} x {} pixels ({:.0f} megapixels), more than "
+        "the limit of {} megapixels; choose a lower resolution.",
+        input.filename().string(), index + 1, dpi, size.width, size.height,
+        size.width / 1'000'000.0 * size.height, PDFRenderer::maxPixels / 1'000'000);
 }
 
 // Every selected page is measured before the first image is written, so an oversized page late
 // in the selection cannot leave a half-finished export behind.
-void refuseOversizedPages(PDFRenderer::Document& document, const std::vector<int>& pages,
-                          int dpi, const fs::path& input) {
+void refuseOversizedPages(PDFRenderer::Document& document, const std::vector<int>& pages, int dpi,
+                          const fs::path& input) {
     const double scale = dpi / 72.0;
     for (const int index : pages) {
         std::optional<PDFRenderer::PageSize> points;
@@ -141,6 +149,25 @@ void rethrowIfNotSkippable(const std::exception_ptr& error) {
         }
     } catch (...) {
     }
+}
+
+// Runs on a worker, right after the page was rendered there.
+PageImage writePageImage(PDFRenderer::RenderedPage&& page, const ImageJob& job) {
+    PageImage image;
+    if (!page.bitmap) {
+        image.renderError = page.error;
+        return image;
+    }
+    auto encoded = encodeWithFallback(*page.bitmap, job.format, job.quality);
+    page.bitmap.reset();
+    if (encoded) {
+        image.destination =
+            job.folder / PDFImageEngine::fileName(job.baseName, page.pageIndex + 1, job.pageCount,
+                                                  encoded->extension);
+        image.file.emplace(TemporaryFile::beside(image.destination));
+        writeDurably(image.file->path(), encoded->bytes, image.destination);
+    }
+    return image;
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -184,12 +211,10 @@ std::string PDFImageEngine::fileName(const std::string& baseName, int pageNumber
     return fmt::format("{}-page-{:0{}}.{}", baseName, pageNumber, digits, extension);
 }
 
-PDFImageEngine::Result
-PDFImageEngine::pdfToImages(const fs::path& input, const fs::path& outputDirectory,
-                            const std::string& baseName, ImageOutputFormat format, int dpi,
-                            std::string_view pagesText, double jpegQuality,
-                            const Progress& progress, const CancellationTest& isCancelled,
-                            unsigned threads) {
+PDFImageEngine::Result PDFImageEngine::pdfToImages(
+    const fs::path& input, const fs::path& outputDirectory, const std::string& baseName,
+    ImageOutputFormat format, int dpi, std::string_view pagesText, double jpegQuality,
+    const Progress& progress, const CancellationTest& isCancelled, unsigned threads) {
     const int pageCount = PDFDocumentEngine::openCG(input).pageCount();
     const std::vector<int> pages = selectedPages(pagesText, pageCount);
     if (dpi < 1) {
@@ -202,24 +227,6 @@ PDFImageEngine::pdfToImages(const fs::path& input, const fs::path& outputDirecto
     if (!outputDirectory.empty()) {
         fs::create_directories(outputDirectory);
     }
-
-    // Runs on the workers: render, encode, and write to a temporary file.
-    auto makeImage = [&](PDFRenderer::RenderedPage&& page) {
-        PageImage image;
-        if (!page.bitmap) {
-            image.renderError = page.error;
-            return image;
-        }
-        auto encoded = encodeWithFallback(*page.bitmap, format, jpegQuality);
-        page.bitmap.reset();
-        if (encoded) {
-            image.destination = outputDirectory / fileName(baseName, page.pageIndex + 1,
-                                                           pageCount, encoded->extension);
-            image.file.emplace(TemporaryFile::beside(image.destination));
-            writeDurably(image.file->path(), encoded->bytes, image.destination);
-        }
-        return image;
-    };
 
     Result result;
     std::size_t done = 0;
@@ -241,10 +248,13 @@ PDFImageEngine::pdfToImages(const fs::path& input, const fs::path& outputDirecto
         }
     };
 
+    const ImageJob job{outputDirectory, baseName, format, jpegQuality, pageCount};
     PDFRenderer::RenderOptions options;
     options.scale = dpi / 72.0;
-    document.renderPagesInOrder(PDFRenderer::Document::requests(pages, options), makeImage,
-                                keepImage, threads);
+    document.renderPagesInOrder(
+        PDFRenderer::Document::requests(pages, options),
+        [&job](PDFRenderer::RenderedPage&& page) { return writePageImage(std::move(page), job); },
+        keepImage, threads);
     if (result.files.empty()) {
         throw PDFCoreError::writeFailed("no images produced");
     }

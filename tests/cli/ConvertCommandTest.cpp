@@ -72,35 +72,54 @@ TEST_P(ConvertCommandOptions, WritesAndReportsTheImages) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ConvertCommandOptions,
-    testing::Values(
-        OptionCase{"defaults",
-                   {},
-                   "PNG",
-                   "150",
-                   {"doc-page-01.png", "doc-page-02.png", "doc-page-03.png"},
-                   1275},
-        OptionCase{"gifFallsBackToPNG",
-                   {"--format", "gif", "--pages", "2"},
-                   "PNG",
-                   "150",
-                   {"doc-page-02.png"},
-                   1275},
-        OptionCase{"upperCaseFormatIsUnknown",
-                   {"--format", "JPEG", "--pages", "1"},
-                   "PNG",
-                   "150",
-                   {"doc-page-01.png"},
-                   1275},
-        OptionCase{"jpeg", {"--format", "jpeg", "--pages", "3"}, "JPEG", "150",
-                   {"doc-page-03.jpeg"}, 1275},
-        OptionCase{"heicAt72", {"--format", "heic", "--dpi", "72", "--pages", "1"}, "HEIC", "72",
-                   {"doc-page-01.heic"}, 612},
-        OptionCase{"tiffSelection", {"--format", "tiff", "--pages", "3,1", "--dpi", "36"}, "TIFF",
-                   "36", {"doc-page-01.tiff", "doc-page-03.tiff"}, 306},
-        OptionCase{"wordDPIGives150", {"--dpi", "abc", "--pages", "1"}, "PNG", "150",
-                   {"doc-page-01.png"}, 1275},
-        OptionCase{"fractionalDPIGives150", {"--dpi", "72.5", "--pages", "1"}, "PNG", "150",
-                   {"doc-page-01.png"}, 1275}),
+    testing::Values(OptionCase{"defaults",
+                               {},
+                               "PNG",
+                               "150",
+                               {"doc-page-01.png", "doc-page-02.png", "doc-page-03.png"},
+                               1275},
+                    OptionCase{"gifFallsBackToPNG",
+                               {"--format", "gif", "--pages", "2"},
+                               "PNG",
+                               "150",
+                               {"doc-page-02.png"},
+                               1275},
+                    OptionCase{"upperCaseFormatIsUnknown",
+                               {"--format", "JPEG", "--pages", "1"},
+                               "PNG",
+                               "150",
+                               {"doc-page-01.png"},
+                               1275},
+                    OptionCase{"jpeg",
+                               {"--format", "jpeg", "--pages", "3"},
+                               "JPEG",
+                               "150",
+                               {"doc-page-03.jpeg"},
+                               1275},
+                    OptionCase{"heicAt72",
+                               {"--format", "heic", "--dpi", "72", "--pages", "1"},
+                               "HEIC",
+                               "72",
+                               {"doc-page-01.heic"},
+                               612},
+                    OptionCase{"tiffSelection",
+                               {"--format", "tiff", "--pages", "3,1", "--dpi", "36"},
+                               "TIFF",
+                               "36",
+                               {"doc-page-01.tiff", "doc-page-03.tiff"},
+                               306},
+                    OptionCase{"wordDPIGives150",
+                               {"--dpi", "abc", "--pages", "1"},
+                               "PNG",
+                               "150",
+                               {"doc-page-01.png"},
+                               1275},
+                    OptionCase{"fractionalDPIGives150",
+                               {"--dpi", "72.5", "--pages", "1"},
+                               "PNG",
+                               "150",
+                               {"doc-page-01.png"},
+                               1275}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(ConvertCommand, EveryInputIntoTheGivenFolder) {
@@ -108,8 +127,8 @@ TEST(ConvertCommand, EveryInputIntoTheGivenFolder) {
     const auto first = letterPages(dir, 2, "first.pdf");
     const auto second = letterPages(dir, 1, "second.pdf");
     const auto folder = dir / "made" / "here";
-    const auto result = quillet(
-        {"convert", first.string(), second.string(), "-o", folder.string(), "--dpi", "20"});
+    const auto result =
+        quillet({"convert", first.string(), second.string(), "-o", folder.string(), "--dpi", "20"});
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, fmt::format("first.pdf: 2 × PNG @ 20 DPI → {0}\n"
                                       "second.pdf: 1 × PNG @ 20 DPI → {0}\n",
@@ -157,13 +176,17 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         FailureCase{"noInputs", {"convert", "--dpi", "72"}, 2, "no input files"},
         FailureCase{"missingInput", {"convert", "DIR/none.pdf"}, 2, "file not found: DIR/none.pdf"},
-        FailureCase{"nothingSelected", {"convert", "IN", "--pages", "abc"}, 1,
-                    "No pages matched \"abc\"."},
+        FailureCase{
+            "nothingSelected", {"convert", "IN", "--pages", "abc"}, 1, "No pages matched \"abc\"."},
         FailureCase{"notAPDF", {"convert", "DIR/blocker"}, 1, "Could not open blocker."},
-        FailureCase{"unwritableFolder", {"convert", "IN", "-o", "DIR/blocker/out"}, 1,
+        FailureCase{"unwritableFolder",
+                    {"convert", "IN", "-o", "DIR/blocker/out"},
+                    1,
                     "filesystem error: cannot create directories: Not a directory "
                     "[DIR/blocker/out]"},
-        FailureCase{"tooLarge", {"convert", "IN", "--dpi", "3000"}, 1,
+        FailureCase{"tooLarge",
+                    {"convert", "IN", "--dpi", "3000"},
+                    1,
                     "doc.pdf, page 1: 3000 DPI would give 25500 x 33000 pixels"}),
     [](const auto& info) { return std::string(info.param.name); });
 

@@ -1,7 +1,7 @@
 // Image export on fixtures built in code and on real files: which pages, which names, which bytes,
 // and what a viewer would have shown (rotation, box origin, annotations).
-#include "engines/PDFCoreError.hpp"
 #include "engines/PDFImageEngine.hpp"
+#include "engines/PDFCoreError.hpp"
 #include "platform/ImageIO.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
@@ -140,14 +140,13 @@ TEST(ImageEngineExport, SelectionInPageOrderWithProgress) {
             visible.push_back(names);
         },
         {}, 4);
-    const std::vector<std::string> expected{"doc-page-01.png", "doc-page-03.png",
-                                            "doc-page-05.png", "doc-page-06.png",
-                                            "doc-page-08.png"};
+    const std::vector<std::string> expected{"doc-page-01.png", "doc-page-03.png", "doc-page-05.png",
+                                            "doc-page-06.png", "doc-page-08.png"};
     ASSERT_EQ(result.files.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_EQ(result.files[i], out / expected[i]);
-        EXPECT_EQ(visible.at(i), std::vector<std::string>(expected.begin(),
-                                                          expected.begin() + i + 1));
+        EXPECT_EQ(visible.at(i),
+                  std::vector<std::string>(expected.begin(), expected.begin() + i + 1));
     }
     EXPECT_EQ(progress, (std::vector<double>{0.2, 0.4, 0.6, 0.8, 1.0}));
     EXPECT_EQ(namesIn(out), expected);
@@ -322,7 +321,8 @@ TEST(ImageEngineExport, ReplacesAnExistingImageAndLeavesNoTemporaryFiles) {
     fs::create_directories(dir / "out");
     std::ofstream(dir / "out" / "doc-page-02.png") << "stale";
     exportPages(input, dir / "out");
-    EXPECT_EQ(namesIn(dir / "out"), (std::vector<std::string>{"doc-page-01.png", "doc-page-02.png"}));
+    EXPECT_EQ(namesIn(dir / "out"),
+              (std::vector<std::string>{"doc-page-01.png", "doc-page-02.png"}));
     EXPECT_NE(test::readFile(dir / "out" / "doc-page-02.png"), "stale");
 }
 
@@ -330,8 +330,8 @@ TEST(ImageEngineExport, CancelledAfterTheFirstPageKeepsItOnly) {
     TempDir dir;
     const auto input = numberedPages(dir, 6);
     int asked = 0;
-    EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "out", "doc", ImageOutputFormat::png,
-                                             36, "", 0.85, {}, [&] { return ++asked > 1; }),
+    EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "out", "doc", ImageOutputFormat::png, 36,
+                                             "", 0.85, {}, [&] { return ++asked > 1; }),
                  CancellationError);
     EXPECT_EQ(namesIn(dir / "out"), std::vector<std::string>{"doc-page-01.png"});
 }
@@ -380,7 +380,8 @@ TEST(ImageEngineErrors, OpeningAndArgumentFailures) {
     const auto plain = numberedPages(dir, 1);
     const auto out = dir / "out";
 
-    EXPECT_EQ(errorCaseOf([&] { exportPages(lockedPath, out); }), PDFCoreError::Case::wrongPassword);
+    EXPECT_EQ(errorCaseOf([&] { exportPages(lockedPath, out); }),
+              PDFCoreError::Case::wrongPassword);
     EXPECT_EQ(errorCaseOf([&] { exportPages(dir / "missing.pdf", out); }),
               PDFCoreError::Case::cannotOpen);
     EXPECT_EQ(errorCaseOf([&] { exportPages(dir.write("junk.pdf", "not a pdf"), out); }),
