@@ -83,7 +83,10 @@ const char* saverName(FileKind kind) {
 
 VipsBlob* save(const VImage& image, FileKind kind, int quality) {
     switch (kind) {
-    case FileKind::png: return image.pngsave_buffer(VImage::option()->set("strip", true));
+    // zlib level 4 instead of 6: measured on rendered text pages, 28% less encoding time for
+    // files 2% larger. Page export spends most of its time here.
+    case FileKind::png:
+        return image.pngsave_buffer(VImage::option()->set("strip", true)->set("compression", 4));
     case FileKind::jpeg:
         return image.jpegsave_buffer(
             VImage::option()->set("Q", quality)->set("optimize_coding", true)->set("strip", true));
