@@ -4,7 +4,7 @@
 
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
-#include "engines/SplitPartFile.hpp"
+#include "platform/TemporaryFile.hpp"
 
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
@@ -97,14 +97,15 @@ bool usesObjectStreams(QPDF& source) {
 
 // A part written beside its destination, neither checked nor in place yet.
 struct WrittenPart {
-    SplitPartFile file;
+    TemporaryFile file;
+    fs::path destination;
     int pageCount = 0;
 };
 
 WrittenPart writeTemporary(const PDFDocument& chunk, bool packObjects, int pageCount,
                            const fs::path& url) {
     try {
-        WrittenPart part{SplitPartFile(url), pageCount};
+        WrittenPart part{TemporaryFile::beside(url), url, pageCount};
         QPDFWriter writer(chunk.qpdf(), part.file.path().c_str());
         writer.setObjectStreamMode(packObjects ? qpdf_o_generate : qpdf_o_disable);
         writer.setCompressStreams(true);
@@ -138,9 +139,10 @@ void finishPart(WrittenPart& part) {
     if (!validation.ok) {
         throw PDFCoreError::validationFailed(validation.message);
     }
-    const auto name = part.file.destination().filename().string();
+    const auto name = part.destination.filename().string();
     try {
-        part.file.moveIntoPlace();
+        // Flushed together with the other parts once the split is done.
+        part.file.commit(part.destination, TemporaryFile::Durability::deferred);
     } catch (const std::exception&) {
         throw PDFCoreError::writeFailed(name);
     }
@@ -148,7 +150,7 @@ void finishPart(WrittenPart& part) {
 
 void flushParts(const std::vector<fs::path>& parts) {
     try {
-        SplitPartFile::flushToDisk(parts);
+        TemporaryFile::flushToDisk(parts);
     } catch (const std::filesystem::filesystem_error& error) {
         throw PDFCoreError::writeFailed(error.path1().filename().string());
     }
@@ -180,7 +182,7 @@ void writeInTurn(PDFDocument& source, const SplitPlan& plan,
         if (index > 0) {
             settle(index - 1);
         }
-        finishingPath = part->file.destination();
+        finishingPath = part->destination;
         finishing = std::async(std::launch::async,
                                [finished = std::move(*part)]() mutable { finishPart(finished); });
     }
@@ -207,7 +209,7 @@ void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
         writeInTurn(source, plan, destination, written, placed);
     } catch (...) {
         try {
-            SplitPartFile::flushToDisk(placed);
+            TemporaryFile::flushToDisk(placed);
         } catch (const std::exception&) {
             // The failure that stopped the split is the one to report.
         }

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <set>
 #include <string>
 #include <system_error>
 
@@ -53,6 +54,10 @@ void adoptPermissions(const fs::path& temporary, const fs::path& destination) {
     if (::chmod(temporary.c_str(), mode) != 0) {
         fail("cannot set permissions", temporary, errno);
     }
+}
+
+fs::path folderOf(const fs::path& file) {
+    return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
 } // namespace
@@ -107,8 +112,11 @@ void TemporaryFile::discard() noexcept {
     registration_.reset();
 }
 
-void TemporaryFile::commit(const fs::path& destination) {
-    syncPath(path_, O_RDONLY);
+void TemporaryFile::commit(const fs::path& destination, Durability durability) {
+    const bool flush = durability == Durability::flushed;
+    if (flush) {
+        syncPath(path_, O_RDONLY);
+    }
     adoptPermissions(path_, destination);
     if (::rename(path_.c_str(), destination.c_str()) != 0) {
         const int error = errno;
@@ -117,14 +125,26 @@ void TemporaryFile::commit(const fs::path& destination) {
         }
         TemporaryFile nearby = beside(destination);
         fs::copy_file(path_, nearby.path(), fs::copy_options::overwrite_existing);
-        nearby.commit(destination);
+        nearby.commit(destination, durability);
         discard();
         return;
     }
     path_.clear();
     registration_.reset();
-    fs::path folder = destination.parent_path();
-    syncPath(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY);
+    if (flush) {
+        syncPath(folderOf(destination), O_RDONLY | O_DIRECTORY);
+    }
+}
+
+void TemporaryFile::flushToDisk(const std::vector<fs::path>& files) {
+    std::set<fs::path> folders;
+    for (const auto& file : files) {
+        syncPath(file, O_RDONLY);
+        folders.insert(folderOf(file));
+    }
+    for (const auto& folder : folders) {
+        syncPath(folder, O_RDONLY | O_DIRECTORY);
+    }
 }
 
 } // namespace quillet

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace quillet {
 
@@ -36,12 +37,22 @@ class TemporaryFile {
 
     const std::filesystem::path& path() const { return path_; }
 
+    /// Whether `commit` waits for the disk. `deferred` is for many outputs written together (the
+    /// parts of a split): they appear in one rename each as always, and the caller flushes them
+    /// all at once with `flushToDisk` when the last is in place.
+    enum class Durability { flushed, deferred };
+
     /// Flushes the file to disk and moves it over `destination` (replacing any file there). When
     /// the two are on different file systems, the content is first copied next to the
     /// destination, so the final step is still one rename. The file is then given the permissions
     /// a new file gets from the umask. Afterwards this object owns nothing. Throws
     /// std::filesystem::filesystem_error; on failure the destination is unchanged.
-    void commit(const std::filesystem::path& destination);
+    void commit(const std::filesystem::path& destination,
+                Durability durability = Durability::flushed);
+
+    /// Flushes the given files, then each of their folders once. Throws
+    /// std::filesystem::filesystem_error naming the first path that cannot be flushed.
+    static void flushToDisk(const std::vector<std::filesystem::path>& files);
 
   private:
     void discard() noexcept;
