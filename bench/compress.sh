@@ -9,6 +9,7 @@
 # unchanged in a PDF, as a scanner does); nothing is committed.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+source "$root/bench/rows.sh"
 "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
 command -v gs >/dev/null || { apt-get install -y -qq --no-install-recommends ghostscript >/dev/null; }
@@ -41,6 +42,7 @@ read -r g_time g_mem < <(median gs -q -dNOPAUSE -dBATCH -dSAFER -sDEVICE=pdfwrit
     -dPDFSETTINGS=/ebook -sOutputFile="$work/g.pdf" "$work/scan.pdf")
 printf 'balanced vs gs /ebook:  quillet %ss %sKB -> %s bytes | gs %ss %sKB -> %s bytes | time ratio %s (goal <= 0.50)\n' \
     "$q_time" "$q_mem" "$(size "$work/q.pdf")" "$g_time" "$g_mem" "$(size "$work/g.pdf")" "$(ratio "$q_time" "$g_time")"
+row "compress -t balanced, 20-page 300-DPI scan" "$q_time" "$q_mem" "gs -dPDFSETTINGS=/ebook" "$g_time" "$g_mem" "<= 0.50"
 
 read -r ql_time ql_mem < <(median "$quillet" compress "$text" -t lossless -o "$work/ql.pdf")
 read -r qp_time qp_mem < <(median qpdf --object-streams=generate --recompress-flate \
@@ -49,7 +51,11 @@ ql_size=$( [[ -f "$work/ql.pdf" ]] && size "$work/ql.pdf" || size "$text")
 printf 'lossless vs qpdf:       quillet %ss %sKB -> %s bytes | qpdf %ss %sKB -> %s bytes | size ratio %s (goal <= 1.02), time ratio %s (goal <= 1.5)\n' \
     "$ql_time" "$ql_mem" "$ql_size" "$qp_time" "$qp_mem" "$(size "$work/qp.pdf")" \
     "$(echo "scale=4; $ql_size / $(size "$work/qp.pdf")" | bc)" "$(ratio "$ql_time" "$qp_time")"
+row "compress -t lossless, 117-page thesis (size ratio $(echo "scale=4; $ql_size / $(size "$work/qp.pdf")" | bc))" \
+    "$ql_time" "$ql_mem" "qpdf --object-streams=generate --recompress-flate --compression-level=9" \
+    "$qp_time" "$qp_mem" "<= 1.50"
 
 "$quillet" compress "$work/scan.pdf" --under 5MB -o "$work/t.pdf" 2>/dev/null
 printf 'under 5MB:              %s bytes = %s%% of 5 MB (goal 85-100%%)\n' "$(size "$work/t.pdf")" \
     "$(echo "scale=1; 100 * $(size "$work/t.pdf") / 5242880" | bc)"
+row "compress --under 5MB (result $(size "$work/t.pdf") bytes)" "-" "-" "target 5 MB" "-" "-" "85-100% of target"

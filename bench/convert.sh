@@ -8,6 +8,7 @@
 # the yardstick here: it is installed for the comparison when missing.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+source "$root/bench/rows.sh"
 "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
 command -v mutool >/dev/null || { apt-get install -y -qq --no-install-recommends mupdf-tools >/dev/null; }
@@ -51,6 +52,8 @@ printf '%-9s %7s %9s %12s\n' mutool "$m_time" "$m_mem" "$m_bytes"
 printf '%-9s %7s %9s %12s\n' pdftoppm "$p_time" "$p_mem" "$p_bytes"
 printf '\nquillet / mutool:   %s (goal <= 0.60)\n' "$(ratio "$q_time" "$m_time")"
 printf 'quillet / pdftoppm: %s\n' "$(ratio "$q_time" "$p_time")"
+row "convert, 60 text pages at 150 DPI to PNG" "$q_time" "$q_mem" "mutool draw -r 150" "$m_time" "$m_mem" "<= 0.60"
+row "convert, 60 text pages at 150 DPI to PNG" "$q_time" "$q_mem" "pdftoppm -r 150 -png" "$p_time" "$p_mem" "-"
 
 printf '\npeak memory of quillet by page count (one run each; must not grow with the count):\n'
 printf '  60 pages: %sKB\n' "$q_mem"

@@ -6,6 +6,7 @@
 #   bench/info.sh [PDF]     (default: nine copies of the corpus's 117-page thesis, joined)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+source "$root/bench/rows.sh"
 "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
 work=$(mktemp -d)
@@ -40,3 +41,4 @@ printf 'document: %s (%s pages, %s bytes), %s cores\n' "$(basename "$pdf")" "$pa
 printf 'quillet info:                %6.3f s  (peak %s KB)\n' "$ours" "$ours_kb"
 printf 'pdfimages -list + pdffonts:  %6.3f s\n' "$theirs"
 printf 'ratio quillet / peers:       %6.2f (goal: at most 1.00)\n' "$(echo "$ours / $theirs" | bc -l)"
+row "info, $pages pages" "$ours" "$ours_kb" "pdfimages -list + pdffonts" "$theirs" "-" "<= 1.00"

@@ -9,6 +9,7 @@
 # JPEG at 300 DPI); nothing is committed.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+source "$root/bench/rows.sh"
 "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
 command -v img2pdf >/dev/null || apt-get install -y -qq --no-install-recommends img2pdf >/dev/null
@@ -65,6 +66,7 @@ read -r p_time p_mem < <(median "$work/p.pdf" qpdf --empty --pages "$work/big.pd
 printf 'merge vs qpdf:     quillet %ss %sKB -> %s pages | qpdf %ss %sKB -> %s pages | time ratio %s (goal <= 1.2)\n' \
     "$q_time" "$q_mem" "$(pages "$work/q.pdf")" "$p_time" "$p_mem" "$(pages "$work/p.pdf")" \
     "$(ratio "$q_time" "$p_time")"
+row "merge, $(pages "$work/q.pdf") pages from two files" "$q_time" "$q_mem" "qpdf --empty --pages" "$p_time" "$p_mem" "<= 1.20"
 
 read -r qi_time qi_mem < <(median "$work/qi.pdf" "$quillet" images "${scans[@]}" -o "$work/qi.pdf")
 read -r i_time i_mem < <(median "$work/i.pdf" img2pdf -o "$work/i.pdf" "${scans[@]}")
@@ -72,3 +74,4 @@ printf 'images vs img2pdf: quillet %ss %sKB | img2pdf %ss %sKB | time ratio %s (
     "$qi_time" "$qi_mem" "$i_time" "$i_mem" "$(ratio "$qi_time" "$i_time")"
 printf '                   JPEG bytes identical: quillet %s, img2pdf %s\n' \
     "$(same_jpegs "$work/qi.pdf" "${scans[@]}")" "$(same_jpegs "$work/i.pdf" "${scans[@]}")"
+row "images, ${#scans[@]} JPEGs (bytes kept: $(same_jpegs "$work/qi.pdf" "${scans[@]}"))" "$qi_time" "$qi_mem" "img2pdf" "$i_time" "$i_mem" "<= 1.00"
