@@ -101,7 +101,6 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
     return plans;
 }
 
-
 // What one worker thread keeps between pages: its own readers of the input, since neither a qpdf
 // nor a MuPDF document may be used by two threads at once.
 struct WorkerState {
@@ -110,32 +109,44 @@ struct WorkerState {
     bool rendererFailed = false;
 };
 
-std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
-                                        const PDFRenderer& renderer, const PagePlan& plan,
-                                        const RasterSetting& setting, WorkerState& state) {
+// A page that is one JPEG over the whole page: scaled from the JPEG itself, far faster than a
+// render and the same picture (the image is in the page's unrotated space already). Absent when
+// the page is anything else or the JPEG cannot be read.
+std::optional<RasterizedPage> fromFullPageJPEG(const fs::path& input, const std::string& password,
+                                               const PagePlan& plan, const RasterSetting& setting,
+                                               WorkerState& state) {
     const auto format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
     try {
-        // A page that is one JPEG over the whole page: scale the JPEG itself, far faster than a
-        // render and the same picture (the image is in the page's unrotated space already).
         if (!state.document) {
             state.document = PDFDocumentEngine::openCG(input, password);
         }
-        if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
-            const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()), jpeg->size());
-            if (PageRasterizer::encodesAsJPEG(setting.quality, plan.monochrome)) {
-                if (auto data = JPEGScaler::reencoded(bytes, plan.size.width, plan.size.height,
-                                                      format, setting.quality)) {
-                    return RasterizedPage{std::move(*data), true, plan.size.width, plan.size.height,
-                                          format, {}};
-                }
-            } else if (auto bitmap = JPEGScaler::decodeScaled(bytes, plan.size.width,
-                                                              plan.size.height, format)) {
-                return PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome);
-            }
+        const auto jpeg = FullPageJPEG::of(state.document->page(plan.index));
+        if (!jpeg) {
+            return std::nullopt;
         }
+        const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()), jpeg->size());
+        if (PageRasterizer::encodesAsJPEG(setting.quality, plan.monochrome)) {
+            auto data = JPEGScaler::reencoded(bytes, plan.size.width, plan.size.height, format,
+                                              setting.quality);
+            if (!data) {
+                return std::nullopt;
+            }
+            return RasterizedPage{std::move(*data), true, plan.size.width, plan.size.height,
+                                  format, {}};
+        }
+        auto bitmap = JPEGScaler::decodeScaled(bytes, plan.size.width, plan.size.height, format);
+        return bitmap ? PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome)
+                      : std::nullopt;
     } catch (const std::exception&) {
-        // Fall through to a render.
+        return std::nullopt;
     }
+}
+
+// Any other page: rendered without its annotations (they stay as objects on top of the image)
+// and turned back so that the page's /Rotate still applies. Absent when it cannot be rendered.
+std::optional<RasterizedPage> fromRender(const fs::path& input, const std::string& password,
+                                         const PDFRenderer& renderer, const PagePlan& plan,
+                                         const RasterSetting& setting, WorkerState& state) {
     try {
         if (!state.renderer && !state.rendererFailed) {
             state.rendererFailed = true;
@@ -149,14 +160,23 @@ std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string
         PDFRenderer::RenderOptions options;
         options.size = PDFRenderer::PixelSize{swap ? plan.size.height : plan.size.width,
                                               swap ? plan.size.width : plan.size.height};
-        options.format = format;
-        options.annotations = false; // they stay as objects on top of the image
-        const Bitmap shown = state.renderer->render(plan.index, options);
-        return PageRasterizer::encode(PageRasterizer::unrotated(shown, plan.rotation),
-                                      setting.quality, plan.monochrome);
+        options.format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
+        options.annotations = false;
+        return PageRasterizer::encode(
+            PageRasterizer::unrotated(state.renderer->render(plan.index, options), plan.rotation),
+            setting.quality, plan.monochrome);
     } catch (const RenderError&) {
         return std::nullopt; // the page stays vector content
     }
+}
+
+std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
+                                        const PDFRenderer& renderer, const PagePlan& plan,
+                                        const RasterSetting& setting, WorkerState& state) {
+    if (auto page = fromFullPageJPEG(input, password, plan, setting, state)) {
+        return page;
+    }
+    return fromRender(input, password, renderer, plan, setting, state);
 }
 
 // Rasterizes the planned pages on all cores and hands each result to `apply` in page order on

@@ -43,7 +43,7 @@ std::optional<RasterizedPage> PageRasterizer::encode(Bitmap bitmap, double quali
     return page;
 }
 
-Bitmap PageRasterizer::unrotated(const Bitmap& bitmap, int degrees) {
+Bitmap PageRasterizer::unrotated(Bitmap bitmap, int degrees) {
     const int turns = ((degrees / 90) % 4 + 4) % 4; // clockwise turns applied on display
     if (turns == 0) {
         return bitmap;

@@ -45,7 +45,7 @@ class PageRasterizer {
 
     /// `bitmap` turned back by `degrees` (a multiple of 90): a page rendered as shown (rotated)
     /// becomes the unrotated image that its /Rotate turns again on display.
-    static Bitmap unrotated(const Bitmap& bitmap, int degrees);
+    static Bitmap unrotated(Bitmap bitmap, int degrees);
 };
 
 } // namespace quillet
