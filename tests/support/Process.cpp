@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <stdexcept>
 
 namespace quillet::test {
@@ -25,7 +26,8 @@ void drain(int fd, std::string& into, bool& open) {
 
 ProcessResult runProcess(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments,
-                         const std::filesystem::path& workingFolder) {
+                         const std::filesystem::path& workingFolder,
+                         std::optional<std::chrono::milliseconds> timeout) {
     int outPipe[2];
     int errPipe[2];
     if (::pipe2(outPipe, O_CLOEXEC) != 0 || ::pipe2(errPipe, O_CLOEXEC) != 0) {
@@ -57,9 +59,24 @@ ProcessResult runProcess(const std::filesystem::path& program,
     ProcessResult result;
     bool outOpen = true;
     bool errOpen = true;
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + timeout.value_or(std::chrono::milliseconds(0));
     while (outOpen || errOpen) {
+        int wait = -1;
+        if (timeout) {
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+            if (left.count() <= 0) {
+                // Killing the child closes its ends of the pipes, so the loop still drains to EOF.
+                if (!result.timedOut) {
+                    ::kill(child, SIGKILL);
+                    result.timedOut = true;
+                }
+            } else {
+                wait = static_cast<int>(left.count());
+            }
+        }
         pollfd fds[2] = {{outOpen ? outPipe[0] : -1, POLLIN, 0}, {errOpen ? errPipe[0] : -1, POLLIN, 0}};
-        ::poll(fds, 2, -1);
+        ::poll(fds, 2, wait);
         if (fds[0].revents != 0) {
             drain(outPipe[0], result.out, outOpen);
         }
