@@ -1,5 +1,6 @@
 #include "engines/ContentScanner.hpp"
 
+#include "platform/SafetyLimits.hpp"
 #include "platform/StreamData.hpp"
 #include "platform/UUID.hpp"
 
@@ -14,7 +15,7 @@
 namespace quillet {
 namespace {
 
-constexpr int maximumFormDepth = 32;
+constexpr int maximumFormDepth = limits::formDepth;
 constexpr std::size_t maximumSavedStates = 1 << 16;
 
 bool filterContains(QPDFObjectHandle filter, const char* fragment) {

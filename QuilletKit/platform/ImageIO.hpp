@@ -11,6 +11,7 @@
 
 #include "platform/Bitmap.hpp"
 #include "platform/FileTypes.hpp"
+#include "platform/SafetyLimits.hpp"
 
 #include <cstdint>
 #include <filesystem>
@@ -23,7 +24,7 @@ namespace quillet {
 class ImageIO {
   public:
     /// Decoded images above this many pixels are refused before their pixels are read.
-    static constexpr std::int64_t maxDecodePixels = 400'000'000;
+    static constexpr std::int64_t maxDecodePixels = limits::imageDecodePixels;
 
     /// Starts libvips; answers false when it cannot start (every other call then answers
     /// absent or false). Safe to call from many threads and many times.

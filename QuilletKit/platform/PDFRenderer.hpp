@@ -14,6 +14,7 @@
 
 #include "platform/Bitmap.hpp"
 #include "platform/RenderError.hpp"
+#include "platform/SafetyLimits.hpp"
 
 #include <concepts>
 #include <cstddef>
@@ -68,7 +69,7 @@ class PDFRenderer {
     class Document;
 
     /// Renders larger than this many pixels are refused before anything is allocated.
-    static constexpr std::int64_t maxPixels = 400'000'000;
+    static constexpr std::int64_t maxPixels = limits::renderPixels;
 
     /// The bitmap size of a page at `scale`: each side truncated, at least 1. Huge products
     /// saturate instead of overflowing, so the size check still refuses them.

@@ -4,6 +4,8 @@
 // through here so that a single limit stops such a stream before it exhausts memory.
 #pragma once
 
+#include "platform/SafetyLimits.hpp"
+
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include <cstddef>
@@ -13,7 +15,7 @@
 namespace quillet {
 
 /// Decoded data larger than this is refused (a page's content, a form's content).
-inline constexpr std::size_t defaultStreamDataLimit = std::size_t{256} << 20;
+inline constexpr std::size_t defaultStreamDataLimit = limits::decodedStreamBytes;
 
 /// The stream's data with its filters removed, or absent when the stream cannot be decoded
 /// (unknown or broken filter) or decodes to more than `limit` bytes. Never throws.
