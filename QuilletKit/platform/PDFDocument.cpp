@@ -2,10 +2,13 @@
 
 #include "platform/PDFPageTreeRepair.hpp"
 #include "platform/QPDFErrorTranslation.hpp"
+#include "platform/StreamData.hpp"
 
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -62,6 +65,17 @@ bool PDFDocument::load(const std::string& password) {
         }
         qpdf->getRoot();
         rebuildPageTreeIfEmpty(*qpdf);
+        // Refused here rather than when writing or rendering: qpdf's writer and the renderer
+        // decode stacked filters in full, with no ceiling of their own.
+        if (!stackedStreamsWithin(*qpdf)) {
+            throw PDFDocumentError(
+                Kind::cannotOpen,
+                fmt::format("{}: streams expand to more than {} MB when decoded (a decompression "
+                            "bomb?)",
+                            description_, limits::stackedFilterBytes >> 20));
+        }
+    } catch (const PDFDocumentError&) {
+        throw;
     } catch (const QPDFExc& error) {
         if (error.getErrorCode() == qpdf_e_password) {
             return false;

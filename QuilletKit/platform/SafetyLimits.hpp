@@ -13,6 +13,13 @@ namespace quillet::limits {
 /// any real content stream; a Flate bomb reaches it in well under a second and is then dropped.
 inline constexpr std::size_t decodedStreamBytes = std::size_t{256} << 20;
 
+/// Decoded bytes of all streams whose filters are stacked (Flate of Flate, Flate of LZW, ...),
+/// measured when a document is opened. Stacking is how a few kilobytes expand to gigabytes (one
+/// Flate layer expands at most about 1000 times); qpdf's writer and the renderer would decode
+/// such streams in full, so a document past this budget is refused at the door. One budget for
+/// the whole document keeps many such streams from adding up to minutes.
+inline constexpr std::size_t stackedFilterBytes = std::size_t{256} << 20;
+
 /// Pixels of one rendered page, checked before the bitmap is allocated (400 MP is an A0 poster
 /// at about 330 dpi, and 1.6 GB of RGBA).
 inline constexpr std::int64_t renderPixels = 400'000'000;

@@ -1,6 +1,7 @@
 #include "platform/StreamData.hpp"
 
 #include <qpdf/Pipeline.hh>
+#include <qpdf/QPDF.hh>
 
 #include <stdexcept>
 
@@ -29,6 +30,44 @@ class LimitedCollector : public Pipeline {
     std::string& into_;
     std::size_t limit_;
 };
+
+// Counts without keeping anything, against a budget shared by many streams. qpdf catches what a
+// pipeline throws and retries without filters, so running out is also recorded in `exceeded`.
+class BudgetCounter : public Pipeline {
+  public:
+    explicit BudgetCounter(std::size_t& left) : Pipeline("budget counter", nullptr), left_(left) {}
+
+    void write(unsigned char const*, size_t length) override {
+        if (length > left_) {
+            exceeded = true;
+            throw LimitExceeded();
+        }
+        left_ -= length;
+    }
+    void finish() override {}
+
+    bool exceeded = false;
+
+  private:
+    std::size_t& left_;
+};
+
+bool expands(const std::string& filter) {
+    return filter == "/FlateDecode" || filter == "/Fl" || filter == "/LZWDecode" ||
+           filter == "/LZW" || filter == "/RunLengthDecode" || filter == "/RL";
+}
+
+bool hasStackedExpansion(QPDFObjectHandle stream) {
+    auto filter = stream.getDict().getKey("/Filter");
+    if (!filter.isArray()) {
+        return false;
+    }
+    int expanding = 0;
+    for (auto& item : filter.getArrayAsVector()) {
+        expanding += item.isName() && expands(item.getName()) ? 1 : 0;
+    }
+    return expanding > 1;
+}
 
 bool appendDecoded(QPDFObjectHandle stream, std::string& into, std::size_t limit) {
     const std::size_t before = into.size();
@@ -82,6 +121,25 @@ std::optional<std::string> pageContentData(QPDFObjectHandle page, std::size_t li
     } catch (const std::exception&) {
         return std::nullopt;
     }
+}
+
+bool stackedStreamsWithin(QPDF& qpdf, std::size_t budget) {
+    std::size_t left = budget;
+    for (auto& object : qpdf.getAllObjects()) {
+        if (!object.isStream() || !hasStackedExpansion(object)) {
+            continue;
+        }
+        BudgetCounter counter(left);
+        try {
+            object.pipeStreamData(&counter, 0, qpdf_dl_generalized, true, true);
+        } catch (const std::exception&) {
+            // Broken data ends early; what it decoded so far still counts against the budget.
+        }
+        if (counter.exceeded) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace quillet

@@ -8,6 +8,8 @@
 
 #include <qpdf/QPDFObjectHandle.hh>
 
+class QPDF;
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -27,5 +29,11 @@ std::optional<std::string> decodedStreamData(QPDFObjectHandle stream,
 /// the total exceeds `limit`. Never throws.
 std::optional<std::string> pageContentData(QPDFObjectHandle page,
                                            std::size_t limit = defaultStreamDataLimit);
+
+/// Whether the streams of `qpdf` with two or more expanding filters stacked (Flate, LZW,
+/// RunLength) decode, all together, to at most `budget` bytes. Stops decoding at the budget, so
+/// a bomb costs at most the time to decode `budget` bytes. Resolves every object; throws what
+/// qpdf throws for a file too damaged for that.
+bool stackedStreamsWithin(QPDF& qpdf, std::size_t budget = limits::stackedFilterBytes);
 
 } // namespace quillet
