@@ -1,11 +1,13 @@
 #include "engines/PageImage.hpp"
 
 #include "platform/ImageIO.hpp"
+#include "platform/SafetyLimits.hpp"
 
 #include <qpdf/Pipeline.hh>
 #include <qpdf/Pl_Flate.hh>
 #include <qpdf/Pl_String.hh>
 
+#include <cstdint>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -105,7 +107,10 @@ std::optional<PageImage> PageImage::load(const fs::path& path) {
     const std::span data(reinterpret_cast<const std::uint8_t*>(bytes->data()), bytes->size());
     const auto header = JPEGHeader::read(data);
     PageImage image;
-    if (header && header->complete && header->precision == 8) {
+    // A header is embedded unchanged only within the size a decoded image may have: it can claim
+    // gigapixels that no reader of the PDF could then decode.
+    if (header && header->complete && header->precision == 8 &&
+        std::int64_t{header->width} * header->height <= limits::imageDecodePixels) {
         image.jpeg_ = JPEGFile{path, bytes->size(), *header};
         image.orientation_ = header->orientation;
         return image;
