@@ -11,6 +11,13 @@ namespace fs = std::filesystem;
 void withOutputs(const std::vector<fs::path>& inputs, const std::optional<std::string>& explicitOut,
                  bool replace, const std::string& suffix, const OutputBody& body) {
     if (explicitOut && inputs.size() == 1) {
+        // Overwriting the input is what --replace asks for; an -o that happens to name the input
+        // (another spelling, a link) must not do it silently.
+        std::error_code error;
+        if (!replace && fs::equivalent(inputs.front(), fs::path(*explicitOut), error)) {
+            throw CLIError("output is the input: " + *explicitOut +
+                           " (pass --replace to overwrite it)");
+        }
         body(inputs.front(), fs::path(*explicitOut));
         return;
     }

@@ -16,8 +16,9 @@ using OutputBody =
     std::function<void(const std::filesystem::path& input, const std::filesystem::path& output)>;
 
 /// Calls `body(input, output)` for each input in order; the first error propagates.
-/// - `explicitOut` with exactly one input: that path as given. With several inputs it is ignored
-///   and every input gets its own derived name.
+/// - `explicitOut` with exactly one input: that path as given; CLIError "output is the input"
+///   when it names the input file itself and `replace` is not set. With several inputs it is
+///   ignored and every input gets its own derived name.
 /// - `replace`: the output is the input itself (writers replace it atomically).
 /// - otherwise: "<stem>-<action>.pdf" beside the input, made unique, folder created if missing.
 ///   `suffix` "compressed" names by the compress operation, any other word by clean.
