@@ -16,3 +16,7 @@ extern "C" __attribute__((no_sanitize_coverage)) void __sanitizer_cov_trace_pc()
     auto& counter = counters[(pc ^ (pc >> 17)) % counterCount];
     counter = static_cast<std::uint8_t>(counter + 1);
 }
+
+// GCC also traces floating-point comparisons, which libFuzzer does not take.
+extern "C" __attribute__((no_sanitize_coverage)) void __sanitizer_cov_trace_cmpf(float, float) {}
+extern "C" __attribute__((no_sanitize_coverage)) void __sanitizer_cov_trace_cmpd(double, double) {}
