@@ -11,7 +11,10 @@
 #include <qpdf/QPDFWriter.hh>
 
 #include <array>
+#include <cstdio>
+#include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace quillet {
@@ -84,11 +87,22 @@ void writeMerged(PDFDocument& merged, const std::vector<PDFDocument>& sources,
             version.updateIfGreater(source.qpdf().getVersionAsPDFVersion());
         }
         auto temporary = TemporaryFile::beside(output);
-        QPDFWriter writer(merged.qpdf(), temporary.path().c_str());
+        // qpdf does not check the final flush of a file it opens itself, so on a full disk it
+        // reported success for a cut-off file; the stream is closed and checked here instead.
+        std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(temporary.path().c_str(), "wb"),
+                                                   &std::fclose);
+        if (!file) {
+            throw std::runtime_error("cannot open the temporary file");
+        }
+        QPDFWriter writer(merged.qpdf(), temporary.path().c_str(), file.get(), false);
         writer.setObjectStreamMode(qpdf_o_disable);
         writer.setCompressStreams(true);
         writer.setMinimumPDFVersion(version);
         writer.write();
+        const bool flushed = std::fflush(file.get()) == 0 && std::ferror(file.get()) == 0;
+        if (std::fclose(file.release()) != 0 || !flushed) {
+            throw std::runtime_error("cannot write the temporary file");
+        }
         temporary.commit(output);
     } catch (const std::exception&) {
         throw PDFCoreError::writeFailed(output.filename().string());
