@@ -64,7 +64,8 @@ ProcessResult runProcess(const std::filesystem::path& program,
     while (outOpen || errOpen) {
         int wait = -1;
         if (timeout) {
-            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+            const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
             if (left.count() <= 0) {
                 // Killing the child closes its ends of the pipes, so the loop still drains to EOF.
                 if (!result.timedOut) {
@@ -75,7 +76,8 @@ ProcessResult runProcess(const std::filesystem::path& program,
                 wait = static_cast<int>(left.count());
             }
         }
-        pollfd fds[2] = {{outOpen ? outPipe[0] : -1, POLLIN, 0}, {errOpen ? errPipe[0] : -1, POLLIN, 0}};
+        pollfd fds[2] = {{outOpen ? outPipe[0] : -1, POLLIN, 0},
+                         {errOpen ? errPipe[0] : -1, POLLIN, 0}};
         ::poll(fds, 2, wait);
         if (fds[0].revents != 0) {
             drain(outPipe[0], result.out, outOpen);

@@ -10,9 +10,9 @@
 namespace quillet::test {
 
 struct ProcessResult {
-    int status = -1;   // exit status, or 128 + signal number when killed by a signal
-    std::string out;   // standard output
-    std::string err;   // standard error
+    int status = -1;       // exit status, or 128 + signal number when killed by a signal
+    std::string out;       // standard output
+    std::string err;       // standard error
     bool timedOut = false; // killed (SIGKILL) because it outlived its timeout
 };
 
