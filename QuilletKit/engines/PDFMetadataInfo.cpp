@@ -3,6 +3,7 @@
 #include "model/JSONDecodingError.hpp"
 
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace quillet {
@@ -83,8 +84,11 @@ PDFMetadataInfo PDFMetadataInfo::fromJSON(const nlohmann::ordered_json& json) {
         if (found == json.end() || found->is_null()) {
             continue;
         }
-        if (!found->is_number()) {
-            throwMismatch(key, "a number of seconds");
+        // Nanosecond time points span about ±292 years; beyond ±200 years a date is data
+        // corruption, and converting it would overflow.
+        constexpr double limit = 200.0 * 366 * 86400;
+        if (!found->is_number() || !(std::abs(found->get<double>()) < limit)) {
+            throwMismatch(key, "a number of seconds within 200 years of 2001");
         }
         info.*field = fromReferenceSeconds(found->get<double>());
     }

@@ -48,6 +48,9 @@ TEST(PDFMetadataInfoTest, DecodingTreatsNullAsAbsentAndRejectsWrongTypes) {
     const std::vector<std::pair<const char*, const char*>> wrong = {
         {R"({"author":3})", "author"},
         {R"({"creationDate":"2024-01-31"})", "creationDate"},
+        // Out of range for a time point: refused instead of overflowing.
+        {R"({"modificationDate":1e300})", "modificationDate"},
+        {R"({"creationDate":-9.3e9})", "creationDate"},
         {R"([])", ""},
     };
     for (const auto& [text, key] : wrong) {
