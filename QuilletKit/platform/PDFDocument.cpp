@@ -67,7 +67,9 @@ bool PDFDocument::load(const std::string& password) {
         rebuildPageTreeIfEmpty(*qpdf);
         // Refused here rather than when writing or rendering: qpdf's writer and the renderer
         // decode stacked filters in full, with no ceiling of their own.
-        if (!stackedStreamsWithin(*qpdf)) {
+        const bool suspect = storage_->memory ? mayStackFilters(std::string_view(*storage_->memory))
+                                              : mayStackFilters(path_);
+        if (suspect && !stackedStreamsWithin(*qpdf)) {
             throw PDFDocumentError(
                 Kind::cannotOpen,
                 fmt::format("{}: streams expand to more than {} MB when decoded (a decompression "

@@ -5,6 +5,13 @@
 
 #include <stdexcept>
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+
 namespace quillet {
 namespace {
 
@@ -140,6 +147,83 @@ bool stackedStreamsWithin(QPDF& qpdf, std::size_t budget) {
         }
     }
     return true;
+}
+
+namespace {
+
+bool isSpace(char c) { return std::string_view(" \t\r\n\f", 6).find(c) != std::string_view::npos; }
+
+// Counts the expanding filters named in the array that starts at `at` ('['), up to its ']'.
+int expandingFiltersInArray(std::string_view bytes, std::size_t at) {
+    int count = 0;
+    for (auto i = at + 1; i < bytes.size() && bytes[i] != ']' && i < at + 512; ++i) {
+        if (bytes[i] != '/') {
+            continue;
+        }
+        auto end = i + 1;
+        while (end < bytes.size() && std::isalnum(static_cast<unsigned char>(bytes[end]))) {
+            ++end;
+        }
+        const auto name = bytes.substr(i + 1, end - i - 1);
+        if (name == "FlateDecode" || name == "Fl" || name == "LZWDecode" || name == "LZW" ||
+            name == "RunLengthDecode" || name == "RL") {
+            ++count;
+        }
+        i = end - 1;
+    }
+    return count;
+}
+
+} // namespace
+
+bool mayStackFilters(std::string_view bytes) {
+    constexpr std::string_view key = "/Filter";
+    for (auto at = bytes.find(key); at != std::string_view::npos; at = bytes.find(key, at + 1)) {
+        auto next = at + key.size();
+        while (next < bytes.size() && isSpace(bytes[next])) {
+            ++next;
+        }
+        if (next >= bytes.size()) {
+            break;
+        }
+        if ((bytes[next] == '[' && expandingFiltersInArray(bytes, next) >= 2) ||
+            (bytes[next] >= '0' && bytes[next] <= '9')) {
+            return true;
+        }
+    }
+    // A name written with # escapes could spell /Filter where the search above cannot see it.
+    constexpr std::string_view escaped = "/F";
+    for (auto at = bytes.find(escaped); at != std::string_view::npos; at = bytes.find(escaped, at + 1)) {
+        auto end = at + 1;
+        while (end < bytes.size() && std::isalnum(static_cast<unsigned char>(bytes[end]))) {
+            ++end;
+        }
+        if (end < bytes.size() && bytes[end] == '#') {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool mayStackFilters(const std::filesystem::path& file) {
+    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return true;
+    }
+    struct stat info {};
+    if (::fstat(fd, &info) != 0 || info.st_size <= 0) {
+        ::close(fd);
+        return true;
+    }
+    const auto size = static_cast<std::size_t>(info.st_size);
+    void* mapped = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, fd, 0);
+    ::close(fd);
+    if (mapped == MAP_FAILED) {
+        return true;
+    }
+    const bool result = mayStackFilters(std::string_view(static_cast<const char*>(mapped), size));
+    ::munmap(mapped, size);
+    return result;
 }
 
 } // namespace quillet

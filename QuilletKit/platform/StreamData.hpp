@@ -11,7 +11,9 @@
 class QPDF;
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
+#include <string_view>
 #include <string>
 
 namespace quillet {
@@ -35,5 +37,15 @@ std::optional<std::string> pageContentData(QPDFObjectHandle page,
 /// a bomb costs at most the time to decode `budget` bytes. Resolves every object; throws what
 /// qpdf throws for a file too damaged for that.
 bool stackedStreamsWithin(QPDF& qpdf, std::size_t budget = limits::stackedFilterBytes);
+
+/// Whether the raw bytes of a PDF may hold a stream with several filters: a /Filter followed by
+/// an array or an indirect reference, or a name written with # escapes (which could spell
+/// /Filter). A scan of the bytes in a few milliseconds, so that `stackedStreamsWithin`, which
+/// parses every object, runs only on the rare files where it can find something.
+bool mayStackFilters(std::string_view bytes);
+
+/// The same for a file, read through a read-only mapping. True when the file cannot be read, so
+/// that the full check decides.
+bool mayStackFilters(const std::filesystem::path& file);
 
 } // namespace quillet
