@@ -10,6 +10,7 @@ start=$(date +%s)
 if [[ "${1:-}" == "--sanitize" ]]; then
     export QUILLET_BUILD_DIR=build-sanitize
     export UBSAN_OPTIONS=print_stacktrace=1
+    export LSAN_OPTIONS="suppressions=$root/scripts/lsan.supp:print_suppressions=0"
     ./scripts/install-deps.sh
     if [[ ! -f "$QUILLET_BUILD_DIR/build.ninja" ]]; then
         mkdir -p "$QUILLET_BUILD_DIR"
