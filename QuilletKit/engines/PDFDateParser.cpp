@@ -57,6 +57,14 @@ std::optional<Clock::time_point> localTime(std::string_view digits) {
     if (seconds == static_cast<std::time_t>(-1) && fields.tm_wday == -1) {
         return std::nullopt;
     }
+    // A time point spans about ±292 years around 1970 (years 1678 to 2262); the four digits of a
+    // PDF year go further. Such a date is not a date anyone wrote: absent, not an overflow. The
+    // margin leaves room for the time-zone offset added later.
+    constexpr std::time_t margin = 1'000'000;
+    const auto limit = std::chrono::duration_cast<std::chrono::seconds>(Clock::duration::max()).count();
+    if (seconds > limit - margin || seconds < -(limit - margin)) {
+        return std::nullopt;
+    }
     return Clock::from_time_t(seconds);
 }
 

@@ -90,7 +90,11 @@ INSTANTIATE_TEST_SUITE_P(
         DateCase{"UTC", "D:20240131126000", std::nullopt},
         DateCase{"UTC", "D:2024-01-31T12:00", std::nullopt},
         // A date before 1970 is a date like any other.
-        DateCase{"UTC", "D:19691231235959", utc(1969y / December / 31, 23, 59) + 59s}));
+        DateCase{"UTC", "D:19691231235959", utc(1969y / December / 31, 23, 59) + 59s},
+        // Years a time point cannot hold (found by fuzzing: the conversion overflowed).
+        DateCase{"UTC", "D:11900101000000", std::nullopt},
+        DateCase{"UTC", "D:99991231235959+23'59'", std::nullopt},
+        DateCase{"UTC", "D:00000101000000", std::nullopt}));
 
 } // namespace
 } // namespace quillet
