@@ -17,12 +17,26 @@ bool fileExists(const std::filesystem::path& url) {
     return std::filesystem::exists(url, ignored);
 }
 
-// The page model's view of a file: any failure to make a document of it is `cannotOpen`.
+// The page model's view of a file: a file refused on purpose says why; any other failure to make
+// a document of it is `cannotOpen`.
+[[noreturn]] void rethrowOpening(const std::filesystem::path& url) {
+    try {
+        throw;
+    } catch (const PDFDocumentError& error) {
+        if (error.kind() == PDFDocumentError::Kind::refused) {
+            throw PDFCoreError::invalidInput(error.what());
+        }
+        throw PDFCoreError::cannotOpen(url);
+    } catch (const std::exception&) {
+        throw PDFCoreError::cannotOpen(url);
+    }
+}
+
 PDFDocument openOrThrow(const std::filesystem::path& url) {
     try {
         return PDFDocument::open(url);
     } catch (const std::exception&) {
-        throw PDFCoreError::cannotOpen(url);
+        rethrowOpening(url);
     }
 }
 
@@ -31,7 +45,7 @@ bool tryUnlock(PDFDocument& document, const std::filesystem::path& url,
     try {
         return document.unlock(password) && !document.isLocked();
     } catch (const std::exception&) {
-        throw PDFCoreError::cannotOpen(url);
+        rethrowOpening(url);
     }
 }
 

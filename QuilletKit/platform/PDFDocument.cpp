@@ -71,10 +71,11 @@ bool PDFDocument::load(const std::string& password) {
                                               : mayStackFilters(path_);
         if (suspect && !stackedStreamsWithin(*qpdf)) {
             throw PDFDocumentError(
-                Kind::cannotOpen,
-                fmt::format("{}: streams expand to more than {} MB when decoded (a decompression "
-                            "bomb?)",
-                            description_, limits::stackedFilterBytes >> 20));
+                Kind::refused,
+                fmt::format("{} is not processed: its streams expand to more than {} MB when "
+                            "decoded.",
+                            path_.empty() ? description_ : path_.filename().string(),
+                            limits::stackedFilterBytes >> 20));
         }
     } catch (const PDFDocumentError&) {
         throw;

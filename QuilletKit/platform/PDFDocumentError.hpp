@@ -21,6 +21,9 @@ class PDFDocumentError : public std::runtime_error {
         writeFailed,
         /// A page or object of an opened document is too damaged for the operation.
         damaged,
+        /// The file is readable but holds what is refused on purpose (a decompression bomb); the
+        /// message says what, for the user.
+        refused,
     };
 
     PDFDocumentError(Kind kind, const std::string& message)

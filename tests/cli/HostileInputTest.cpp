@@ -440,5 +440,19 @@ const HostileCase cases[] = {
 INSTANTIATE_TEST_SUITE_P(Hostile, HostileInput, testing::ValuesIn(cases),
                          [](const auto& info) { return std::string(info.param.name); });
 
+// A bomb is refused with words that say why, not as a file that cannot be opened.
+TEST(HostileMessages, DecompressionBombSaysWhy) {
+    test::TempDir dir;
+    const auto bomb = dir.write(
+        "bomb.pdf", onePage(flateBomb(), "<< >>", {}, "/Filter [/FlateDecode /FlateDecode]"));
+    for (const char* command : {"info", "compress", "split"}) {
+        const auto result = test::runProcess(QUILLET_BINARY, {command, bomb.string()}, {}, perRunTimeout);
+        EXPECT_EQ(result.status, 1) << command;
+        EXPECT_EQ(result.err, "error: bomb.pdf is not processed: its streams expand to more than "
+                              "256 MB when decoded.\n")
+            << command;
+    }
+}
+
 } // namespace
 } // namespace quillet
