@@ -224,8 +224,18 @@ PDFImageEngine::Result PDFImageEngine::pdfToImages(
     const PDFRenderer renderer;
     PDFRenderer::Document document = openForRendering(renderer, input);
     refuseOversizedPages(document, pages, dpi, input);
-    if (!outputDirectory.empty()) {
-        fs::create_directories(outputDirectory);
+    // A folder made for this run goes again if the run ends without an image in it.
+    struct MadeFolder {
+        fs::path path;
+        ~MadeFolder() {
+            std::error_code ignored;
+            if (!path.empty() && fs::is_empty(path, ignored)) {
+                fs::remove(path, ignored);
+            }
+        }
+    } made;
+    if (!outputDirectory.empty() && fs::create_directories(outputDirectory)) {
+        made.path = outputDirectory;
     }
 
     Result result;

@@ -334,6 +334,12 @@ TEST(ImageEngineExport, CancelledAfterTheFirstPageKeepsItOnly) {
                                              "", 0.85, {}, [&] { return ++asked > 1; }),
                  CancellationError);
     EXPECT_EQ(namesIn(dir / "out"), std::vector<std::string>{"doc-page-01.png"});
+
+    // Cancelled before any image: the folder this run made is gone again.
+    EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "fresh", "doc", ImageOutputFormat::png,
+                                             36, "", 0.85, {}, [] { return true; }),
+                 CancellationError);
+    EXPECT_FALSE(std::filesystem::exists(dir / "fresh"));
 }
 
 // The oversized page comes last, so an export that checked late would already have written.
