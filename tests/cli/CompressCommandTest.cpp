@@ -1,6 +1,6 @@
 // `quillet compress` run as a user runs it.
 #include "support/PDFBuilder.hpp"
-#include "support/Process.hpp"
+#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -11,9 +11,7 @@ namespace quillet {
 namespace {
 namespace fs = std::filesystem;
 
-test::ProcessResult quillet(const std::vector<std::string>& arguments) {
-    return test::runProcess(QUILLET_BINARY, arguments);
-}
+using test::quillet;
 
 fs::path scan(const test::TempDir& dir, const std::string& name) {
     test::PDFBuilder builder;

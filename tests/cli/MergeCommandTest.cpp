@@ -2,7 +2,7 @@
 // output choice and refusals.
 #include "engines/Formatters.hpp"
 #include "support/PDFBuilder.hpp"
-#include "support/Process.hpp"
+#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -16,9 +16,7 @@ namespace fs = std::filesystem;
 using test::PDFBuilder;
 using test::TempDir;
 
-test::ProcessResult quillet(const std::vector<std::string>& arguments) {
-    return test::runProcess(QUILLET_BINARY, arguments);
-}
+using test::quillet;
 
 fs::path pages(const TempDir& dir, const std::string& name, int count) {
     PDFBuilder builder;

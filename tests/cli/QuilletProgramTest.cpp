@@ -3,7 +3,7 @@
 #include "cli/QuilletCLIEntry.hpp"
 #include "cli/Usage.hpp"
 #include "platform/TemporaryFile.hpp"
-#include "support/Process.hpp"
+#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -15,9 +15,7 @@
 namespace quillet {
 namespace {
 
-test::ProcessResult quillet(const std::vector<std::string>& arguments) {
-    return test::runProcess(QUILLET_BINARY, arguments);
-}
+using test::quillet;
 
 TEST(QuilletProgram, UsageTextIsExact) {
     const std::string& usage = usageText();

@@ -1,7 +1,7 @@
 // `quillet split`, run as the real program: what it writes, prints and exits with.
 #include "engines/Formatters.hpp"
 #include "support/PDFBuilder.hpp"
-#include "support/Process.hpp"
+#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -17,9 +17,7 @@ namespace fs = std::filesystem;
 using test::PDFBuilder;
 using test::TempDir;
 
-test::ProcessResult quillet(const std::vector<std::string>& arguments) {
-    return test::runProcess(QUILLET_BINARY, arguments);
-}
+using test::quillet;
 
 fs::path pagesFile(const TempDir& dir, int count, const std::string& name = "doc.pdf") {
     PDFBuilder builder;
