@@ -6,7 +6,12 @@ at run time; nothing it makes is committed.
     make-scan.py OUT.pdf --dpi 300 page1.jpg page2.jpg ...
 """
 import argparse
+import os
 import struct
+import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "scripts"))
+from pdfwrite import pdf_bytes  # noqa: E402
 
 
 def jpeg_info(data):
@@ -54,18 +59,7 @@ def main():
     kids = b" ".join(b"%d 0 R" % p for p in page_ids)
     objects.append(b"<< /Type /Pages /Kids [%s] /Count %d >>" % (kids, len(page_ids)))
     objects.append(b"<< /Type /Catalog /Pages %d 0 R >>" % pages_id)
-    out = bytearray(b"%PDF-1.4\n%\xe2\xe3\xcf\xd3\n")
-    offsets = []
-    for number, body in enumerate(objects, start=1):
-        offsets.append(len(out))
-        out += b"%d 0 obj\n" % number + body + b"\nendobj\n"
-    xref = len(out)
-    out += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
-    for offset in offsets:
-        out += b"%010d 00000 n \n" % offset
-    out += b"trailer\n<< /Size %d /Root %d 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (
-        len(objects) + 1, len(objects), xref)
-    open(args.out, "wb").write(out)
+    open(args.out, "wb").write(pdf_bytes(objects, len(objects), version=b"1.4"))
 
 
 if __name__ == "__main__":

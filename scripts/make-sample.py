@@ -10,6 +10,8 @@ import random
 import sys
 import zlib
 
+from pdfwrite import pdf_bytes
+
 A4 = (595.28, 841.89)
 
 
@@ -97,19 +99,8 @@ def main(path):
     info = add(b"<< /Title (Quillet sample) /Author (Quillet project) /Creator (make-sample.py) "
                b"/CreationDate (D:20261122120000Z) >>")
 
-    out = bytearray(b"%PDF-1.7\n%\xe2\xe3\xcf\xd3\n")
-    offsets = []
-    for number, body in enumerate(objects, start=1):
-        offsets.append(len(out))
-        out += b"%d 0 obj\n" % number + body + b"\nendobj\n"
-    xref = len(out)
-    out += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
-    for offset in offsets:
-        out += b"%010d 00000 n \n" % offset
-    out += b"trailer\n<< /Size %d /Root %d 0 R /Info %d 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (
-        len(objects) + 1, catalog, info, xref)
     with open(path, "wb") as f:
-        f.write(out)
+        f.write(pdf_bytes(objects, catalog, info))
 
 
 if __name__ == "__main__":
