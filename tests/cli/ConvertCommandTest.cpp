@@ -27,15 +27,6 @@ fs::path letterPages(const TempDir& dir, int count, const std::string& name = "d
     return builder.write(dir / name);
 }
 
-std::vector<std::string> filesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 struct OptionCase {
     const char* name;
     std::vector<std::string> options;
@@ -61,7 +52,7 @@ TEST_P(ConvertCommandOptions, WritesAndReportsTheImages) {
     EXPECT_EQ(result.out, fmt::format("doc.pdf: {} × {} @ {} DPI → {}\n", c.files.size(),
                                       c.shownFormat, c.shownDPI, folder.string()));
     EXPECT_TRUE(result.err.ends_with("] 100%\n")) << result.err;
-    EXPECT_EQ(filesIn(folder), c.files);
+    EXPECT_EQ(test::fileNames(folder), c.files);
     const auto image = ImageIO::decode(folder / c.files.front());
     ASSERT_TRUE(image.has_value());
     EXPECT_EQ(image->width(), c.width);
@@ -131,7 +122,7 @@ TEST(ConvertCommand, EveryInputIntoTheGivenFolder) {
     EXPECT_EQ(result.out, fmt::format("first.pdf: 2 × PNG @ 20 DPI → {0}\n"
                                       "second.pdf: 1 × PNG @ 20 DPI → {0}\n",
                                       folder.string()));
-    EXPECT_EQ(filesIn(folder), (std::vector<std::string>{"first-page-01.png", "first-page-02.png",
+    EXPECT_EQ(test::fileNames(folder), (std::vector<std::string>{"first-page-01.png", "first-page-02.png",
                                                          "second-page-01.png"}));
 }
 

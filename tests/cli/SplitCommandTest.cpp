@@ -27,15 +27,6 @@ fs::path pagesFile(const TempDir& dir, int count, const std::string& name = "doc
     return builder.write(dir / name);
 }
 
-std::vector<std::string> filesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 int pdfinfoPages(const fs::path& path) {
     const auto info = test::runProcess("/usr/bin/pdfinfo", {path.string()});
     const auto at = info.out.find("Pages:");
@@ -75,7 +66,7 @@ TEST_P(SplitCommandModes, WritesAndListsTheParts) {
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, expectedOutput(dir.path(), c.pages));
     EXPECT_TRUE(result.err.ends_with("] 100%\n")) << result.err;
-    EXPECT_EQ(filesIn(dir.path()).size(), c.pages.size() + 1);
+    EXPECT_EQ(test::fileNames(dir.path()).size(), c.pages.size() + 1);
     for (std::size_t k = 0; k < c.pages.size(); ++k) {
         const auto parts = std::count(c.pages[k].begin(), c.pages[k].end(), ',') + 1;
         EXPECT_EQ(pdfinfoPages(dir / fmt::format("doc-part{}.pdf", k + 1)), parts) << k;
@@ -109,7 +100,7 @@ TEST(SplitCommand, PartNumbersArePaddedToTheWidthOfTheCount) {
         const auto result =
             quillet({"split", pagesFile(dir, row.pages).string(), "-o", (dir / "parts").string()});
         ASSERT_EQ(result.status, 0) << result.err;
-        const auto names = filesIn(dir / "parts");
+        const auto names = test::fileNames(dir / "parts");
         ASSERT_EQ(names.size(), static_cast<std::size_t>(row.pages));
         EXPECT_EQ(names.front(), row.first);
         EXPECT_EQ(names.back(), row.last);
@@ -127,10 +118,10 @@ TEST(SplitCommand, WritesIntoTheGivenFolderCreatingIt) {
     const auto folder = dir / "out/nested";
     const auto result = quillet({"split", "-o", folder.string(), input.string()});
     ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(filesIn(folder),
+    EXPECT_EQ(test::fileNames(folder),
               (std::vector<std::string>{"report.v2-part1.pdf", "report.v2-part2.pdf"}));
     EXPECT_TRUE(result.out.starts_with("report.v2-part1.pdf: pages 1 (")) << result.out;
-    for (const auto& name : filesIn(folder)) {
+    for (const auto& name : test::fileNames(folder)) {
         const auto check = test::runProcess("/usr/bin/qpdf", {"--check", (folder / name).string()});
         EXPECT_EQ(check.status, 0) << name << check.out;
     }
@@ -162,7 +153,7 @@ TEST_P(SplitCommandFailures, ReportsAndWritesNothing) {
     EXPECT_EQ(result.status, c.status);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, c.err);
-    EXPECT_EQ(filesIn(dir.path()), (std::vector<std::string>{"doc.pdf", "fake.pdf", "other.pdf"}));
+    EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"doc.pdf", "fake.pdf", "other.pdf"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -207,7 +198,7 @@ TEST(SplitCommand, ALockedFileNeedsItsPassword) {
     const auto result = quillet({"split", input.string()});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "error: Incorrect password.\n");
-    EXPECT_EQ(filesIn(dir.path()), (std::vector<std::string>{"locked.pdf"}));
+    EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"locked.pdf"}));
 }
 
 } // namespace

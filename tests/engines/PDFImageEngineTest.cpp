@@ -37,17 +37,6 @@ PDFImageEngine::Result exportPages(const fs::path& input, const fs::path& folder
                                        threads);
 }
 
-std::vector<std::string> namesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    if (fs::exists(folder)) {
-        for (const auto& entry : fs::directory_iterator(folder)) {
-            names.push_back(entry.path().filename().string());
-        }
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 // Pixels darker than mid-gray in [x0, x1) x [y0, y1) of an RGB or gray bitmap.
 int darkPixels(const Bitmap& image, int x0, int y0, int x1, int y1) {
     int dark = 0;
@@ -135,7 +124,7 @@ TEST(ImageEngineExport, SelectionInPageOrderWithProgress) {
         input, out, "doc", ImageOutputFormat::png, 36, "8,3,1,3,5-6", 0.85,
         [&](double fraction) {
             progress.push_back(fraction);
-            auto names = namesIn(out);
+            auto names = test::fileNames(out);
             std::erase_if(names, [](const std::string& name) { return name.starts_with("."); });
             visible.push_back(names);
         },
@@ -149,7 +138,7 @@ TEST(ImageEngineExport, SelectionInPageOrderWithProgress) {
                   std::vector<std::string>(expected.begin(), expected.begin() + i + 1));
     }
     EXPECT_EQ(progress, (std::vector<double>{0.2, 0.4, 0.6, 0.8, 1.0}));
-    EXPECT_EQ(namesIn(out), expected);
+    EXPECT_EQ(test::fileNames(out), expected);
 }
 
 TEST(ImageEngineExport, ThreeDigitsForAHundredPages) {
@@ -321,7 +310,7 @@ TEST(ImageEngineExport, ReplacesAnExistingImageAndLeavesNoTemporaryFiles) {
     fs::create_directories(dir / "out");
     std::ofstream(dir / "out" / "doc-page-02.png") << "stale";
     exportPages(input, dir / "out");
-    EXPECT_EQ(namesIn(dir / "out"),
+    EXPECT_EQ(test::fileNames(dir / "out"),
               (std::vector<std::string>{"doc-page-01.png", "doc-page-02.png"}));
     EXPECT_NE(test::readFile(dir / "out" / "doc-page-02.png"), "stale");
 }
@@ -333,7 +322,7 @@ TEST(ImageEngineExport, CancelledAfterTheFirstPageKeepsItOnly) {
     EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "out", "doc", ImageOutputFormat::png, 36,
                                              "", 0.85, {}, [&] { return ++asked > 1; }),
                  CancellationError);
-    EXPECT_EQ(namesIn(dir / "out"), std::vector<std::string>{"doc-page-01.png"});
+    EXPECT_EQ(test::fileNames(dir / "out"), std::vector<std::string>{"doc-page-01.png"});
 
     // Cancelled before any image: the folder this run made is gone again.
     EXPECT_THROW(PDFImageEngine::pdfToImages(input, dir / "fresh", "doc", ImageOutputFormat::png,
@@ -369,7 +358,7 @@ TEST_P(ImageEngineLimit, RefusedWithAClearMessageAndNothingWritten) {
         EXPECT_NE(message.find(c.size), std::string::npos) << message;
         EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
     }
-    EXPECT_TRUE(namesIn(dir / "out").empty());
+    EXPECT_TRUE(test::fileNames(dir / "out").empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Pages, ImageEngineLimit,

@@ -306,15 +306,6 @@ fs::path numberedPages(const TempDir& dir, int count) {
     return builder.write(dir / "in.pdf");
 }
 
-std::vector<std::string> namesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 TEST(SplitWriteChunkPages, KeepsTheGivenOrderRepeatsAndSkipsWhatIsNotThere) {
     TempDir dir;
     auto document = PDFDocumentEngine::openUnlock(numberedPages(dir, 4), "");
@@ -361,7 +352,7 @@ TEST(SplitWriteChunkPages, FailuresLeaveNoFileAndKeepWhatWasThere) {
     EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
     EXPECT_EQ(error.text(), "part.pdf");
 
-    EXPECT_EQ(namesIn(dir.path()), (std::vector<std::string>{"existing.pdf", "in.pdf"}));
+    EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"existing.pdf", "in.pdf"}));
 }
 
 // A whole plan written in turn: parts, callbacks and failures exactly as a serial loop would give.
@@ -424,7 +415,7 @@ TEST(SplitWriteChunks, StopsAtTheFirstFailureWithTheEarlierPartsInPlace) {
             expected.push_back(fmt::format("p{}.pdf", row.run.callbackFailsAt));
         }
         std::sort(expected.begin(), expected.end());
-        EXPECT_EQ(namesIn(dir.path()), expected);
+        EXPECT_EQ(test::fileNames(dir.path()), expected);
         for (std::size_t k = 0; k < row.reported.size(); ++k) {
             auto part = PDFDocumentEngine::openCG(dir / fmt::format("p{}.pdf", k));
             EXPECT_EQ(decodedContents(part.page(0)),

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace quillet::test {
 
@@ -26,6 +27,9 @@ class TempDir {
 
 /// The whole content of a file ("" when it cannot be read).
 std::string readFile(const std::filesystem::path& path);
+
+/// The names in `folder`, sorted; none when it does not exist.
+std::vector<std::string> fileNames(const std::filesystem::path& folder);
 
 /// A file of the shared real-world corpus, e.g. corpus("001-trivial/minimal-document.pdf").
 std::filesystem::path corpus(const std::string& relative);
