@@ -11,6 +11,7 @@ packages=(
     libvips-dev libheif-dev
     nlohmann-json3-dev libfmt-dev
     libgtest-dev libgmock-dev
+    qt6-base-dev
     qpdf poppler-utils libimage-exiftool-perl
 )
 
