@@ -38,7 +38,7 @@ std::vector<TaskSpec> TaskSpec::listFromJSON(const ordered_json& json) {
     return specs;
 }
 
-std::string parametersData(const OperationParameters& parameters) {
+std::string encodedParameters(const OperationParameters& parameters) {
     return toJSON(parameters).dump();
 }
 
@@ -51,7 +51,7 @@ std::optional<std::string> parametersDataWithoutPasswords(const std::string& dat
         } else if (auto* unprotect = std::get_if<OperationParameters::Unprotect>(&parameters.value)) {
             unprotect->password.clear();
         }
-        return parametersData(parameters);
+        return encodedParameters(parameters);
     } catch (const std::exception&) {
         return std::nullopt;
     }
@@ -68,7 +68,7 @@ TaskRecord TaskRecord::fromSpec(const TaskSpec& spec, TaskTime createdAt) {
     }
     record.inputURLs = spec.inputs;
     try {
-        record.parametersData = parametersData(spec.parameters);
+        record.parametersData = encodedParameters(spec.parameters);
     } catch (const std::exception&) {
         // A value JSON cannot hold (invalid UTF-8 in a password): the record simply has none.
     }

@@ -89,7 +89,7 @@ struct HistoryEntry {
 };
 
 /// The JSON text of `parameters` as a record keeps it.
-std::string parametersData(const OperationParameters& parameters);
+std::string encodedParameters(const OperationParameters& parameters);
 
 /// `data` with every password emptied, for files that must never hold one. Text that does not
 /// decode as parameters gives nothing: what it holds cannot be checked.
