@@ -1,5 +1,6 @@
 // `quillet job SPEC.json [--progress-json]`: runs task specs (one object, or an array as the
-// queue file holds them) through the task runner, one after the other.
+// queue file holds them) through the task runner, one after the other. "-" reads the specs from
+// standard input, so a caller can hand over passwords without writing them to a file.
 //
 // Plain output: each written file's path on its own line; a failed spec prints "error: " and its
 // text on standard error and the next spec still runs; the status is 1 when any spec failed.
@@ -18,6 +19,8 @@
 #include "tasks/TaskRunner.hpp"
 
 #include <cmath>
+#include <iostream>
+#include <sstream>
 #include <stdexcept>
 
 namespace quillet {
@@ -25,8 +28,17 @@ namespace {
 
 using nlohmann::ordered_json;
 
+std::optional<std::string> readAll(const std::filesystem::path& file) {
+    if (file == "-") {
+        std::ostringstream content;
+        content << std::cin.rdbuf();
+        return std::move(content).str();
+    }
+    return StateFile::read(file);
+}
+
 std::vector<TaskSpec> readSpecs(const std::filesystem::path& file) {
-    const auto bytes = StateFile::read(file);
+    const auto bytes = readAll(file);
     if (!bytes) {
         throw CLIError("cannot read job file: " + file.string());
     }
