@@ -1,0 +1,240 @@
+#include "engines/PDFCoreError.hpp"
+#include "platform/PDFDocument.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+#include "tasks/TaskRunner.hpp"
+
+#include <gtest/gtest.h>
+
+namespace quillet {
+namespace {
+
+namespace fs = std::filesystem;
+using P = OperationParameters;
+using test::PDFBuilder;
+using test::TempDir;
+
+/// A PDF whose page k (zero-based) is 300 + k points wide, so pages can be told apart.
+fs::path numberedPDF(const fs::path& path, int pages) {
+    PDFBuilder builder;
+    for (int k = 0; k < pages; ++k) {
+        builder.addPage(300 + k, 400).text("page " + std::to_string(k + 1));
+    }
+    return builder.write(path);
+}
+
+std::vector<int> pageWidths(const fs::path& path) {
+    auto document = PDFDocument::open(path);
+    std::vector<int> widths;
+    for (int i = 0; i < document.pageCount(); ++i) {
+        widths.push_back(static_cast<int>(document.page(i).mediaBox().width));
+    }
+    return widths;
+}
+
+TaskSpec spec(PDFOperationKind operation, std::vector<fs::path> inputs, P parameters,
+              OutputRule rule = {}) {
+    std::vector<std::string> paths;
+    for (const auto& input : inputs) {
+        paths.push_back(input.string());
+    }
+    return TaskSpec::make(operation, paths, rule, std::move(parameters));
+}
+
+struct Recorded {
+    std::vector<double> reports;
+    TaskRunner::Progress callback() {
+        return [this](double p) { reports.push_back(p); };
+    }
+    bool saw(double value) const {
+        return std::find(reports.begin(), reports.end(), value) != reports.end();
+    }
+};
+
+TEST(TaskRunner, NoExistingInputFailsBeforeAnyWork) {
+    TempDir dir;
+    const auto gone = dir / "gone.pdf";
+    try {
+        TaskRunner::run(spec(PDFOperationKind::merge, {gone, dir / "also-gone.pdf"}, P::Merge{}),
+                        {}, {});
+        FAIL() << "no error";
+    } catch (const PDFCoreError& error) {
+        EXPECT_STREQ(error.what(), "No input files.");
+    }
+    EXPECT_TRUE(test::fileNames(dir.path()).empty());
+}
+
+struct MismatchRow {
+    PDFOperationKind operation;
+    const char* message;
+};
+
+class ParametersOfAnotherKind : public ::testing::TestWithParam<MismatchRow> {};
+
+TEST_P(ParametersOfAnotherKind, AreRefusedWithTheOperationsMessage) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "in.pdf", 1);
+    try {
+        TaskRunner::run(spec(GetParam().operation, {input}, P::Merge{}), {}, {});
+        FAIL() << "no error";
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+        EXPECT_STREQ(error.what(), GetParam().message);
+    }
+    EXPECT_EQ(test::fileNames(dir.path()), std::vector<std::string>{"in.pdf"});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ParametersOfAnotherKind,
+    ::testing::Values(MismatchRow{PDFOperationKind::split, "Missing split parameters."},
+                      MismatchRow{PDFOperationKind::pdfToImages, "Missing conversion parameters."},
+                      MismatchRow{PDFOperationKind::protect, "Missing password."},
+                      MismatchRow{PDFOperationKind::unprotect, "Missing password."},
+                      MismatchRow{PDFOperationKind::clean, "Missing clean preset."},
+                      MismatchRow{PDFOperationKind::organize, "Missing organize parameters."}));
+
+TEST(TaskRunner, ThreeInputsShareTheProgressInThirds) {
+    TempDir dir;
+    std::vector<fs::path> inputs;
+    for (const char* name : {"a.pdf", "b.pdf", "c.pdf"}) {
+        inputs.push_back(numberedPDF(dir / name, 2));
+    }
+    Recorded progress;
+    const auto result = TaskRunner::run(
+        spec(PDFOperationKind::compress, inputs, P::Compress{CompressionQualityTier::lossless}),
+        progress.callback(), {});
+    EXPECT_TRUE(progress.saw(1.0 / 3.0));
+    EXPECT_TRUE(progress.saw(1.0 / 3.0 + 1.0 / 3.0));
+    EXPECT_EQ(progress.reports.back(), 1.0);
+    EXPECT_TRUE(std::is_sorted(progress.reports.begin(), progress.reports.end()));
+    ASSERT_EQ(result.outputs.size(), 3u);
+    EXPECT_EQ(result.outputs[0], dir / "a-compressed.pdf");
+    EXPECT_EQ(result.originalBytes,
+              TaskRunner::inputSize(inputs[0]) + TaskRunner::inputSize(inputs[1]) +
+                  TaskRunner::inputSize(inputs[2]));
+}
+
+TEST(TaskRunner, ProtectReportsFourTenthsOfItsShareAfterOpening) {
+    TempDir dir;
+    const auto first = numberedPDF(dir / "a.pdf", 1);
+    const auto second = numberedPDF(dir / "b.pdf", 1);
+    Recorded progress;
+    const auto result = TaskRunner::run(
+        spec(PDFOperationKind::protect, {first, second}, P::Protect{"open", ""}),
+        progress.callback(), {});
+    EXPECT_TRUE(progress.saw(0.2));
+    EXPECT_TRUE(progress.saw(0.5 + 0.5 * 0.4));
+    ASSERT_EQ(result.outputs.size(), 2u);
+    EXPECT_TRUE(PDFDocument::open(result.outputs[0]).isLocked());
+    EXPECT_FALSE(result.note);
+}
+
+TEST(TaskRunner, TargetSizeNamesTheFileAfterTheTargetAndReplacesIt) {
+    TempDir dir;
+    // A grainy scan of about 3 MB, well above the 1,000,000-byte target.
+    PDFBuilder builder;
+    builder.addPage().image({.width = 1000, .height = 1000, .grain = 40}, 0, 0, 612, 792);
+    const auto input = builder.write(dir / "report.pdf");
+    ASSERT_GT(TaskRunner::inputSize(input), 2'000'000);
+    dir.write("report-976.6KB.pdf", "old");
+    const auto result =
+        TaskRunner::run(spec(PDFOperationKind::targetSize, {input}, P::TargetSize{1'000'000}), {}, {});
+    EXPECT_EQ(result.outputs, std::vector<fs::path>{dir / "report-976.6KB.pdf"});
+    EXPECT_LT(result.resultBytes, TaskRunner::inputSize(input) / 2);
+    EXPECT_EQ(TaskRunner::targetSizeFileName("x/report.pdf", 2'500'000), "report-2.4MB.pdf");
+    EXPECT_EQ(TaskRunner::targetSizeFileName("x/report.pdf", 20'000'000), "report-19MB.pdf");
+}
+
+TEST(TaskRunner, TheEnginesNoteBecomesTheJobsNote) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "small.pdf", 1);
+    const auto result =
+        TaskRunner::run(spec(PDFOperationKind::targetSize, {input}, P::TargetSize{2'500'000}), {}, {});
+    EXPECT_EQ(result.outputs, std::vector<fs::path>{dir / "small-2.4MB.pdf"});
+    EXPECT_EQ(result.note, "Already under target — optimized losslessly.");
+}
+
+TEST(TaskRunner, ReplaceOriginalWritesOverTheInput) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "in.pdf", 3);
+    OutputRule rule;
+    rule.replaceOriginal = true;
+    const auto result = TaskRunner::run(
+        spec(PDFOperationKind::clean, {input}, P::Clean{CleanPreset::privacy}, rule), {}, {});
+    EXPECT_EQ(result.outputs, std::vector<fs::path>{input});
+    EXPECT_EQ(test::fileNames(dir.path()), std::vector<std::string>{"in.pdf"});
+    EXPECT_EQ(pageWidths(input), (std::vector<int>{300, 301, 302}));
+}
+
+TEST(TaskRunner, MergeCombinesEveryPageIntoOneOutput) {
+    TempDir dir;
+    std::vector<fs::path> inputs;
+    for (const char* name : {"a.pdf", "b.pdf", "c.pdf"}) {
+        inputs.push_back(numberedPDF(dir / name, 2));
+    }
+    const auto result = TaskRunner::run(spec(PDFOperationKind::merge, inputs, P::Merge{}), {}, {});
+    ASSERT_EQ(result.outputs.size(), 1u);
+    EXPECT_EQ(result.note, "6 pages combined");
+    EXPECT_EQ(pageWidths(result.outputs[0]).size(), 6u);
+    EXPECT_EQ(result.resultBytes, TaskRunner::inputSize(result.outputs[0]));
+}
+
+TEST(TaskRunner, SplitAndPageExportNameTheirCounts) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "doc.pdf", 3);
+    const auto split = TaskRunner::run(
+        spec(PDFOperationKind::split, {input}, P::Split{SplitMode::everyPage}), {}, {});
+    EXPECT_EQ(split.note, "3 files");
+    ASSERT_EQ(split.outputs.size(), 3u);
+    EXPECT_EQ(pageWidths(split.outputs[2]), std::vector<int>{302});
+
+    const auto images = TaskRunner::run(
+        spec(PDFOperationKind::pdfToImages, {input}, P::PDFToImages{"jpeg", 36, "2-3", 0.8}), {},
+        {});
+    EXPECT_EQ(images.note, "2 images");
+    EXPECT_EQ(test::fileNames(dir / "doc-images"),
+              (std::vector<std::string>{"doc-page-02.jpeg", "doc-page-03.jpeg"}));
+}
+
+TEST(TaskRunner, OrganizeKeepsTheNewOrderWithoutTheDeletedPages) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "doc.pdf", 3);
+    P::Organize organize;
+    organize.newOrder = std::vector<std::int64_t>{2, 0, 1};
+    organize.deletePages = {0};
+    organize.rotatePages = {1};
+    organize.rotations = {90};
+    const auto result = TaskRunner::run(spec(PDFOperationKind::organize, {input}, organize), {}, {});
+    ASSERT_EQ(result.outputs.size(), 1u);
+    EXPECT_EQ(pageWidths(result.outputs[0]), (std::vector<int>{302, 301}));
+    EXPECT_EQ(PDFDocument::open(result.outputs[0]).page(1).rotation(), 90);
+    EXPECT_EQ(pageWidths(input), (std::vector<int>{300, 301, 302}));
+}
+
+TEST(TaskRunner, CancellationBeforeAnInputStopsTheRun) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "a.pdf", 1);
+    EXPECT_THROW(TaskRunner::run(spec(PDFOperationKind::compress, {input}, P::Compress{}), {},
+                                 [] { return true; }),
+                 CancellationError);
+    EXPECT_EQ(test::fileNames(dir.path()), std::vector<std::string>{"a.pdf"});
+}
+
+TEST(TaskRunner, AnOutputFolderThatCannotBeMadeIsAWriteFailure) {
+    TempDir dir;
+    const auto input = numberedPDF(dir / "a.pdf", 1);
+    dir.write("blocker", "a file where a folder should be");
+    OutputRule rule;
+    rule.location = OutputRule::Location::custom;
+    rule.customFolder = (dir / "blocker" / "out").string();
+    try {
+        TaskRunner::run(spec(PDFOperationKind::compress, {input}, P::Compress{}, rule), {}, {});
+        FAIL() << "no error";
+    } catch (const PDFCoreError& error) {
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
+        EXPECT_NE(std::string(error.what()).find("blocker"), std::string::npos) << error.what();
+    }
+}
+
+} // namespace
+} // namespace quillet
