@@ -1,0 +1,111 @@
+// `quillet job`, end to end through the real program.
+#include "cli/RunQuillet.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+#include "tasks/TaskRecords.hpp"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace quillet {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::ordered_json;
+using P = OperationParameters;
+
+fs::path twoPagePDF(const fs::path& path) {
+    test::PDFBuilder builder;
+    builder.addPage().text("one");
+    builder.addPage().text("two");
+    return builder.write(path);
+}
+
+fs::path writeSpecs(const test::TempDir& dir, const std::vector<TaskSpec>& specs) {
+    return dir.write("job.json", toJSON(specs).dump());
+}
+
+std::vector<ordered_json> jsonLines(const std::string& out) {
+    std::vector<ordered_json> lines;
+    std::istringstream stream(out);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(ordered_json::parse(line));
+    }
+    return lines;
+}
+
+TEST(JobCommand, ReportsProgressAndAResultPerSpecAsJSONLines) {
+    test::TempDir dir;
+    const auto input = twoPagePDF(dir / "doc.pdf");
+    const auto split = TaskSpec::make(PDFOperationKind::split, {input.string()}, OutputRule{},
+                                      P::Split{SplitMode::everyPage});
+    const auto wrong = TaskSpec::make(PDFOperationKind::split, {input.string()}, OutputRule{},
+                                      P::Clean{CleanPreset::safe});
+    const auto result = test::quillet({"job", writeSpecs(dir, {split, wrong}).string(),
+                                       "--progress-json"});
+    EXPECT_EQ(result.status, 1) << result.err;
+    const auto lines = jsonLines(result.out);
+    ASSERT_GE(lines.size(), 3u);
+    double last = -1;
+    std::size_t i = 0;
+    for (; lines[i].contains("progress"); ++i) {
+        EXPECT_EQ(lines[i]["id"], split.id);
+        EXPECT_GE(lines[i]["progress"].get<double>(), last);
+        last = lines[i]["progress"];
+    }
+    EXPECT_EQ(last, 1.0);
+    const auto& done = lines.at(i);
+    EXPECT_EQ(done["id"], split.id);
+    EXPECT_EQ(done["note"], "2 files");
+    ASSERT_EQ(done["outputs"].size(), 2u);
+    EXPECT_TRUE(fs::exists(done["outputs"][1].get<std::string>()));
+    EXPECT_EQ(done["originalBytes"], static_cast<std::int64_t>(fs::file_size(input)));
+    EXPECT_EQ(lines.back(), (ordered_json{{"id", wrong.id}, {"error", "Missing split parameters."}}));
+}
+
+TEST(JobCommand, PrintsOnePathPerOutputForPeople) {
+    test::TempDir dir;
+    const auto input = twoPagePDF(dir / "doc.pdf");
+    auto spec = TaskSpec::make(PDFOperationKind::protect, {input.string()}, OutputRule{},
+                               P::Protect{"pw", ""});
+    // A single spec object is accepted as well as an array.
+    const auto file = dir.write("one.json", toJSON(spec).dump());
+    const auto result = test::quillet({"job", file.string()});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, (dir / "doc-protected.pdf").string() + "\n");
+}
+
+struct BadJobFile {
+    const char* name;
+    const char* content;
+};
+
+class JobCommandRefuses : public ::testing::TestWithParam<BadJobFile> {};
+
+TEST_P(JobCommandRefuses, ABadSpecFileWithAUsageError) {
+    test::TempDir dir;
+    const auto file = dir.write("job.json", GetParam().content);
+    const auto result = test::quillet({"job", file.string()});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("job.json"), std::string::npos) << result.err;
+    EXPECT_TRUE(result.out.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, JobCommandRefuses,
+    ::testing::Values(BadJobFile{"notJSON", "{"}, BadJobFile{"emptyObject", "{}"},
+                      BadJobFile{"missingRule",
+                                 R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F",)"
+                                 R"("operation":"compress","inputs":[],)"
+                                 R"("parameters":{"type":"compress","tier":"balanced"}}])"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(JobCommand, AMissingSpecFileIsNamed) {
+    const auto result = test::quillet({"job", "/nonexistent/job.json"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("/nonexistent/job.json"), std::string::npos);
+}
+
+} // namespace
+} // namespace quillet
