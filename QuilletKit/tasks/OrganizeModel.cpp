@@ -183,24 +183,29 @@ void OrganizeModel::insertFromFiles(const std::vector<fs::path>& files) {
     });
 }
 
+PDFDocument OrganizeModel::copyOfPages(bool selectedOnly) {
+    PDFDocument copy = PDFDocument::empty();
+    try {
+        for (const auto& cell : cells_) {
+            if (!selectedOnly || selection_.contains(cell.id)) {
+                PDFOrganizeEngine::copyPage(copy, *document_, cell.originalIndex, copy.pageCount());
+            }
+        }
+        copy.setAttributes(document_->attributes());
+    } catch (const std::exception&) {
+        rethrowAsCoreError();
+    }
+    if (copy.pageCount() == 0) {
+        throw PDFCoreError::emptyDocument();
+    }
+    return copy;
+}
+
 void OrganizeModel::extractSelection(const fs::path& destination) {
     if (!document_) {
         throw PDFCoreError::emptyDocument();
     }
-    PDFDocument extracted = PDFDocument::empty();
-    try {
-        for (const auto& cell : cells_) {
-            if (selection_.contains(cell.id)) {
-                PDFOrganizeEngine::copyPage(extracted, *document_, cell.originalIndex,
-                                            extracted.pageCount());
-            }
-        }
-    } catch (const std::exception&) {
-        rethrowAsCoreError();
-    }
-    if (extracted.pageCount() == 0) {
-        throw PDFCoreError::emptyDocument();
-    }
+    PDFDocument extracted = copyOfPages(true);
     const auto originalBytes = sourceURL_ ? sizeOf(*sourceURL_) : 0;
     try {
         extracted.write(destination);
@@ -249,9 +254,12 @@ OrganizeModel::SaveOutcome OrganizeModel::save(bool skipWarning, const OutputRul
             .outputURL;
     // Measured first: with replaceOriginal the write puts the result where the source was.
     const auto originalBytes = sizeOf(*sourceURL_);
+    // A fresh document of copies, as the organize job writes: the live one may still reach a
+    // deleted page through a form field or an outline entry, and its content must not survive.
+    PDFDocument saved = copyOfPages(false);
     try {
         OutputResolver::ensureDirectory(output);
-        document_->write(output);
+        saved.write(output);
     } catch (const std::exception&) {
         notify();
         throw PDFCoreError::writeFailed(output.filename().string());

@@ -138,7 +138,10 @@ class OrganizeModel {
     bool canUndo() const { return !undoStack_.empty(); }
 
     /// Writes the document where `rule` puts outputs of `sourceURL` for the organize operation
-    /// (a free name unless the rule replaces the original), making the folder when missing.
+    /// (a free name unless the rule replaces the original), making the folder when missing. The
+    /// file is made of copies of the pages in cell order with the information fields, as the
+    /// organize job writes it, so nothing of a deleted page survives through a form field or an
+    /// outline entry that still pointed at it (the outline itself is not kept).
     /// Without `skipWarning` a document holding signatures is not written: the answer is
     /// needsConfirmation and `showSignatureWarning` is set, on every such call; the view asks
     /// and calls again with `skipWarning` (or `dismissSignatureWarning`). On success sets
@@ -169,6 +172,9 @@ class OrganizeModel {
     std::string description() const;
     void record(const std::filesystem::path& output, std::int64_t originalBytes) const;
     void notify() const;
+    /// A new document of copies of the pages (all, or the selected ones) in cell order, with the
+    /// live document's information fields. Throws emptyDocument when no page was copied.
+    PDFDocument copyOfPages(bool selectedOnly);
 
     HistoryStore* history_;
     std::size_t undoBudget_;

@@ -212,6 +212,27 @@ TEST_F(OrganizeModelTest, SaveWritesBesideTheSourceAndRecordsIt) {
     EXPECT_EQ(entry.resultBytes, static_cast<std::int64_t>(fs::file_size(*model.lastOutput())));
 }
 
+TEST(OrganizeModel, ADeletedPageLeavesNothingOfItselfInTheSavedFile) {
+    TempDir dir;
+    test::PDFBuilder builder;
+    builder.addPage(100, 200);
+    builder.addPage(110, 200).textField("Confidential", "salary 123456");
+    const auto source = builder.write(dir / "form.pdf");
+    OrganizeModel model;
+    model.load(source);
+    model.setSelection({model.cells().at(1).id});
+    model.deleteSelection();
+    ASSERT_EQ(model.save(false, OutputRule{}), OrganizeModel::SaveOutcome::saved);
+    QPDF written;
+    written.processFile(model.lastOutput()->c_str());
+    for (auto& object : written.getAllObjects()) {
+        if (object.isDictionary() && object.getKey("/Type").isNameAndEquals("/Page")) {
+            EXPECT_EQ(object.getKey("/MediaBox").getArrayItem(2).getNumericValue(), 100);
+        }
+        EXPECT_FALSE(object.isString() && object.getUTF8Value() == "salary 123456");
+    }
+}
+
 TEST_F(OrganizeModelTest, SaveFailuresLeaveNoTraces) {
     const auto blocker = dir.write("blocker", "a file where the folder should be");
     const OutputRule rule{.location = OutputRule::Location::custom,
