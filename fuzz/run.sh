@@ -44,6 +44,13 @@ fuzz_output_rule)
     seed a '{"location":"subfolder","subfolderName":"Processed","customFolder":"","nameTemplate":"{name}-{action}","replaceOriginal":false}' ;;
 fuzz_metadata_info)
     seed a '{"title":"T","author":"A","creator":"C","producer":"P","subject":"S","keywords":"K","creationDate":700000000.5,"modificationDate":-3}' ;;
+fuzz_task_records)
+    rule='{"location":"sameFolder","subfolderName":"Processed","customFolder":"","nameTemplate":"{name}-{action}","replaceOriginal":false}'
+    spec='{"id":"e621e1f8-c36c-495a-93fc-0c247a3e6e5f","operation":"split","inputs":["/a b.pdf"],"outputRule":'"$rule"',"parameters":{"type":"split","mode":"everyPage"}}'
+    seed a "\x00[$spec,$spec]"; seed b "\x01$spec"
+    seed c '\x02{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","createdAt":700000000.25,"operation":"merge","state":"failed","inputNames":["a.pdf"],"inputURLs":["/a.pdf"],"outputURLs":[],"originalBytes":10,"resultBytes":0,"progress":0.5,"error":"x","parametersData":"eyJ0eXBlIjoibWVyZ2UifQ=="}'
+    seed d '\x03{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","date":0,"operation":"clean","inputNames":[],"inputURLs":[],"outputURLs":["/o.pdf"],"originalBytes":1,"resultBytes":1,"succeeded":true}'
+    seed e '\x04{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"Email","tier":"smallest","targetBytes":5000000,"createdAt":-1e9}' ;;
 *) echo "unknown target $target" >&2; exit 2 ;;
 esac
 
