@@ -134,6 +134,10 @@ void JobWorker::processFailed(QProcess::ProcessError error) {
     if (error != QProcess::FailedToStart) {
         return; // a crash or a pipe error is followed by `finished`
     }
+    if (cancelled_) {
+        end(Ending{Ending::Kind::cancelled});
+        return;
+    }
     end(Ending{Ending::Kind::failed, {}, 0, 0, std::nullopt,
                "Could not start the worker program " + command_.front().toStdString() + ": " +
                    process_.errorString().toStdString()});
