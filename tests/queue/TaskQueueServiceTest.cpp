@@ -102,12 +102,15 @@ void TaskQueueServiceTest::runsJobsOneAtATimeInSubmissionOrder() {
     test::TempDir dir;
     HistoryStore history(dir / "history.json");
     TaskQueueService service(history, dir / "queue.json", workerCommand());
+    // The order in which jobs start, and what the queue file held as each one started.
     std::vector<std::string> started;
+    std::vector<std::vector<std::string>> fileAtStart;
     connect(&service, &TaskQueueService::recordsChanged, this, [&] {
         for (const auto& record : service.records()) {
             if (record.state == TaskState::running &&
                 std::find(started.begin(), started.end(), record.id) == started.end()) {
                 started.push_back(record.id);
+                fileAtStart.push_back(queuedIDs(dir / "queue.json"));
             }
         }
     });
@@ -127,6 +130,8 @@ void TaskQueueServiceTest::runsJobsOneAtATimeInSubmissionOrder() {
 
     QTRY_VERIFY_WITH_TIMEOUT(!service.isBusy(), 60000);
     QCOMPARE(started, (std::vector<std::string>{specs[0].id, specs[1].id, specs[2].id}));
+    QCOMPARE(fileAtStart[1], std::vector<std::string>{specs[2].id});
+    QVERIFY(fileAtStart[2].empty()); // the last waiting job started: the file is gone
     QVERIFY(!fs::exists(dir / "queue.json"));
     for (const auto& record : service.records()) {
         QCOMPARE(record.state, TaskState::completed);
