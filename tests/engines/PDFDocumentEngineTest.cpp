@@ -1,6 +1,7 @@
 #include "engines/PDFDocumentEngine.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
@@ -18,16 +19,6 @@ using test::TempDir;
 
 const std::string encryptedCorpus =
     "005-libreoffice-writer-password/libreoffice-writer-password.pdf";
-
-PDFCoreError::Case caseOf(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const PDFCoreError& error) {
-        return error.errorCase();
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return PDFCoreError::Case::invalidInput;
-}
 
 std::filesystem::path plainFile(const TempDir& dir, int pages = 2) {
     PDFBuilder builder;
@@ -64,13 +55,13 @@ TEST(PDFDocumentEngineTest, OpenUnlockTellsWhyOpeningFailed) {
     const auto junk = dir.write("junk.pdf", "no pdf here");
     const auto truncated = PDFBuilder().write(dir / "cut.pdf", Damage::truncated);
     using Case = PDFCoreError::Case;
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openUnlock(dir / "missing.pdf", ""); }),
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openUnlock(dir / "missing.pdf", ""); }),
               Case::fileNotFound);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openUnlock(junk, ""); }), Case::cannotOpen);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openUnlock(truncated, ""); }), Case::cannotOpen);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openUnlock(test::corpus(encryptedCorpus), ""); }),
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openUnlock(junk, ""); }), Case::cannotOpen);
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openUnlock(truncated, ""); }), Case::cannotOpen);
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openUnlock(test::corpus(encryptedCorpus), ""); }),
               Case::wrongPassword);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openUnlock(test::corpus(encryptedCorpus), "nope"); }),
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openUnlock(test::corpus(encryptedCorpus), "nope"); }),
               Case::wrongPassword);
 }
 
@@ -98,14 +89,14 @@ TEST(PDFDocumentEngineTest, OpenUnlockRemembersTheWorkingPassword) {
 
 TEST(PDFDocumentEngineTest, OpenCGReportsAMissingFileAsCannotOpen) {
     TempDir dir;
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openCG(dir / "missing.pdf"); }),
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openCG(dir / "missing.pdf"); }),
               PDFCoreError::Case::cannotOpen);
 }
 
 TEST(PDFDocumentEngineTest, OpenCGNeedsTheUserOrOwnerPasswordOfAProtectedFile) {
     const auto path = test::corpus(encryptedCorpus);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openCG(path); }), PDFCoreError::Case::wrongPassword);
-    EXPECT_EQ(caseOf([&] { PDFDocumentEngine::openCG(path, "wrong"); }),
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openCG(path); }), PDFCoreError::Case::wrongPassword);
+    EXPECT_EQ(test::caughtCase([&] { PDFDocumentEngine::openCG(path, "wrong"); }),
               PDFCoreError::Case::wrongPassword);
     EXPECT_EQ(PDFDocumentEngine::openCG(path, "openpassword").pageCount(), 1);
     EXPECT_EQ(PDFDocumentEngine::openCG(path, "permissionpassword").pageCount(), 1);

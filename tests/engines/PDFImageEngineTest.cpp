@@ -3,6 +3,7 @@
 #include "engines/PDFImageEngine.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "platform/ImageIO.hpp"
+#include "support/CaughtError.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
@@ -47,16 +48,6 @@ int darkPixels(const Bitmap& image, int x0, int y0, int x1, int y1) {
         }
     }
     return dark;
-}
-
-PDFCoreError::Case errorCaseOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const PDFCoreError& error) {
-        return error.errorCase();
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return PDFCoreError::Case::emptyDocument;
 }
 
 struct SelectionCase {
@@ -375,13 +366,13 @@ TEST(ImageEngineErrors, OpeningAndArgumentFailures) {
     const auto plain = numberedPages(dir, 1);
     const auto out = dir / "out";
 
-    EXPECT_EQ(errorCaseOf([&] { exportPages(lockedPath, out); }),
+    EXPECT_EQ(test::caughtCase([&] { exportPages(lockedPath, out); }),
               PDFCoreError::Case::wrongPassword);
-    EXPECT_EQ(errorCaseOf([&] { exportPages(dir / "missing.pdf", out); }),
+    EXPECT_EQ(test::caughtCase([&] { exportPages(dir / "missing.pdf", out); }),
               PDFCoreError::Case::cannotOpen);
-    EXPECT_EQ(errorCaseOf([&] { exportPages(dir.write("junk.pdf", "not a pdf"), out); }),
+    EXPECT_EQ(test::caughtCase([&] { exportPages(dir.write("junk.pdf", "not a pdf"), out); }),
               PDFCoreError::Case::cannotOpen);
-    EXPECT_EQ(errorCaseOf([&] { exportPages(plain, out, "", 0); }),
+    EXPECT_EQ(test::caughtCase([&] { exportPages(plain, out, "", 0); }),
               PDFCoreError::Case::invalidInput);
     EXPECT_FALSE(fs::exists(out));
 }

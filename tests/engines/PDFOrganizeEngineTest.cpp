@@ -3,6 +3,7 @@
 #include "engines/PDFOrganizeEngine.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "support/CaughtError.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
@@ -44,16 +45,6 @@ Written pagesOf(const fs::path& file) {
         pages.emplace_back(static_cast<int>(width), rotate.isInteger() ? rotate.getIntValue() : 0);
     }
     return pages;
-}
-
-PDFCoreError caught(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const PDFCoreError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return PDFCoreError::wrongPassword();
 }
 
 TEST(PDFOrganizeEngine, KeptOrder) {
@@ -169,17 +160,17 @@ TEST(PDFOrganizeEngine, FailuresWriteNothing) {
     const auto existing = dir.write("existing.pdf", "previous");
     for (const Organize& p :
          {Organize{.deletePages = {0, 1, 2, 3}}, Organize{.newOrder = {{4, -1}}}}) {
-        EXPECT_EQ(caught([&] { PDFOrganizeEngine::organize(input, existing, p, {}); }).errorCase(),
+        EXPECT_EQ(test::caughtCoreError([&] { PDFOrganizeEngine::organize(input, existing, p, {}); }).errorCase(),
                   PDFCoreError::Case::emptyDocument);
     }
-    const auto turn = caught([&] {
+    const auto turn = test::caughtCoreError([&] {
         PDFOrganizeEngine::organize(dir / "missing.pdf", existing,
                                     {.rotatePages = {0}, .rotations = {45}}, {});
     });
     EXPECT_EQ(turn.text(), "Rotation by 45 degrees is not a multiple of 90.")
         << "a bad turn is refused before the input is read";
     for (const auto& output : {dir / "missing-folder" / "out.pdf", existing / "out.pdf"}) {
-        const auto error = caught([&] { PDFOrganizeEngine::organize(input, output, {}, {}); });
+        const auto error = test::caughtCoreError([&] { PDFOrganizeEngine::organize(input, output, {}, {}); });
         EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
         EXPECT_EQ(error.text(), "out.pdf");
     }

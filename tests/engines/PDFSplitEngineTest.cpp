@@ -2,6 +2,7 @@
 
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
+#include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/Process.hpp"
 #include "support/TempDir.hpp"
@@ -28,16 +29,6 @@ namespace fs = std::filesystem;
 
 using test::PDFBuilder;
 using test::TempDir;
-
-PDFCoreError caught(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const PDFCoreError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return PDFCoreError::wrongPassword();
-}
 
 // --- the selection grammar ---------------------------------------------------------------------
 
@@ -142,7 +133,7 @@ TEST(SplitChunkPagesErrors, EveryFailureHasItsCaseAndText) {
         {SplitMode::byFileSize, 5, "", 1000, Case::cannotOpen, "Could not open missing.pdf."},
     };
     for (const auto& row : rows) {
-        const auto error = caught([&] {
+        const auto error = test::caughtCoreError([&] {
             PDFSplitEngine::chunkPages(row.mode, row.pageCount, row.text, 1, row.maxBytes,
                                        "/nonexistent/missing.pdf");
         });
@@ -344,11 +335,11 @@ TEST(SplitWriteChunkPages, FailuresLeaveNoFileAndKeepWhatWasThere) {
     auto document = PDFDocumentEngine::openUnlock(numberedPages(dir, 2), "");
     const auto existing = dir.write("existing.pdf", "earlier result");
 
-    auto error = caught([&] { PDFSplitEngine::writeChunk(document, {5, -2}, existing); });
+    auto error = test::caughtCoreError([&] { PDFSplitEngine::writeChunk(document, {5, -2}, existing); });
     EXPECT_EQ(error.errorCase(), PDFCoreError::Case::emptyDocument);
     EXPECT_EQ(test::readFile(existing), "earlier result");
 
-    error = caught([&] { PDFSplitEngine::writeChunk(document, {0}, dir / "no/such/part.pdf"); });
+    error = test::caughtCoreError([&] { PDFSplitEngine::writeChunk(document, {0}, dir / "no/such/part.pdf"); });
     EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
     EXPECT_EQ(error.text(), "part.pdf");
 

@@ -3,6 +3,7 @@
 #include "tasks/OrganizeModel.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "support/CaughtError.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
@@ -48,16 +49,6 @@ Widths writtenWidths(const fs::path& file) {
     return result;
 }
 
-PDFCoreError::Case failure(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const PDFCoreError& error) {
-        return error.errorCase();
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return PDFCoreError::Case::wrongPassword;
-}
-
 class OrganizeModelTest : public testing::Test {
   protected:
     OrganizeModelTest() : history(state / "history.json"), model(&history) { model.load(source); }
@@ -82,7 +73,7 @@ TEST_F(OrganizeModelTest, LoadAndAFileThatDoesNotOpen) {
     selectAt({1, 3});
     EXPECT_EQ(model.statusLine(), "4 pages · 2 selected");
     model.rotateSelection(90);
-    EXPECT_EQ(failure([&] { model.load(dir.write("junk.pdf", "no PDF")); }),
+    EXPECT_EQ(test::caughtCase([&] { model.load(dir.write("junk.pdf", "no PDF")); }),
               PDFCoreError::Case::cannotOpen);
     EXPECT_EQ(model.sourceURL(), source);
     EXPECT_EQ(widths(model), (Widths{100, 110, 120, 130}));
@@ -115,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Turns, OrganizeModelTurns,
 
 TEST_F(OrganizeModelTest, TurnThatIsNotAQuarterChangesNothing) {
     selectAt({0});
-    EXPECT_EQ(failure([&] { model.rotateSelection(45); }), PDFCoreError::Case::invalidInput);
+    EXPECT_EQ(test::caughtCase([&] { model.rotateSelection(45); }), PDFCoreError::Case::invalidInput);
     EXPECT_FALSE(model.canUndo());
 }
 
@@ -186,7 +177,7 @@ TEST_F(OrganizeModelTest, AMovedPageStaysSelected) {
 TEST_F(OrganizeModelTest, InsertAppendsEachFileInTurnOrNothing) {
     const auto first = pagesFile(dir, "first.pdf", {200, 210});
     const auto second = pagesFile(dir, "second.pdf", {300});
-    EXPECT_EQ(failure([&] {
+    EXPECT_EQ(test::caughtCase([&] {
                   model.insertFromFiles({first, dir / "gone.pdf"});
               }),
               PDFCoreError::Case::fileNotFound);
@@ -237,10 +228,10 @@ TEST_F(OrganizeModelTest, SaveFailuresLeaveNoTraces) {
     const auto blocker = dir.write("blocker", "a file where the folder should be");
     const OutputRule rule{.location = OutputRule::Location::custom,
                           .customFolder = (blocker / "out").string()};
-    EXPECT_EQ(failure([&] { model.save(false, rule); }), PDFCoreError::Case::writeFailed);
+    EXPECT_EQ(test::caughtCase([&] { model.save(false, rule); }), PDFCoreError::Case::writeFailed);
     model.selectAll();
     model.deleteSelection();
-    EXPECT_EQ(failure([&] { model.save(true, {}); }), PDFCoreError::Case::emptyDocument);
+    EXPECT_EQ(test::caughtCase([&] { model.save(true, {}); }), PDFCoreError::Case::emptyDocument);
     EXPECT_EQ(model.lastOutput(), std::nullopt);
     EXPECT_TRUE(history.entries().empty());
     EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"blocker", "report.pdf"}));
@@ -264,7 +255,7 @@ TEST(OrganizeModel, SignaturesAskOnEverySaveUntilSkipped) {
 TEST_F(OrganizeModelTest, ExtractWritesTheSelectionInDocumentOrder) {
     EXPECT_EQ(model.suggestedExtractName(), "report-extracted.pdf");
     EXPECT_EQ(OrganizeModel().suggestedExtractName(), "pages-extracted.pdf");
-    EXPECT_EQ(failure([&] { model.extractSelection(dir / "none.pdf"); }),
+    EXPECT_EQ(test::caughtCase([&] { model.extractSelection(dir / "none.pdf"); }),
               PDFCoreError::Case::emptyDocument);
     selectAt({3, 1});
     model.extractSelection(dir / "picked.pdf");

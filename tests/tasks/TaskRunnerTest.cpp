@@ -1,5 +1,6 @@
 #include "engines/PDFCoreError.hpp"
 #include "platform/PDFDocument.hpp"
+#include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 #include "tasks/TaskRunner.hpp"
@@ -54,13 +55,11 @@ struct Recorded {
 TEST(TaskRunner, NoExistingInputFailsBeforeAnyWork) {
     TempDir dir;
     const auto gone = dir / "gone.pdf";
-    try {
+    const auto error = test::caughtCoreError([&] {
         TaskRunner::run(spec(PDFOperationKind::merge, {gone, dir / "also-gone.pdf"}, P::Merge{}),
                         {}, {});
-        FAIL() << "no error";
-    } catch (const PDFCoreError& error) {
-        EXPECT_STREQ(error.what(), "No input files.");
-    }
+    });
+    EXPECT_STREQ(error.what(), "No input files.");
     EXPECT_TRUE(test::fileNames(dir.path()).empty());
 }
 
@@ -74,13 +73,10 @@ class ParametersOfAnotherKind : public ::testing::TestWithParam<MismatchRow> {};
 TEST_P(ParametersOfAnotherKind, AreRefusedWithTheOperationsMessage) {
     TempDir dir;
     const auto input = numberedPDF(dir / "in.pdf", 1);
-    try {
-        TaskRunner::run(spec(GetParam().operation, {input}, P::Merge{}), {}, {});
-        FAIL() << "no error";
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
-        EXPECT_STREQ(error.what(), GetParam().message);
-    }
+    const auto error = test::caughtCoreError(
+        [&] { TaskRunner::run(spec(GetParam().operation, {input}, P::Merge{}), {}, {}); });
+    EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+    EXPECT_STREQ(error.what(), GetParam().message);
     EXPECT_EQ(test::fileNames(dir.path()), std::vector<std::string>{"in.pdf"});
 }
 
@@ -227,13 +223,11 @@ TEST(TaskRunner, AnOutputFolderThatCannotBeMadeIsAWriteFailure) {
     OutputRule rule;
     rule.location = OutputRule::Location::custom;
     rule.customFolder = (dir / "blocker" / "out").string();
-    try {
+    const auto error = test::caughtCoreError([&] {
         TaskRunner::run(spec(PDFOperationKind::compress, {input}, P::Compress{}, rule), {}, {});
-        FAIL() << "no error";
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
-        EXPECT_NE(std::string(error.what()).find("blocker"), std::string::npos) << error.what();
-    }
+    });
+    EXPECT_EQ(error.errorCase(), PDFCoreError::Case::writeFailed);
+    EXPECT_NE(std::string(error.what()).find("blocker"), std::string::npos) << error.what();
 }
 
 } // namespace
