@@ -58,7 +58,7 @@ struct TaskRecord {
     double progress = 0;
     std::optional<std::string> message;
     std::optional<std::string> error;
-    /// The JSON text of the spec's parameters, so a history entry can repeat the job.
+    /// The JSON text of the job's parameters, so a history entry can repeat the job.
     std::optional<std::string> parametersData;
 
     /// The queued record of a newly submitted spec.

@@ -1,6 +1,6 @@
 // Runs one job from its spec to its outputs, on the calling thread.
 //
-// The runner checks the inputs, picks the engine for the spec's operation, resolves every output
+// The runner checks the inputs, picks the engine for the job's operation, resolves every output
 // through OutputResolver, maps the engines' progress onto one overall fraction and honours
 // cancellation. It keeps no state between runs.
 //

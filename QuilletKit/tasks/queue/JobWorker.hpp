@@ -1,5 +1,5 @@
-// One job run in a worker process: `<program> job - --progress-json`, with the spec written to
-// its standard input (so passwords never touch the disk on the way).
+// One job run in a worker process: `<program> job - --progress-json`, its TaskSpec written to
+// the process's standard input (so passwords never touch the disk on the way).
 //
 // The worker's progress lines are turned into `progressed` signals (unthrottled), and its ending
 // into exactly one `ended` signal: a result, an error text, or a crash described for the user. A
