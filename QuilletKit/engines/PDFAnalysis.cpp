@@ -1,5 +1,7 @@
 #include "engines/PDFAnalysis.hpp"
 
+#include "model/JSONObjectReader.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -124,7 +126,74 @@ nlohmann::ordered_json pageJSON(const PDFPageAnalysis& page) {
             {"images", std::move(images)}};
 }
 
+int requireInt(const JSONObjectReader& reader, std::string_view key) {
+    return static_cast<int>(reader.require<std::int64_t>(key));
+}
+
+const nlohmann::ordered_json& requireArray(const nlohmann::ordered_json& object,
+                                           const char* key) {
+    const auto found = object.find(key);
+    if (found == object.end() || !found->is_array()) {
+        static const nlohmann::ordered_json missing;
+        json_detail::throwMismatch(key, "an array", found == object.end() ? missing : *found);
+    }
+    return *found;
+}
+
+PDFImageInfo imageFromJSON(const nlohmann::ordered_json& json) {
+    const JSONObjectReader reader(json);
+    PDFImageInfo image;
+    image.id = reader.value<std::string>("id", "");
+    image.pageIndex = requireInt(reader, "pageIndex");
+    image.pixelWidth = requireInt(reader, "pixelWidth");
+    image.pixelHeight = requireInt(reader, "pixelHeight");
+    image.effectiveDPI = reader.require<double>("effectiveDPI");
+    image.isJPEG = reader.require<bool>("isJPEG");
+    image.isMonochrome = reader.require<bool>("isMonochrome");
+    image.estimatedBytes = reader.require<std::int64_t>("estimatedBytes");
+    return image;
+}
+
+PDFPageAnalysis pageFromJSON(const nlohmann::ordered_json& json) {
+    const JSONObjectReader reader(json);
+    PDFPageAnalysis page;
+    page.index = requireInt(reader, "index");
+    page.hasText = reader.require<bool>("hasText");
+    page.textOperatorCount = requireInt(reader, "textOperatorCount");
+    page.widthPoints = reader.require<double>("widthPoints");
+    page.heightPoints = reader.require<double>("heightPoints");
+    for (const auto& name : requireArray(json, "fontNames")) {
+        page.fontNames.push_back(json_detail::decodeString(name, "fontNames"));
+    }
+    for (const auto& image : requireArray(json, "images")) {
+        page.images.push_back(imageFromJSON(image));
+    }
+    return page;
+}
+
 } // namespace
+
+PDFAnalysis PDFAnalysis::fromJSON(const nlohmann::ordered_json& json) {
+    const JSONObjectReader reader(json);
+    PDFAnalysis analysis;
+    analysis.fileSize = reader.require<std::int64_t>("fileSize");
+    analysis.pdfVersion = reader.ifPresent<std::string>("pdfVersion");
+    analysis.pageCount = requireInt(reader, "pageCount");
+    analysis.isEncrypted = reader.require<bool>("isEncrypted");
+    if (const auto metadata = json.find("metadata"); metadata != json.end()) {
+        analysis.metadata = PDFMetadataInfo::fromJSON(*metadata);
+    }
+    analysis.attachmentCount = requireInt(reader, "attachmentCount");
+    analysis.formFieldCount = requireInt(reader, "formFieldCount");
+    analysis.annotationCount = requireInt(reader, "annotationCount");
+    analysis.javascriptDetected = reader.require<bool>("javascriptDetected");
+    analysis.externalLinkCount = requireInt(reader, "externalLinkCount");
+    analysis.signatureCount = requireInt(reader, "signatureCount");
+    for (const auto& page : requireArray(json, "pages")) {
+        analysis.pages.push_back(pageFromJSON(page));
+    }
+    return analysis;
+}
 
 nlohmann::ordered_json toJSON(const PDFAnalysis& analysis,
                               const std::vector<RecommendedAction>& recommendations) {

@@ -80,6 +80,10 @@ struct PDFAnalysis {
     /// The share of the file that compressing at `tier` is expected to save, from the image
     /// estimates. Without image data: 0.05 for lossless and 0 for the other tiers.
     double estimatedReductionFraction(CompressionQualityTier tier) const;
+
+    /// The stored fields back from the object `toJSON` writes (derived figures and
+    /// recommendations are recomputed, not read). Throws JSONDecodingError naming the key.
+    static PDFAnalysis fromJSON(const nlohmann::ordered_json& json);
 };
 
 /// Any of author, creator, producer or keywords is a non-empty text (dates, title and subject

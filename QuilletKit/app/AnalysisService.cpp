@@ -1,0 +1,101 @@
+#include "app/AnalysisService.hpp"
+
+#include <QProcess>
+#include <QThread>
+#include <QTimer>
+
+#include <csignal>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
+namespace quillet {
+namespace {
+
+/// The worker's answer: the analysis from its JSON line, or the reason there is none.
+std::pair<std::optional<PDFAnalysis>, QString> decodeAnswer(QProcess& process) {
+    const QByteArray output = process.readAllStandardOutput();
+    if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0) {
+        try {
+            const auto json = nlohmann::ordered_json::parse(output.toStdString());
+            return {PDFAnalysis::fromJSON(json), QString()};
+        } catch (const std::exception& error) {
+            return {std::nullopt, QStringLiteral("unreadable analysis (%1)").arg(error.what())};
+        }
+    }
+    QString message = QString::fromUtf8(process.readAllStandardError()).trimmed();
+    if (const auto line = message.lastIndexOf(QStringLiteral("error: ")); line >= 0) {
+        message = message.mid(line + 7);
+    }
+    if (process.exitStatus() == QProcess::CrashExit || message.isEmpty()) {
+        message = QStringLiteral("the analysis stopped unexpectedly");
+    }
+    return {std::nullopt, message};
+}
+
+} // namespace
+
+AnalysisService::AnalysisService(QStringList workerCommand, int maxRunning, QObject* parent)
+    : QObject(parent), workerCommand_(std::move(workerCommand)),
+      maxRunning_(maxRunning > 0 ? maxRunning : std::max(1, QThread::idealThreadCount())) {}
+
+AnalysisService::~AnalysisService() {
+    // Children go first (they kill their processes); nothing is reported after this point.
+    for (auto* process : findChildren<QProcess*>()) {
+        process->disconnect(this);
+        process->kill();
+        process->waitForFinished(1000);
+    }
+}
+
+void AnalysisService::analyze(const QString& path) {
+    waiting_.push_back(path);
+    startWaiting();
+}
+
+void AnalysisService::startWaiting() {
+    while (running_ < maxRunning_ && !waiting_.empty()) {
+        const QString path = waiting_.front();
+        waiting_.pop_front();
+        start(path);
+    }
+}
+
+void AnalysisService::start(const QString& path) {
+    ++running_;
+    auto* process = new QProcess(this);
+#ifdef __linux__
+    process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+#endif
+    auto* limit = new QTimer(process);
+    limit->setSingleShot(true);
+    connect(limit, &QTimer::timeout, process, [process] { process->kill(); });
+
+    auto ended = std::make_shared<bool>(false);
+    const auto end = [this, process, path, ended](std::optional<PDFAnalysis> analysis,
+                                                  QString error) {
+        if (*ended) {
+            return;
+        }
+        *ended = true;
+        --running_;
+        process->deleteLater();
+        emit finished(path, analysis, error);
+        startWaiting();
+    };
+    connect(process, &QProcess::finished, this, [process, end] {
+        auto [analysis, error] = decodeAnswer(*process);
+        end(std::move(analysis), std::move(error));
+    });
+    connect(process, &QProcess::errorOccurred, this, [end](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            end(std::nullopt, QStringLiteral("the analysis program could not be started"));
+        }
+    });
+    QStringList arguments = workerCommand_.mid(1);
+    arguments << QStringLiteral("info") << QStringLiteral("--json") << path;
+    limit->start(timeLimitMilliseconds);
+    process->start(workerCommand_.value(0), arguments);
+}
+
+} // namespace quillet

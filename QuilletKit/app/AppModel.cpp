@@ -1,0 +1,190 @@
+#include "app/AppModel.hpp"
+
+#include "platform/FileTypes.hpp"
+
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+namespace quillet {
+namespace {
+
+constexpr std::array<const char*, AppModel::sectionCount> sectionNames{
+    "home", "compress", "merge", "split", "organize", "convert", "privacy", "batch", "history"};
+
+bool isPDFPath(const QString& path) {
+    return QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+AppModel::AppModel(TaskQueueService& queue, HistoryStore& history, AppSettings& settings,
+                   AnalysisService& analysis, const std::filesystem::path& presetsFile,
+                   QObject* parent)
+    : QObject(parent), queue_(queue), history_(history), settings_(settings),
+      analysisService_(analysis), presets_(presetsFile) {
+    history_.changed = [this] { emit historyChanged(); };
+    presets_.changed = [this] { emit presetsChanged(); };
+    connect(&analysisService_, &AnalysisService::finished, this, &AppModel::analysisFinished);
+}
+
+AppModel::~AppModel() {
+    history_.changed = nullptr;
+}
+
+QString AppModel::rawValue(Section section) {
+    return QString::fromLatin1(sectionNames[static_cast<std::size_t>(section)]);
+}
+
+std::optional<AppModel::Section> AppModel::sectionFromRawValue(const QString& raw) {
+    for (std::size_t i = 0; i < sectionNames.size(); ++i) {
+        if (raw == QLatin1String(sectionNames[i])) {
+            return static_cast<Section>(i);
+        }
+    }
+    return std::nullopt;
+}
+
+void AppModel::setSection(Section section) {
+    if (section_ != section) {
+        section_ = section;
+        emit sectionChanged();
+    }
+}
+
+void AppModel::setFiles(const QStringList& paths) {
+    if (files_ != paths) {
+        files_ = paths;
+        emit filesChanged();
+    }
+}
+
+const PDFAnalysis* AppModel::analysis(const QString& path) const {
+    const auto found = analyses_.find(path);
+    return found == analyses_.end() ? nullptr : &found->second;
+}
+
+bool AppModel::isAccepted(const QString& path) {
+    return fileKind(std::filesystem::path(path.toStdString())).has_value();
+}
+
+QStringList AppModel::expandFolder(const QString& folder) {
+    QStringList found;
+    QDirIterator walk(folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        const QString path = walk.next();
+        const QFileInfo info = walk.fileInfo();
+        if (!info.isDir() && isAccepted(path)) {
+            found << QFileInfo(path).absoluteFilePath();
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void AppModel::acceptDropped(const QList<QUrl>& urls) {
+    QStringList accepted;
+    const auto keep = [&accepted](const QString& path) {
+        if (!accepted.contains(path)) {
+            accepted << path;
+        }
+    };
+    for (const QUrl& url : urls) {
+        if (!url.isLocalFile()) {
+            continue;
+        }
+        const QFileInfo info(url.toLocalFile());
+        if (info.isDir()) {
+            for (const QString& path : expandFolder(info.absoluteFilePath())) {
+                keep(path);
+            }
+        } else if (isAccepted(info.fileName())) {
+            keep(info.absoluteFilePath());
+        }
+    }
+    if (accepted.isEmpty()) {
+        return;
+    }
+    if (section_ == Section::merge) {
+        QStringList appended = files_;
+        for (const QString& path : accepted) {
+            if (!appended.contains(path)) {
+                appended << path;
+            }
+        }
+        setFiles(appended);
+    } else {
+        setFiles(accepted);
+    }
+    if (section_ == Section::home) {
+        for (const QString& path : accepted) {
+            startAnalysis(path);
+        }
+    }
+}
+
+void AppModel::chooseFiles() {
+    if (!openPanel) {
+        return;
+    }
+    const auto chosen = openPanel({tr("Choose PDFs or images"), section_ == Section::batch});
+    if (!chosen.isEmpty()) {
+        acceptDropped(chosen);
+    }
+}
+
+void AppModel::startAnalysis(const QString& path) {
+    if (!isPDFPath(path) || analyses_.count(path) != 0 || analyzing_.contains(path)) {
+        return;
+    }
+    analyzing_.insert(path);
+    analysisErrors_.remove(path);
+    analysisService_.analyze(path);
+    emit analysisChanged(path);
+}
+
+void AppModel::ensureAnalyses() {
+    for (const QString& path : files_) {
+        startAnalysis(path);
+    }
+}
+
+void AppModel::analysisFinished(const QString& path, const std::optional<PDFAnalysis>& analysis,
+                                const QString& error) {
+    analyzing_.remove(path);
+    if (analysis) {
+        analyses_.insert_or_assign(path, *analysis);
+    } else {
+        analysisErrors_.insert(path, error);
+    }
+    emit analysisChanged(path);
+}
+
+std::optional<std::string> AppModel::run(PDFOperationKind operation,
+                                         const OperationParameters& parameters,
+                                         const std::optional<QStringList>& inputs) {
+    std::vector<std::string> paths;
+    if (inputs) {
+        for (const QString& path : *inputs) {
+            paths.push_back(path.toStdString());
+        }
+    } else {
+        for (const QString& path : files_) {
+            if (isAccepted(path)) {
+                paths.push_back(path.toStdString());
+            }
+        }
+    }
+    if (paths.empty()) {
+        return std::nullopt;
+    }
+    auto spec = TaskSpec::make(operation, std::move(paths), settings_.outputRule(), parameters);
+    auto id = spec.id;
+    queue_.submit({std::move(spec)});
+    return id;
+}
+
+} // namespace quillet

@@ -1,0 +1,123 @@
+// The working state of the window: the section shown, the files loaded, their analyses, and the
+// one call through which every screen starts work (`run`).
+//
+// Files are absolute local paths, in arrival order, without duplicates. A drop on the merge
+// section appends what is new; a drop anywhere else replaces the selection (each drop starts a
+// new one). Folders are expanded into the accepted files they hold, sorted by path. Analyses run
+// in worker processes through the AnalysisService; a failed analysis leaves no entry in
+// `analyses` (the file can be analysed again) and its reason in `analysisError`.
+// Lives on the main thread; every change is published through a signal.
+#pragma once
+
+#include "app/AnalysisService.hpp"
+#include "app/AppSettings.hpp"
+#include "model/OperationParameters.hpp"
+#include "tasks/HistoryStore.hpp"
+#include "tasks/PresetStore.hpp"
+#include "tasks/queue/TaskQueueService.hpp"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+#include <QUrl>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+
+namespace quillet {
+
+class AppModel : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Section { home, compress, merge, split, organize, convert, privacy, batch, history };
+    static constexpr int sectionCount = 9;
+
+    /// What the open dialog is asked for; the window answers with the chosen locations (none
+    /// when the user cancels).
+    struct OpenPanelRequest {
+        QString title;
+        bool foldersAllowed = false;
+    };
+    using OpenPanel = std::function<QList<QUrl>(const OpenPanelRequest&)>;
+
+    /// The queue, history, settings and analysis service must outlive the model. The preset
+    /// store is created over `presetsFile`.
+    AppModel(TaskQueueService& queue, HistoryStore& history, AppSettings& settings,
+             AnalysisService& analysis, const std::filesystem::path& presetsFile,
+             QObject* parent = nullptr);
+    ~AppModel() override;
+
+    Section section() const { return section_; }
+    void setSection(Section section);
+    const QStringList& files() const { return files_; }
+    /// Empties the selection (a screen's "remove all").
+    void setFiles(const QStringList& paths);
+
+    const PDFAnalysis* analysis(const QString& path) const;
+    bool isAnalyzing(const QString& path) const { return analyzing_.contains(path); }
+    /// Why the last analysis of `path` failed; empty when it did not fail.
+    QString analysisError(const QString& path) const { return analysisErrors_.value(path); }
+
+    TaskQueueService& queue() const { return queue_; }
+    HistoryStore& history() const { return history_; }
+    PresetStore& presets() { return presets_; }
+    AppSettings& settings() const { return settings_; }
+
+    /// Loads dropped or opened items (see the rules above). Non-local URLs and files of other
+    /// kinds are dropped silently.
+    void acceptDropped(const QList<QUrl>& urls);
+    /// Shows the open dialog through `openPanel` and loads what the user picks.
+    void chooseFiles();
+    /// Starts an analysis unless `path` has one, is being analysed, or is no PDF.
+    void startAnalysis(const QString& path);
+    /// Starts the analysis of every loaded PDF that has none.
+    void ensureAnalyses();
+
+    /// Builds one job with a copy of the current output rule and submits it. Without `inputs`
+    /// the accepted loaded files are used; nothing is submitted when no input is left. Answers
+    /// the job's id when one was submitted.
+    std::optional<std::string> run(PDFOperationKind operation, const OperationParameters& parameters,
+                                   const std::optional<QStringList>& inputs = std::nullopt);
+
+    /// A PDF or an image by its extension.
+    static bool isAccepted(const QString& path);
+    /// The accepted files in `folder` and its subfolders (hidden ones skipped, symbolic links to
+    /// folders not followed), sorted by path text.
+    static QStringList expandFolder(const QString& folder);
+
+    static QString rawValue(Section section);
+    static std::optional<Section> sectionFromRawValue(const QString& raw);
+
+    OpenPanel openPanel;
+    std::function<void()> openSettingsHandler;
+
+  signals:
+    void sectionChanged();
+    void filesChanged();
+    /// An analysis started, finished or failed for `path`.
+    void analysisChanged(const QString& path);
+    void historyChanged();
+    void presetsChanged();
+
+  private:
+    void analysisFinished(const QString& path, const std::optional<PDFAnalysis>& analysis,
+                          const QString& error);
+
+    TaskQueueService& queue_;
+    HistoryStore& history_;
+    AppSettings& settings_;
+    AnalysisService& analysisService_;
+    PresetStore presets_;
+    Section section_ = Section::home;
+    QStringList files_;
+    std::map<QString, PDFAnalysis> analyses_;
+    QSet<QString> analyzing_;
+    QHash<QString, QString> analysisErrors_;
+};
+
+} // namespace quillet

@@ -1,0 +1,80 @@
+// The user's persisted preferences: appearance, where results go and what they are called, the
+// language, and the statistics switch.
+//
+// Stored in QSettings ("~/.config/quillet/quillet.conf" for the application), each property
+// under its own key, written at the moment it changes; nothing is written at quit.
+//   "appearance"        "system" | "light" | "dark"; anything else reads as system
+//   "outputLocation"    "sameFolder" | "subfolder" | "custom"; anything else keeps sameFolder
+//   "subfolderName", "customFolder", "nameTemplate"   texts; present (even empty) replaces the
+//                       default
+//   "replaceOriginal", "analyticsEnabled"   booleans; absent is false
+//   "languageOverride"  "auto" | "en" | "zh-Hans"; anything else reads as auto
+//   "AppleLanguages"    the preferred-language list: one element, the override's raw value, or
+//                       removed for auto. The language loaded at start follows it.
+// Quillet sends nothing anywhere: `analyticsEnabled` is kept because the user set it, and read by
+// nobody. Lives on the main thread.
+#pragma once
+
+#include "output/OutputRule.hpp"
+
+#include <QObject>
+#include <QSettings>
+
+#include <memory>
+
+namespace quillet {
+
+class AppSettings : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Appearance { system, light, dark };
+    enum class LanguageOverride { automatic, en, zhHans };
+
+    /// Reads every key of `store` now; the settings keep it and write to it. Takes ownership.
+    explicit AppSettings(std::unique_ptr<QSettings> store, QObject* parent = nullptr);
+    ~AppSettings() override;
+
+    /// The application's settings over its QSettings file, made on first use.
+    static AppSettings& shared();
+
+    Appearance appearance() const { return appearance_; }
+    const OutputRule& outputRule() const { return outputRule_; }
+    bool analyticsEnabled() const { return analyticsEnabled_; }
+    LanguageOverride languageOverride() const { return languageOverride_; }
+    /// The language was changed in this run and applies only after a relaunch.
+    bool languageNeedsRelaunch() const { return languageNeedsRelaunch_; }
+
+    void setAppearance(Appearance appearance);
+    void setOutputRule(const OutputRule& rule);
+    void setAnalyticsEnabled(bool enabled);
+    /// Writes "languageOverride" and "AppleLanguages"; `languageNeedsRelaunch` becomes whether
+    /// the value differs from the previous one.
+    void setLanguageOverride(LanguageOverride language);
+
+    /// The language to load: the override, or the system's when it is automatic. "en" or
+    /// "zh_CN" (any Chinese locale), otherwise "en".
+    QString effectiveLanguage() const;
+
+    static QString rawValue(Appearance appearance);
+    static QString rawValue(LanguageOverride language);
+
+  signals:
+    void appearanceChanged();
+    void outputRuleChanged();
+    void analyticsEnabledChanged();
+    void languageChanged();
+
+  private:
+    void load();
+    void persistOutputRule();
+
+    std::unique_ptr<QSettings> store_;
+    Appearance appearance_ = Appearance::system;
+    OutputRule outputRule_;
+    bool analyticsEnabled_ = false;
+    LanguageOverride languageOverride_ = LanguageOverride::automatic;
+    bool languageNeedsRelaunch_ = false;
+};
+
+} // namespace quillet

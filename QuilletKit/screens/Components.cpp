@@ -1,0 +1,133 @@
+#include "screens/Components.hpp"
+
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace quillet {
+
+SectionHeader::SectionHeader(const QString& title, const QString& subtitle, QWidget* parent)
+    : QWidget(parent) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    auto* heading = new QLabel(title, this);
+    QFont font = heading->font();
+    font.setPointSizeF(font.pointSizeF() * 1.6);
+    font.setBold(true);
+    heading->setFont(font);
+    auto* line = new QLabel(subtitle, this);
+    line->setWordWrap(true);
+    line->setForegroundRole(QPalette::PlaceholderText);
+    layout->addWidget(heading);
+    layout->addWidget(line);
+}
+
+DropZone::DropZone(const QString& title, const QString& detail, QWidget* parent)
+    : QFrame(parent), icon_(new QLabel(this)), detail_(new QLabel(detail, this)) {
+    setAcceptDrops(true);
+    setMinimumHeight(150);
+    icon_->setPixmap(QIcon(QStringLiteral(":/icons/drop.svg")).pixmap(48, 48));
+    icon_->setAlignment(Qt::AlignCenter);
+    auto* heading = new QLabel(title, this);
+    QFont font = heading->font();
+    font.setPointSizeF(font.pointSizeF() * 1.15);
+    font.setBold(true);
+    heading->setFont(font);
+    heading->setAlignment(Qt::AlignCenter);
+    heading->setWordWrap(true);
+    detail_->setAlignment(Qt::AlignCenter);
+    detail_->setWordWrap(true);
+    detail_->setForegroundRole(QPalette::PlaceholderText);
+    detail_->setVisible(!detail.isEmpty());
+    auto* choose = new QPushButton(tr("Choose files…"), this);
+    connect(choose, &QPushButton::clicked, this, &DropZone::chooseRequested);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 18, 24, 18);
+    layout->addStretch();
+    layout->addWidget(icon_);
+    layout->addWidget(heading);
+    layout->addWidget(detail_);
+    layout->addSpacing(6);
+    layout->addWidget(choose, 0, Qt::AlignCenter);
+    layout->addStretch();
+}
+
+void DropZone::setCompact(bool compact) {
+    icon_->setVisible(!compact);
+    setMinimumHeight(compact ? 90 : 150);
+}
+
+QList<QUrl> DropZone::localFiles(const QMimeData* data) {
+    QList<QUrl> urls;
+    if (data != nullptr && data->hasUrls()) {
+        for (const QUrl& url : data->urls()) {
+            if (url.isLocalFile()) {
+                urls << url;
+            }
+        }
+    }
+    return urls;
+}
+
+void DropZone::dragEnterEvent(QDragEnterEvent* event) {
+    if (!localFiles(event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+        hovered_ = true;
+        update();
+    }
+}
+
+void DropZone::dragLeaveEvent(QDragLeaveEvent* event) {
+    hovered_ = false;
+    update();
+    QFrame::dragLeaveEvent(event);
+}
+
+void DropZone::dropEvent(QDropEvent* event) {
+    hovered_ = false;
+    update();
+    const auto urls = localFiles(event->mimeData());
+    if (urls.isEmpty()) {
+        return;
+    }
+    event->acceptProposedAction();
+    emit dropped(urls);
+}
+
+void DropZone::paintEvent(QPaintEvent* event) {
+    QFrame::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor accent = palette().color(QPalette::Highlight);
+    QColor fill = accent;
+    fill.setAlphaF(hovered_ ? 0.16F : 0.05F);
+    QPen pen(hovered_ ? accent : palette().color(QPalette::Mid), 1.6, Qt::DashLine);
+    painter.setPen(pen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), 12, 12);
+}
+
+FileListView::FileListView(QWidget* parent) : QListView(parent) {
+    setSpacing(3);
+    setUniformItemSizes(false);
+    setWordWrap(false);
+    setTextElideMode(Qt::ElideMiddle);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+}
+
+StateColors StateColors::forPalette(const QPalette& palette) {
+    const bool dark = palette.color(QPalette::Window).lightness() < 128;
+    return dark ? StateColors{QColor(0x5f, 0xd3, 0x8d), QColor(0xff, 0x7b, 0x72),
+                              palette.color(QPalette::PlaceholderText)}
+                : StateColors{QColor(0x1a, 0x7f, 0x37), QColor(0xc5, 0x22, 0x1f),
+                              palette.color(QPalette::PlaceholderText)};
+}
+
+} // namespace quillet

@@ -1,0 +1,79 @@
+// quillet-app [FILES...]: the desktop application. One instance per session: a second launch
+// hands its files to the running one and exits.
+#include "app/AppRelaunch.hpp"
+#include "app/ApplicationBus.hpp"
+#include "app/QuilletApp.hpp"
+#include "screens/Appearance.hpp"
+#include "screens/MainWindow.hpp"
+#include "tasks/AppDirectories.hpp"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+
+#include <cstdio>
+
+using namespace quillet;
+
+namespace {
+
+/// Arguments as locations: file URIs as they are, anything else as a path from here.
+QList<QUrl> locations(const QStringList& arguments) {
+    QList<QUrl> urls;
+    for (const QString& argument : arguments) {
+        const QUrl url(argument);
+        urls << (url.scheme() == QStringLiteral("file")
+                     ? url
+                     : QUrl::fromLocalFile(QFileInfo(argument).absoluteFilePath()));
+    }
+    return urls;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication::setOrganizationName(QStringLiteral("quillet"));
+    QApplication::setApplicationName(QStringLiteral("quillet"));
+    QApplication::setApplicationVersion(QStringLiteral(QUILLET_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("org.quillet.Quillet"));
+    QApplication qt(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Quillet, a PDF toolkit that works on your "
+                                                    "own machine."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("PDFs, images or "
+                                                                         "folders to load."),
+                                 QStringLiteral("[FILES...]"));
+    parser.process(qt);
+    const QList<QUrl> files = locations(parser.positionalArguments());
+
+    ApplicationBus bus;
+    if (bus.claim() == ApplicationBus::Claim::anotherInstance) {
+        if (ApplicationBus::handOver(files)) {
+            return 0;
+        }
+        std::fputs("quillet-app: the running instance did not answer; starting another one\n",
+                   stderr);
+    }
+
+    AppSettings& settings = AppSettings::shared();
+    QuilletApp::installTranslations(settings.effectiveLanguage());
+    Appearance::apply(settings.appearance());
+    QObject::connect(&settings, &AppSettings::appearanceChanged, &qt,
+                     [&settings] { Appearance::apply(settings.appearance()); });
+
+    QuilletApp app(settings, AppDirectories::support(), TaskQueueService::defaultWorkerCommand());
+    MainWindow window(app, [&bus] { AppRelaunch::relaunch([&bus] { bus.release(); }); });
+    QObject::connect(&bus, &ApplicationBus::activateRequested, &window,
+                     &MainWindow::bringToFront);
+    QObject::connect(&bus, &ApplicationBus::openRequested, &window,
+                     [&app](const QList<QUrl>& urls) { app.model().acceptDropped(urls); });
+    QObject::connect(&app, &QuilletApp::quitRequested, &qt, &QApplication::quit);
+
+    window.show();
+    app.model().acceptDropped(files);
+    return QApplication::exec();
+}
