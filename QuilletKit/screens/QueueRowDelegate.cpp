@@ -10,6 +10,8 @@
 #include <QPainter>
 #include <QTextLayout>
 
+#include <algorithm>
+
 namespace quillet {
 namespace {
 
@@ -183,19 +185,23 @@ void QueueRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     case TaskState::queued:
     case TaskState::running: {
         const QRect cancel = buttonRect(option, index, Button::cancel);
-        QStyleOptionProgressBar bar;
-        bar.rect = QRect(area.left(), cancel.center().y() - progressHeight / 2,
-                         cancel.left() - area.left() - 10, progressHeight);
-        bar.minimum = 0;
-        bar.maximum = 1000;
-        bar.progress = state == TaskState::queued
-                           ? 0
-                           : static_cast<int>(index.data(TaskRecordListModel::ProgressRole)
-                                                  .toDouble() * 1000);
-        bar.state = QStyle::State_Enabled | QStyle::State_Horizontal;
-        bar.palette = palette;
-        bar.textVisible = false;
-        style->drawControl(QStyle::CE_ProgressBar, &bar, painter, widget);
+        const QRectF track(area.left(), cancel.center().y() - progressHeight / 2.0,
+                           cancel.left() - area.left() - 10, progressHeight);
+        const double fraction =
+            state == TaskState::queued
+                ? 0.0
+                : std::clamp(index.data(TaskRecordListModel::ProgressRole).toDouble(), 0.0, 1.0);
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(palette.color(QPalette::Mid));
+        painter->drawRoundedRect(track, progressHeight / 2.0, progressHeight / 2.0);
+        if (fraction > 0) {
+            painter->setBrush(palette.color(QPalette::Highlight));
+            QRectF done = track;
+            done.setWidth(std::max(track.height(), track.width() * fraction));
+            painter->drawRoundedRect(done, progressHeight / 2.0, progressHeight / 2.0);
+        }
+        painter->setRenderHint(QPainter::Antialiasing, false);
         drawButton(Button::cancel);
         break;
     }

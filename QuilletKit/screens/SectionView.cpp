@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QPainter>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -82,7 +84,20 @@ QString SectionView::title(Section section) {
 }
 
 QIcon SectionView::icon(Section section) {
-    return QIcon(QStringLiteral(":/icons/sections/%1.svg").arg(AppModel::rawValue(section)));
+    const QIcon drawn(QStringLiteral(":/icons/sections/%1.svg").arg(AppModel::rawValue(section)));
+    // On the selection colour the icon is drawn in the selected text's colour, so it stays seen.
+    QIcon icon;
+    for (const int side : {22, 44}) {
+        const QPixmap normal = drawn.pixmap(side, side);
+        QPixmap selected = normal;
+        QPainter painter(&selected);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(selected.rect(), QGuiApplication::palette().color(QPalette::HighlightedText));
+        painter.end();
+        icon.addPixmap(normal, QIcon::Normal);
+        icon.addPixmap(selected, QIcon::Selected);
+    }
+    return icon;
 }
 
 SectionView::SectionView(AppModel& model, Section section, QAbstractItemModel& files,

@@ -128,15 +128,21 @@ QWidget* SettingsWindow::outputGroup() {
     form->addRow(tr("Save results in:"), location_);
     form->addRow(tr("Subfolder name:"), subfolder_);
     form->addRow(tr("Folder:"), custom);
-    form->addRow(tr("File name:"), template_);
-    form->addRow(QString(), note(tr("{name} the original name · {action} what was done "
+    auto* naming = new QVBoxLayout;
+    naming->setSpacing(4);
+    naming->addWidget(template_);
+    naming->addWidget(note(tr("{name} the original name · {action} what was done "
                                     "(compressed, merged, …) · {date} date and time · "
                                     "{part} the part number of a split · {size} the word "
                                     "“sized”"),
                                  group));
-    form->addRow(tr("Example:"), example_);
-    form->addRow(QString(), replace_);
-    form->addRow(QString(), replaceWarning_);
+    naming->addWidget(example_);
+    auto* replacing = new QVBoxLayout;
+    replacing->setSpacing(4);
+    replacing->addWidget(replace_);
+    replacing->addWidget(replaceWarning_);
+    form->addRow(tr("File name:"), naming);
+    form->addRow(QString(), replacing);
     return group;
 }
 
@@ -171,7 +177,7 @@ void SettingsWindow::refreshOutput() {
         where = QString::fromStdString((std::filesystem::path(rule.customFolder) / name).string());
         break;
     }
-    example_->setText(tr("report.pdf compressed becomes %1").arg(where));
+    example_->setText(tr("Example: report.pdf compressed becomes %1").arg(where));
     replaceWarning_->setVisible(rule.replaceOriginal);
 }
 
@@ -188,6 +194,10 @@ QWidget* SettingsWindow::languageGroup() {
     connect(choice, &QComboBox::activated, this, [this, choice] {
         app_.settings().setLanguageOverride(
             static_cast<AppSettings::LanguageOverride>(choice->currentData().toInt()));
+    });
+    connect(&app_.settings(), &AppSettings::languageChanged, this, [this, choice] {
+        choice->setCurrentIndex(
+            choice->findData(static_cast<int>(app_.settings().languageOverride())));
         refreshLanguage();
     });
 

@@ -1,0 +1,151 @@
+// quillet_screenshots OUTDIR LANGUAGE APPEARANCE: draws every section of the real window, the
+// settings window and a queue with finished, failed, running and waiting jobs into PNG files,
+// for people to look at (scripts/screenshots.sh runs it for both languages and both looks).
+//
+// The jobs and analyses are real: the `quillet` program does the work, through a wrapper that
+// holds back a job whose spec mentions "slow" so that one row stays running. Results go to a
+// temporary folder; the corpus is only read.
+#include "app/QuilletApp.hpp"
+#include "screens/Appearance.hpp"
+#include "screens/MainWindow.hpp"
+#include "screens/SettingsWindow.hpp"
+#include "tasks/PersistedList.hpp"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <cstdio>
+#include <fstream>
+
+using namespace quillet;
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* const wrapper =
+    R"(if [ "$1" = job ]; then spec=$(cat); case "$spec" in *slow*) exec sleep 60;; esac; )"
+    R"(printf '%s' "$spec" | exec "$0" "$@"; else exec "$0" "$@"; fi)";
+
+bool waitFor(const std::function<bool()>& done, int milliseconds = 60000) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > milliseconds) {
+            return false;
+        }
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
+        QThread::msleep(20);
+    }
+    return true;
+}
+
+void settle() {
+    for (int i = 0; i < 10; ++i) {
+        QApplication::processEvents();
+        QThread::msleep(10);
+    }
+}
+
+void save(QWidget& widget, const QString& path) {
+    settle();
+    if (!widget.grab().save(path)) {
+        std::fprintf(stderr, "could not write %s\n", qPrintable(path));
+    }
+}
+
+QString corpus(const char* relative) {
+    return QStringLiteral(QUILLET_CORPUS_DIR "/") + QString::fromLatin1(relative);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication qt(argc, argv);
+    if (argc != 4) {
+        std::fputs("usage: quillet_screenshots OUTDIR en|zh_CN light|dark\n", stderr);
+        return 2;
+    }
+    const QString out = QString::fromLocal8Bit(argv[1]);
+    const QString language = QString::fromLocal8Bit(argv[2]);
+    const bool dark = QString::fromLocal8Bit(argv[3]) == QStringLiteral("dark");
+    QTemporaryDir work;
+    const fs::path folder = work.path().toStdString();
+
+    // An interrupted run leaves two waiting jobs, so the banner shows.
+    const auto waiting = TaskSpec::make(PDFOperationKind::compress,
+                                        {corpus("001-trivial/minimal-document.pdf").toStdString()},
+                                        OutputRule{}, OperationParameters::Compress{});
+    PersistedList::save(folder / "queue.json", std::vector<TaskSpec>{waiting, waiting});
+
+    auto settings = std::make_unique<AppSettings>(std::make_unique<QSettings>(
+        QString::fromStdString((folder / "quillet.conf").string()), QSettings::IniFormat));
+    OutputRule rule;
+    rule.location = OutputRule::Location::custom;
+    rule.customFolder = (folder / "results").string();
+    settings->setOutputRule(rule);
+    settings->setAppearance(dark ? AppSettings::Appearance::dark : AppSettings::Appearance::light);
+    QuilletApp::installTranslations(language);
+    Appearance::apply(settings->appearance());
+
+    QuilletApp app(*settings, folder, {"/bin/sh", "-c", wrapper, QUILLET_BINARY});
+    MainWindow window(app, [] {});
+    window.resize(1280, 800);
+    window.show();
+
+    AppModel& model = app.model();
+    const QStringList pdfs{corpus("003-pdflatex-image/pdflatex-image.pdf"),
+                           corpus("004-pdflatex-4-pages/pdflatex-4-pages.pdf"),
+                           corpus("005-libreoffice-writer-password/libreoffice-writer-password.pdf")};
+    QList<QUrl> urls;
+    for (const QString& path : pdfs) {
+        urls << QUrl::fromLocalFile(path);
+    }
+    model.acceptDropped(urls);
+
+    const fs::path damaged = folder / "damaged.pdf";
+    std::ofstream(damaged) << "%PDF-1.7\nthis is not a PDF body\n";
+    std::ofstream(folder / "slow.pdf") << "%PDF-1.4\n";
+    model.run(PDFOperationKind::compress,
+              OperationParameters::Compress{CompressionQualityTier::balanced}, QStringList{pdfs[0]});
+    model.run(PDFOperationKind::compress, OperationParameters::Compress{},
+              QStringList{QString::fromStdString(damaged.string())});
+    model.run(PDFOperationKind::merge, OperationParameters::Merge{}, QStringList{pdfs[0], pdfs[1]});
+    model.run(PDFOperationKind::compress, OperationParameters::Compress{},
+              QStringList{QString::fromStdString((folder / "slow.pdf").string())});
+    model.run(PDFOperationKind::split, OperationParameters::Split{}, QStringList{pdfs[1]});
+
+    const bool ready = waitFor([&] {
+        const auto& records = app.queue().records();
+        const bool jobsThere = records.size() == 5 && records[3].state == TaskState::running;
+        const bool analysed = std::none_of(pdfs.begin(), pdfs.end(), [&](const QString& path) {
+            return model.isAnalyzing(path);
+        });
+        return jobsThere && analysed;
+    });
+    if (!ready) {
+        std::fputs("the jobs or analyses did not reach the expected states in time\n", stderr);
+    }
+
+    const QString prefix = out + QLatin1Char('/') + language + (dark ? "-dark-" : "-light-");
+    for (int i = 0; i < AppModel::sectionCount; ++i) {
+        const auto section = static_cast<AppModel::Section>(i);
+        model.setSection(section);
+        save(window, prefix + QStringLiteral("%1-%2.png").arg(i + 1).arg(AppModel::rawValue(section)));
+    }
+    window.openSettings();
+    settings->setLanguageOverride(language == QStringLiteral("en")
+                                      ? AppSettings::LanguageOverride::zhHans
+                                      : AppSettings::LanguageOverride::en);
+    save(*window.settingsWindow(), prefix + QStringLiteral("10-settings.png"));
+    window.settingsWindow()->close();
+    app.queue().discardPending();
+    window.resize(900, 600);
+    model.setSection(AppModel::Section::compress);
+    save(window, prefix + QStringLiteral("11-small-window.png"));
+    for (const auto& record : app.queue().records()) {
+        app.queue().cancel(record.id);
+    }
+    return ready ? 0 : 1;
+}
