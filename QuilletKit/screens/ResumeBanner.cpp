@@ -12,6 +12,7 @@ namespace quillet {
 ResumeBanner::ResumeBanner(TaskQueueService& queue, QWidget* parent)
     : QFrame(parent), queue_(queue), line_(new QLabel(this)) {
     setObjectName(QStringLiteral("resumeBanner"));
+    line_->setObjectName(QStringLiteral("resumeLine"));
     setAutoFillBackground(true);
     QPalette tinted = palette();
     QColor highlight = tinted.color(QPalette::Highlight);

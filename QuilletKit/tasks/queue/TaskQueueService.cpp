@@ -94,10 +94,11 @@ void TaskQueueService::jobEnded(const std::string& id, const JobWorker::Ending& 
         persistQueue();
         break;
     }
-    emit recordsChanged();
     // The worker is still inside its own signal: let it go once control is back in the loop.
     worker_.release()->deleteLater();
     runningJobID_.reset();
+    // Observers learn of the ending with the queue already idle (when nothing waits).
+    emit recordsChanged();
     pump();
 }
 
