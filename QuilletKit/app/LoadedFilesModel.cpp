@@ -1,16 +1,31 @@
 #include "app/LoadedFilesModel.hpp"
 
 #include "app/AppModel.hpp"
+#include "app/PageRenderService.hpp"
 #include "app/Texts.hpp"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 
 #include <cmath>
 
 namespace quillet {
 
-LoadedFilesModel::LoadedFilesModel(AppModel& model, QObject* parent)
-    : QAbstractListModel(parent), model_(model), files_(model.files()) {
+namespace {
+
+PageRenderService::Request firstPage(const QString& path) {
+    const qreal ratio = qGuiApp != nullptr ? qGuiApp->devicePixelRatio() : 1.0;
+    return {path, 0, LoadedFilesModel::thumbnailBox, ratio};
+}
+
+} // namespace
+
+LoadedFilesModel::LoadedFilesModel(AppModel& model, PageRenderService* renders, QObject* parent)
+    : QAbstractListModel(parent), model_(model), renders_(renders), files_(model.files()) {
+    if (renders_ != nullptr) {
+        connect(renders_, &PageRenderService::rendered, this,
+                &LoadedFilesModel::thumbnailRendered);
+    }
     connect(&model_, &AppModel::filesChanged, this, [this] {
         beginResetModel();
         files_ = model_.files();
@@ -56,6 +71,37 @@ QString LoadedFilesModel::summary(const QString& path) const {
     return tr("%1 file · %2").arg(info.suffix().toUpper(), Texts::bytes(info.size()));
 }
 
+QVariant LoadedFilesModel::thumbnail(const QString& path) const {
+    if (const auto found = thumbnails_.find(path); found != thumbnails_.end()) {
+        return *found;
+    }
+    const bool pdf = QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) == 0;
+    if (renders_ == nullptr) {
+        return {};
+    }
+    if (pdf && !requested_.contains(path)) {
+        requested_.insert(path);
+        renders_->render(firstPage(path));
+    }
+    // An empty picture of the same size keeps every row's text in line.
+    static const QPixmap blank = [] {
+        QPixmap pixmap(thumbnailBox);
+        pixmap.fill(Qt::transparent);
+        return pixmap;
+    }();
+    return blank;
+}
+
+void LoadedFilesModel::thumbnailRendered(const QString& key, const QImage& image) {
+    for (int row = 0; row < static_cast<int>(files_.size()); ++row) {
+        const QString& path = files_.at(row);
+        if (requested_.contains(path) && firstPage(path).key() == key) {
+            thumbnails_.insert(path, QPixmap::fromImage(image));
+            emit dataChanged(index(row), index(row), {Qt::DecorationRole});
+        }
+    }
+}
+
 QVariant LoadedFilesModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
         return {};
@@ -63,6 +109,7 @@ QVariant LoadedFilesModel::data(const QModelIndex& index, int role) const {
     const QString& path = files_.at(index.row());
     switch (role) {
     case Qt::DisplayRole: return QFileInfo(path).fileName() + QLatin1Char('\n') + summary(path);
+    case Qt::DecorationRole: return thumbnail(path);
     case Qt::ToolTipRole:
     case PathRole: return path;
     case SummaryRole: return summary(path);

@@ -1,12 +1,18 @@
 // The model's loaded files as a list model: one row per file with its name, and a second line
-// saying what is known about it (its analysis, that one runs, or why it failed).
+// saying what is known about it (its analysis, that one runs, or why it failed). With a render
+// service, a PDF's row shows a thumbnail of its first page once it has been drawn off the main
+// thread; until then the row has none.
 #pragma once
 
 #include <QAbstractListModel>
+#include <QHash>
+#include <QPixmap>
+#include <QSet>
 
 namespace quillet {
 
 class AppModel;
+class PageRenderService;
 
 class LoadedFilesModel : public QAbstractListModel {
     Q_OBJECT
@@ -14,7 +20,11 @@ class LoadedFilesModel : public QAbstractListModel {
   public:
     enum Role { PathRole = Qt::UserRole + 1, SummaryRole };
 
-    explicit LoadedFilesModel(AppModel& model, QObject* parent = nullptr);
+    static constexpr QSize thumbnailBox{36, 46};
+
+    /// `renders` (optional) draws the thumbnails; it must outlive the model.
+    explicit LoadedFilesModel(AppModel& model, PageRenderService* renders = nullptr,
+                              QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -25,9 +35,15 @@ class LoadedFilesModel : public QAbstractListModel {
 
   private:
     void analysisChanged(const QString& path);
+    QVariant thumbnail(const QString& path) const;
+    void thumbnailRendered(const QString& key, const QImage& image);
 
     AppModel& model_;
+    PageRenderService* renders_;
     QStringList files_;
+    QHash<QString, QPixmap> thumbnails_; ///< by path
+    mutable QSet<QString> requested_;    ///< paths whose thumbnail was asked for
+
 };
 
 } // namespace quillet

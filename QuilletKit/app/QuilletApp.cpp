@@ -12,7 +12,8 @@ QuilletApp::QuilletApp(AppSettings& settings, const std::filesystem::path& suppo
                                                 workerCommand)),
       analysis_(std::make_unique<AnalysisService>(workerCommand)),
       model_(std::make_unique<AppModel>(*queue_, history_, settings_, *analysis_,
-                                        supportFolder / "presets.json")) {
+                                        supportFolder / "presets.json")),
+      renders_(std::make_unique<PageRenderService>()) {
     connect(queue_.get(), &TaskQueueService::recordsChanged, this, &QuilletApp::queueChanged);
 }
 

@@ -10,6 +10,7 @@
 #include "app/AnalysisService.hpp"
 #include "app/AppModel.hpp"
 #include "app/AppSettings.hpp"
+#include "app/PageRenderService.hpp"
 #include "tasks/HistoryStore.hpp"
 #include "tasks/queue/TaskQueueService.hpp"
 
@@ -38,6 +39,8 @@ class QuilletApp : public QObject {
     TaskQueueService& queue() { return *queue_; }
     AnalysisService& analysis() { return *analysis_; }
     AppModel& model() { return *model_; }
+    /// Page pictures for the screens, drawn off the main thread.
+    PageRenderService& renders() { return *renders_; }
 
     /// The last window was closed: answers true when the application should quit now. When it
     /// answers false, the application quits by itself once the queue is idle.
@@ -62,6 +65,7 @@ class QuilletApp : public QObject {
     std::unique_ptr<TaskQueueService> queue_;
     std::unique_ptr<AnalysisService> analysis_;
     std::unique_ptr<AppModel> model_;
+    std::unique_ptr<PageRenderService> renders_;
     bool waitingForQueue_ = false;
 };
 

@@ -115,6 +115,7 @@ void DropZone::paintEvent(QPaintEvent* event) {
 
 FileListView::FileListView(QWidget* parent) : QListView(parent) {
     setSpacing(3);
+    setIconSize(QSize(36, 46));
     setUniformItemSizes(false);
     setWordWrap(false);
     setTextElideMode(Qt::ElideMiddle);

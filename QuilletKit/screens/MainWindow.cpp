@@ -46,7 +46,7 @@ QList<QUrl> showOpenPanel(QWidget* parent, const AppModel::OpenPanelRequest& req
 
 MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget* parent)
     : QMainWindow(parent), app_(app), relaunch_(std::move(relaunch)),
-      files_(new LoadedFilesModel(app.model(), this)) {
+      files_(new LoadedFilesModel(app.model(), &app.renders(), this)) {
     setWindowTitle(QStringLiteral("Quillet"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/org.quillet.Quillet.svg")));
     setAcceptDrops(true);
