@@ -156,6 +156,10 @@
         <source>Your jobs go on in the background. Quillet quits when they are done.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>A job is still running. Quitting stops it; jobs that wait are offered again at the next start.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>quillet::QueuePanel</name>
@@ -356,6 +360,22 @@
     </message>
     <message>
         <source>No finished jobs yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Result</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

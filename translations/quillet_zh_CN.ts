@@ -154,6 +154,10 @@
         <source>Your jobs go on in the background. Quillet quits when they are done.</source>
         <translation>任务会在后台继续进行，全部完成后 Quillet 将自动退出。</translation>
     </message>
+    <message>
+        <source>A job is still running. Quitting stops it; jobs that wait are offered again at the next start.</source>
+        <translation>仍有任务正在运行。退出会中止该任务；排队中的任务会在下次启动时提示你继续。</translation>
+    </message>
 </context>
 <context>
     <name>quillet::QueuePanel</name>
@@ -353,6 +357,22 @@
     <message>
         <source>No finished jobs yet.</source>
         <translation>还没有已结束的任务。</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>操作</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>结果</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
+#include <QLocale>
 
 namespace quillet {
 
@@ -39,6 +40,8 @@ void QuilletApp::queueChanged() {
 }
 
 bool QuilletApp::installTranslations(const QString& language) {
+    // Dates and numbers follow the language shown, not a locale the session happens to have.
+    QLocale::setDefault(QLocale(language));
     auto* app = QCoreApplication::instance();
     auto* own = new QTranslator(app);
     const bool found = own->load(QStringLiteral("quillet_") + language, QStringLiteral(":/i18n"));

@@ -117,8 +117,10 @@ FileListView::FileListView(QWidget* parent) : QListView(parent) {
     setSpacing(3);
     setIconSize(QSize(36, 46));
     setUniformItemSizes(false);
-    setWordWrap(false);
-    setTextElideMode(Qt::ElideMiddle);
+    // Long names and summaries wrap within the view rather than scroll sideways.
+    setWordWrap(true);
+    setResizeMode(QListView::Adjust);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
 }

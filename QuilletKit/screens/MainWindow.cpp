@@ -14,6 +14,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -116,7 +117,16 @@ void MainWindow::buildMenus() {
     QAction* quit = file->addAction(tr("Quit"));
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setMenuRole(QAction::QuitRole);
-    connect(quit, &QAction::triggered, qApp, &QApplication::quit);
+    connect(quit, &QAction::triggered, this, [this] {
+        if (app_.queue().isBusy() &&
+            QMessageBox::question(this, tr("Quit"),
+                                  tr("A job is still running. Quitting stops it; jobs that wait "
+                                     "are offered again at the next start.")) !=
+                QMessageBox::Yes) {
+            return;
+        }
+        QApplication::quit();
+    });
 }
 
 QWidget* MainWindow::buildSidebar() {

@@ -10,7 +10,8 @@
 #include <QPainter>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
+#include <QHeaderView>
+#include <QTreeWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -185,9 +186,14 @@ void SectionView::updateActions() {
 }
 
 QWidget* SectionView::historyList() {
-    history_ = new QListWidget(this);
+    history_ = new QTreeWidget(this);
     history_->setObjectName(QStringLiteral("historyList"));
-    history_->setSpacing(3);
+    history_->setRootIsDecorated(false);
+    history_->setAlternatingRowColors(true);
+    history_->setHeaderLabels({tr("Action"), tr("Date"), tr("Files"), tr("Result")});
+    history_->header()->setStretchLastSection(false);
+    history_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    history_->header()->setSectionResizeMode(2, QHeaderView::Stretch);
     history_->setTextElideMode(Qt::ElideMiddle);
     connect(&model_, &AppModel::historyChanged, this, &SectionView::refreshHistory);
     refreshHistory();
@@ -208,16 +214,18 @@ void SectionView::refreshHistory() {
         const QString outcome = entry.succeeded
                                     ? Texts::sizeChange(entry.originalBytes, entry.resultBytes)
                                     : Texts::stateName(TaskState::failed);
-        auto* item = new QListWidgetItem(
-            QStringLiteral("%1 · %2\n%3 · %4")
-                .arg(Texts::operationName(entry.operation), when,
-                     names.join(QStringLiteral(", ")), outcome),
-            history_);
-        item->setToolTip(names.join(QLatin1Char('\n')));
+        auto* item = new QTreeWidgetItem(history_, {Texts::operationName(entry.operation), when,
+                                                    names.join(QStringLiteral(", ")), outcome});
+        QStringList paths;
+        for (const auto& path : entry.inputURLs) {
+            paths << QString::fromStdString(path);
+        }
+        item->setToolTip(2, paths.join(QLatin1Char('\n')));
     }
-    if (history_->count() == 0) {
-        auto* item = new QListWidgetItem(tr("No finished jobs yet."), history_);
+    if (history_->topLevelItemCount() == 0) {
+        auto* item = new QTreeWidgetItem(history_, {tr("No finished jobs yet.")});
         item->setFlags(Qt::NoItemFlags);
+        item->setFirstColumnSpanned(true);
     }
 }
 

@@ -11,7 +11,7 @@
 
 class QAbstractItemModel;
 class QComboBox;
-class QListWidget;
+class QTreeWidget;
 class QPushButton;
 
 namespace quillet {
@@ -45,7 +45,7 @@ class SectionView : public QWidget {
     DropZone* dropZone_;
     QComboBox* tier_ = nullptr;
     QPushButton* run_ = nullptr;
-    QListWidget* history_ = nullptr;
+    QTreeWidget* history_ = nullptr;
 };
 
 } // namespace quillet
