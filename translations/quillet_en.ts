@@ -68,6 +68,28 @@
     </message>
 </context>
 <context>
+    <name>quillet::AnalysisService</name>
+    <message numerus="yes">
+        <source>the analysis took longer than %n minute(s)</source>
+        <translation>
+            <numerusform>the analysis took longer than %n minute</numerusform>
+            <numerusform>the analysis took longer than %n minutes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>unreadable analysis (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the analysis stopped unexpectedly</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the analysis program could not be started</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillet::AppModel</name>
     <message>
         <source>Choose PDFs or images</source>
@@ -78,6 +100,10 @@
     <name>quillet::DropZone</name>
     <message>
         <source>Choose files…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a folder…</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -122,10 +148,6 @@
     <name>quillet::MainWindow</name>
     <message>
         <source>PDFs and images</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Choose a folder of PDFs</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -376,6 +398,10 @@
     </message>
     <message>
         <source>Result</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a folder of PDFs</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

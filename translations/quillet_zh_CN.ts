@@ -68,6 +68,27 @@
     </message>
 </context>
 <context>
+    <name>quillet::AnalysisService</name>
+    <message numerus="yes">
+        <source>the analysis took longer than %n minute(s)</source>
+        <translation>
+            <numerusform>分析用时超过 %n 分钟</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>unreadable analysis (%1)</source>
+        <translation>无法解读分析结果（%1）</translation>
+    </message>
+    <message>
+        <source>the analysis stopped unexpectedly</source>
+        <translation>分析意外中止</translation>
+    </message>
+    <message>
+        <source>the analysis program could not be started</source>
+        <translation>无法启动分析程序</translation>
+    </message>
+</context>
+<context>
     <name>quillet::AppModel</name>
     <message>
         <source>Choose PDFs or images</source>
@@ -79,6 +100,10 @@
     <message>
         <source>Choose files…</source>
         <translation>选择文件…</translation>
+    </message>
+    <message>
+        <source>Choose a folder…</source>
+        <translation>选择文件夹…</translation>
     </message>
 </context>
 <context>
@@ -121,10 +146,6 @@
     <message>
         <source>PDFs and images</source>
         <translation>PDF 和图片</translation>
-    </message>
-    <message>
-        <source>Choose a folder of PDFs</source>
-        <translation>选择存放 PDF 的文件夹</translation>
     </message>
     <message>
         <source>&amp;File</source>
@@ -373,6 +394,10 @@
     <message>
         <source>Result</source>
         <translation>结果</translation>
+    </message>
+    <message>
+        <source>Choose a folder of PDFs</source>
+        <translation>选择存放 PDF 的文件夹</translation>
     </message>
 </context>
 <context>

@@ -13,14 +13,19 @@ namespace quillet {
 namespace {
 
 /// The worker's answer: the analysis from its JSON line, or the reason there is none.
-std::pair<std::optional<PDFAnalysis>, QString> decodeAnswer(QProcess& process) {
+std::pair<std::optional<PDFAnalysis>, QString> decodeAnswer(QProcess& process, bool timedOut) {
+    if (timedOut) {
+        return {std::nullopt, AnalysisService::tr("the analysis took longer than %n minute(s)",
+                                                  nullptr,
+                                                  AnalysisService::timeLimitMilliseconds / 60000)};
+    }
     const QByteArray output = process.readAllStandardOutput();
     if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0) {
         try {
             const auto json = nlohmann::ordered_json::parse(output.toStdString());
             return {PDFAnalysis::fromJSON(json), QString()};
         } catch (const std::exception& error) {
-            return {std::nullopt, QStringLiteral("unreadable analysis (%1)").arg(error.what())};
+            return {std::nullopt, AnalysisService::tr("unreadable analysis (%1)").arg(error.what())};
         }
     }
     QString message = QString::fromUtf8(process.readAllStandardError()).trimmed();
@@ -28,7 +33,7 @@ std::pair<std::optional<PDFAnalysis>, QString> decodeAnswer(QProcess& process) {
         message = message.mid(line + 7);
     }
     if (process.exitStatus() == QProcess::CrashExit || message.isEmpty()) {
-        message = QStringLiteral("the analysis stopped unexpectedly");
+        message = AnalysisService::tr("the analysis stopped unexpectedly");
     }
     return {std::nullopt, message};
 }
@@ -69,7 +74,11 @@ void AnalysisService::start(const QString& path) {
 #endif
     auto* limit = new QTimer(process);
     limit->setSingleShot(true);
-    connect(limit, &QTimer::timeout, process, [process] { process->kill(); });
+    auto timedOut = std::make_shared<bool>(false);
+    connect(limit, &QTimer::timeout, process, [process, timedOut] {
+        *timedOut = true;
+        process->kill();
+    });
 
     auto ended = std::make_shared<bool>(false);
     const auto end = [this, process, path, ended](std::optional<PDFAnalysis> analysis,
@@ -83,13 +92,13 @@ void AnalysisService::start(const QString& path) {
         emit finished(path, analysis, error);
         startWaiting();
     };
-    connect(process, &QProcess::finished, this, [process, end] {
-        auto [analysis, error] = decodeAnswer(*process);
+    connect(process, &QProcess::finished, this, [process, end, timedOut] {
+        auto [analysis, error] = decodeAnswer(*process, *timedOut);
         end(std::move(analysis), std::move(error));
     });
     connect(process, &QProcess::errorOccurred, this, [end](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
-            end(std::nullopt, QStringLiteral("the analysis program could not be started"));
+            end(std::nullopt, tr("the analysis program could not be started"));
         }
     });
     QStringList arguments = workerCommand_.mid(1);

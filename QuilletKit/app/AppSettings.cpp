@@ -46,11 +46,9 @@ AppSettings::AppSettings(std::unique_ptr<QSettings> store, QObject* parent)
 
 AppSettings::~AppSettings() = default;
 
-AppSettings& AppSettings::shared() {
-    static AppSettings settings(std::make_unique<QSettings>(
-        QSettings::IniFormat, QSettings::UserScope, QStringLiteral("quillet"),
-        QStringLiteral("quillet")));
-    return settings;
+std::unique_ptr<QSettings> AppSettings::applicationStore() {
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                       QStringLiteral("quillet"), QStringLiteral("quillet"));
 }
 
 QString AppSettings::rawValue(Appearance appearance) {

@@ -10,7 +10,8 @@
 //   "replaceOriginal", "analyticsEnabled"   booleans; absent is false
 //   "languageOverride"  "auto" | "en" | "zh-Hans"; anything else reads as auto
 //   "AppleLanguages"    the preferred-language list: one element, the override's raw value, or
-//                       removed for auto. The language loaded at start follows it.
+//                       removed for auto. Kept for other readers of the file; the language
+//                       loaded at start follows "languageOverride".
 // Quillet sends nothing anywhere: `analyticsEnabled` is kept because the user set it, and read by
 // nobody. Lives on the main thread.
 #pragma once
@@ -35,8 +36,8 @@ class AppSettings : public QObject {
     explicit AppSettings(std::unique_ptr<QSettings> store, QObject* parent = nullptr);
     ~AppSettings() override;
 
-    /// The application's settings over its QSettings file, made on first use.
-    static AppSettings& shared();
+    /// The application's own settings file ("~/.config/quillet/quillet.conf").
+    static std::unique_ptr<QSettings> applicationStore();
 
     Appearance appearance() const { return appearance_; }
     const OutputRule& outputRule() const { return outputRule_; }

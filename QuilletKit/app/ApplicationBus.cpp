@@ -18,9 +18,12 @@ class FreedesktopApplicationAdaptor : public QDBusAbstractAdaptor {
         : QDBusAbstractAdaptor(bus), bus_(bus) {}
 
   public slots:
+    // The caller gets its answer at once; the work (loading files, raising the window) runs
+    // from the event loop afterwards.
     void Activate(const QVariantMap& platformData) {
         Q_UNUSED(platformData);
-        emit bus_->activateRequested();
+        QMetaObject::invokeMethod(
+            bus_, [bus = bus_] { emit bus->activateRequested(); }, Qt::QueuedConnection);
     }
     void Open(const QStringList& uris, const QVariantMap& platformData) {
         Q_UNUSED(platformData);
@@ -28,13 +31,23 @@ class FreedesktopApplicationAdaptor : public QDBusAbstractAdaptor {
         for (const QString& uri : uris) {
             urls << QUrl(uri);
         }
-        emit bus_->openRequested(urls);
-        emit bus_->activateRequested();
+        QMetaObject::invokeMethod(
+            bus_,
+            [bus = bus_, urls] {
+                emit bus->openRequested(urls);
+                emit bus->activateRequested();
+            },
+            Qt::QueuedConnection);
     }
     void ActivateAction(const QString& actionName, const QVariantList& parameter,
                         const QVariantMap& platformData) {
         Q_UNUSED(platformData);
-        emit bus_->actionRequested(actionName, parameter);
+        QMetaObject::invokeMethod(
+            bus_,
+            [bus = bus_, actionName, parameter] {
+                emit bus->actionRequested(actionName, parameter);
+            },
+            Qt::QueuedConnection);
     }
 
   private:

@@ -21,7 +21,9 @@ PageRenderService::Request firstPage(const QString& path) {
 } // namespace
 
 LoadedFilesModel::LoadedFilesModel(AppModel& model, PageRenderService* renders, QObject* parent)
-    : QAbstractListModel(parent), model_(model), renders_(renders), files_(model.files()) {
+    : QAbstractListModel(parent), model_(model), renders_(renders), files_(model.files()),
+      blank_(thumbnailBox) {
+    blank_.fill(Qt::transparent);
     if (renders_ != nullptr) {
         connect(renders_, &PageRenderService::rendered, this,
                 &LoadedFilesModel::thumbnailRendered);
@@ -71,34 +73,40 @@ QString LoadedFilesModel::summary(const QString& path) const {
     return tr("%1 file · %2").arg(info.suffix().toUpper(), Texts::bytes(info.size()));
 }
 
-QVariant LoadedFilesModel::thumbnail(const QString& path) const {
+QVariant LoadedFilesModel::thumbnail(const QString& path, bool request) const {
     if (const auto found = thumbnails_.find(path); found != thumbnails_.end()) {
         return *found;
     }
-    const bool pdf = QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) == 0;
-    if (renders_ == nullptr) {
-        return {};
+    if (!request || renders_ == nullptr || requested_.contains(path)) {
+        return blank_;
     }
-    if (pdf && !requested_.contains(path)) {
-        requested_.insert(path);
-        renders_->render(firstPage(path));
+    // The analysis reads the file in a worker process first: a file that cannot even be
+    // analysed is never opened here. A row in sight gets its analysis if it has none yet
+    // (started from the event loop, not while a view is painting).
+    if (model_.analysis(path) == nullptr) {
+        if (!model_.isAnalyzing(path) && model_.analysisError(path).isEmpty()) {
+            QMetaObject::invokeMethod(
+                &model_, [model = &model_, path] { model->startAnalysis(path); },
+                Qt::QueuedConnection);
+        }
+        return blank_;
     }
-    // An empty picture of the same size keeps every row's text in line.
-    static const QPixmap blank = [] {
-        QPixmap pixmap(thumbnailBox);
-        pixmap.fill(Qt::transparent);
-        return pixmap;
-    }();
-    return blank;
+    requested_.insert(path);
+    const auto page = firstPage(path);
+    pending_.insert(page.key(), path);
+    renders_->render(page);
+    return blank_;
 }
 
 void LoadedFilesModel::thumbnailRendered(const QString& key, const QImage& image) {
-    for (int row = 0; row < static_cast<int>(files_.size()); ++row) {
-        const QString& path = files_.at(row);
-        if (requested_.contains(path) && firstPage(path).key() == key) {
-            thumbnails_.insert(path, QPixmap::fromImage(image));
-            emit dataChanged(index(row), index(row), {Qt::DecorationRole});
-        }
+    const QString path = pending_.take(key);
+    if (path.isEmpty()) {
+        return;
+    }
+    thumbnails_.insert(path, QPixmap::fromImage(image));
+    if (const auto row = files_.indexOf(path); row >= 0) {
+        emit dataChanged(index(static_cast<int>(row)), index(static_cast<int>(row)),
+                         {Qt::DecorationRole});
     }
 }
 
@@ -109,7 +117,8 @@ QVariant LoadedFilesModel::data(const QModelIndex& index, int role) const {
     const QString& path = files_.at(index.row());
     switch (role) {
     case Qt::DisplayRole: return QFileInfo(path).fileName() + QLatin1Char('\n') + summary(path);
-    case Qt::DecorationRole: return thumbnail(path);
+    case Qt::DecorationRole: return thumbnail(path, false);
+    case ThumbnailRole: return thumbnail(path, true);
     case Qt::ToolTipRole:
     case PathRole: return path;
     case SummaryRole: return summary(path);

@@ -1,7 +1,9 @@
 // The model's loaded files as a list model: one row per file with its name, and a second line
 // saying what is known about it (its analysis, that one runs, or why it failed). With a render
 // service, a PDF's row shows a thumbnail of its first page once it has been drawn off the main
-// thread; until then the row has none.
+// thread; until then the row has an empty picture of the same size. Only a PDF whose analysis
+// (in a worker process) succeeded is drawn, and only once a view asks for `ThumbnailRole`,
+// which views do for the rows they paint; a painted PDF row without analysis gets one.
 #pragma once
 
 #include <QAbstractListModel>
@@ -18,7 +20,7 @@ class LoadedFilesModel : public QAbstractListModel {
     Q_OBJECT
 
   public:
-    enum Role { PathRole = Qt::UserRole + 1, SummaryRole };
+    enum Role { PathRole = Qt::UserRole + 1, SummaryRole, ThumbnailRole };
 
     static constexpr QSize thumbnailBox{36, 46};
 
@@ -35,14 +37,16 @@ class LoadedFilesModel : public QAbstractListModel {
 
   private:
     void analysisChanged(const QString& path);
-    QVariant thumbnail(const QString& path) const;
+    QVariant thumbnail(const QString& path, bool request) const;
     void thumbnailRendered(const QString& key, const QImage& image);
 
     AppModel& model_;
     PageRenderService* renders_;
     QStringList files_;
-    QHash<QString, QPixmap> thumbnails_; ///< by path
-    mutable QSet<QString> requested_;    ///< paths whose thumbnail was asked for
+    QPixmap blank_;
+    QHash<QString, QPixmap> thumbnails_;       ///< by path
+    mutable QHash<QString, QString> pending_; ///< render key → path, asked for and not yet drawn
+    mutable QSet<QString> requested_;          ///< paths whose thumbnail was asked for
 
 };
 

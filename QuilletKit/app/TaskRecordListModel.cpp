@@ -61,10 +61,18 @@ void TaskRecordListModel::refresh() {
     } else {
         const auto kept = records_.size();
         for (std::size_t i = 0; i < kept; ++i) {
-            records_[i] = latest[i];
-        }
-        if (kept > 0) {
-            emit dataChanged(index(0), index(static_cast<int>(kept) - 1));
+            TaskRecord& shown = records_[i];
+            const TaskRecord& now = latest[i];
+            if (shown == now) {
+                continue;
+            }
+            TaskRecord sameProgress = shown;
+            sameProgress.progress = now.progress;
+            const bool progressOnly = sameProgress == now;
+            shown = now;
+            const auto at = index(static_cast<int>(i));
+            // Anything but progress may change the row's height: all roles then.
+            emit dataChanged(at, at, progressOnly ? QList<int>{ProgressRole} : QList<int>{});
         }
         if (latest.size() > kept) {
             beginInsertRows({}, static_cast<int>(kept), static_cast<int>(latest.size()) - 1);

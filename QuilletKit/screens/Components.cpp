@@ -1,14 +1,32 @@
 #include "screens/Components.hpp"
 
+#include "app/LoadedFilesModel.hpp"
+
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 namespace quillet {
+namespace {
+
+/// Asks for a row's thumbnail when the row is painted, so only the rows in sight are rendered.
+class FileRowDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        index.data(LoadedFilesModel::ThumbnailRole);
+        QStyledItemDelegate::paint(painter, option, index);
+    }
+};
+
+} // namespace
 
 SectionHeader::SectionHeader(const QString& title, const QString& subtitle, QWidget* parent)
     : QWidget(parent) {
@@ -28,7 +46,8 @@ SectionHeader::SectionHeader(const QString& title, const QString& subtitle, QWid
 }
 
 DropZone::DropZone(const QString& title, const QString& detail, QWidget* parent)
-    : QFrame(parent), icon_(new QLabel(this)), detail_(new QLabel(detail, this)) {
+    : QFrame(parent), icon_(new QLabel(this)), detail_(new QLabel(detail, this)),
+      buttons_(new QHBoxLayout) {
     setAcceptDrops(true);
     setMinimumHeight(150);
     icon_->setPixmap(QIcon(QStringLiteral(":/icons/drop.svg")).pixmap(48, 48));
@@ -54,8 +73,18 @@ DropZone::DropZone(const QString& title, const QString& detail, QWidget* parent)
     layout->addWidget(heading);
     layout->addWidget(detail_);
     layout->addSpacing(6);
-    layout->addWidget(choose, 0, Qt::AlignCenter);
+    buttons_->addStretch();
+    buttons_->addWidget(choose);
+    buttons_->addStretch();
+    layout->addLayout(buttons_);
     layout->addStretch();
+}
+
+void DropZone::offerFolder() {
+    auto* folder = new QPushButton(tr("Choose a folder…"), this);
+    folder->setObjectName(QStringLiteral("chooseFolder"));
+    connect(folder, &QPushButton::clicked, this, &DropZone::chooseFolderRequested);
+    buttons_->insertWidget(2, folder);
 }
 
 void DropZone::setCompact(bool compact) {
@@ -114,6 +143,7 @@ void DropZone::paintEvent(QPaintEvent* event) {
 }
 
 FileListView::FileListView(QWidget* parent) : QListView(parent) {
+    setItemDelegate(new FileRowDelegate(this));
     setSpacing(3);
     setIconSize(QSize(36, 46));
     setUniformItemSizes(false);

@@ -6,6 +6,7 @@
 #include <QListView>
 #include <QUrl>
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -29,6 +30,8 @@ class DropZone : public QFrame {
     DropZone(const QString& title, const QString& detail, QWidget* parent = nullptr);
     /// A smaller zone for sections where loaded files are not the main content.
     void setCompact(bool compact);
+    /// Adds "Choose a folder…" beside "Choose files…".
+    void offerFolder();
 
     /// The local files of a drag, or none when it carries none.
     static QList<QUrl> localFiles(const QMimeData* data);
@@ -36,6 +39,7 @@ class DropZone : public QFrame {
   signals:
     void dropped(const QList<QUrl>& urls);
     void chooseRequested();
+    void chooseFolderRequested();
 
   protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -46,6 +50,7 @@ class DropZone : public QFrame {
   private:
     QLabel* icon_;
     QLabel* detail_;
+    QHBoxLayout* buttons_;
     bool hovered_ = false;
 };
 

@@ -1,8 +1,9 @@
 #include "screens/FileActions.hpp"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QUrl>
@@ -17,23 +18,31 @@ void reveal(const QStringList& paths) {
     if (paths.isEmpty()) {
         return;
     }
-    const QString fileManager = QStringLiteral("org.freedesktop.FileManager1");
+    const QUrl folder = QUrl::fromLocalFile(QFileInfo(paths.front()).absolutePath());
     auto bus = QDBusConnection::sessionBus();
-    if (bus.isConnected() && bus.interface() != nullptr &&
-        (bus.interface()->isServiceRegistered(fileManager).value() ||
-         bus.interface()->activatableServiceNames().value().contains(fileManager))) {
-        QStringList uris;
-        for (const QString& path : paths) {
-            uris << QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
-        }
-        auto call = QDBusMessage::createMethodCall(fileManager,
-                                                   QStringLiteral("/org/freedesktop/FileManager1"),
-                                                   fileManager, QStringLiteral("ShowItems"));
-        call << uris << QString();
-        bus.asyncCall(call);
+    if (!bus.isConnected()) {
+        QDesktopServices::openUrl(folder);
         return;
     }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(paths.front()).absolutePath()));
+    // The file manager selects the files in their folder; without one on the bus (the call
+    // fails, never blocks the window) the folder opens in whatever handles folders.
+    const QString fileManager = QStringLiteral("org.freedesktop.FileManager1");
+    QStringList uris;
+    for (const QString& path : paths) {
+        uris << QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+    }
+    auto call = QDBusMessage::createMethodCall(fileManager,
+                                               QStringLiteral("/org/freedesktop/FileManager1"),
+                                               fileManager, QStringLiteral("ShowItems"));
+    call << uris << QString();
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), QCoreApplication::instance());
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher,
+                     [folder](QDBusPendingCallWatcher* finished) {
+                         if (finished->isError()) {
+                             QDesktopServices::openUrl(folder);
+                         }
+                         finished->deleteLater();
+                     });
 }
 
 } // namespace quillet::FileActions

@@ -29,24 +29,20 @@ QList<QUrl> showOpenPanel(QWidget* parent, const AppModel::OpenPanelRequest& req
                            QStringLiteral(" (*.pdf *.PDF *.png *.PNG *.jpg *.JPG *.jpeg *.JPEG "
                                           "*.tif *.TIF *.tiff *.TIFF *.heic *.HEIC *.heif *.HEIF "
                                           "*.avif *.AVIF *.webp *.WEBP *.gif *.GIF)");
-    if (request.foldersAllowed) {
-        // The standard dialog picks files or a folder, never both: offer the folder when the
-        // user chooses no file.
-        const auto files = QFileDialog::getOpenFileUrls(parent, request.title, QUrl(), filter);
-        if (!files.isEmpty()) {
-            return files;
-        }
-        const QUrl folder = QFileDialog::getExistingDirectoryUrl(
-            parent, MainWindow::tr("Choose a folder of PDFs"));
-        return folder.isEmpty() ? QList<QUrl>{} : QList<QUrl>{folder};
-    }
+    // Folders are chosen with the batch screen's own "Choose a folder…".
     return QFileDialog::getOpenFileUrls(parent, request.title, QUrl(), filter);
 }
 
 } // namespace
 
 MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget* parent)
-    : QMainWindow(parent), app_(app), relaunch_(std::move(relaunch)),
+    : QMainWindow(parent), app_(app),
+      relaunch_([this, relaunch = std::move(relaunch)] {
+          quitting_ = true;
+          if (relaunch) {
+              relaunch();
+          }
+      }),
       files_(new LoadedFilesModel(app.model(), &app.renders(), this)) {
     setWindowTitle(QStringLiteral("Quillet"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/org.quillet.Quillet.svg")));
@@ -117,16 +113,23 @@ void MainWindow::buildMenus() {
     QAction* quit = file->addAction(tr("Quit"));
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setMenuRole(QAction::QuitRole);
-    connect(quit, &QAction::triggered, this, [this] {
-        if (app_.queue().isBusy() &&
-            QMessageBox::question(this, tr("Quit"),
-                                  tr("A job is still running. Quitting stops it; jobs that wait "
-                                     "are offered again at the next start.")) !=
-                QMessageBox::Yes) {
-            return;
-        }
-        QApplication::quit();
-    });
+    connect(quit, &QAction::triggered, this, &MainWindow::requestQuit);
+}
+
+void MainWindow::requestQuit() {
+    if (app_.queue().isBusy() &&
+        QMessageBox::question(isVisible() ? this : nullptr, tr("Quit"),
+                              tr("A job is still running. Quitting stops it; jobs that wait "
+                                 "are offered again at the next start.")) != QMessageBox::Yes) {
+        return;
+    }
+    quitNow();
+}
+
+void MainWindow::quitNow() {
+    // Quitting closes every window first; this one must then close rather than hide.
+    quitting_ = true;
+    QApplication::quit();
 }
 
 QWidget* MainWindow::buildSidebar() {
@@ -188,9 +191,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (settings_ != nullptr) {
         settings_->close();
     }
-    if (app_.lastWindowClosed()) {
+    if (quitting_ || app_.lastWindowClosed()) {
         event->accept();
-        QApplication::quit();
+        quitNow();
         return;
     }
     // Jobs still run or wait: the window goes, the work goes on.
@@ -208,7 +211,7 @@ void MainWindow::showTrayIcon() {
         auto* menu = new QMenu(this);
         connect(menu->addAction(tr("Show Quillet")), &QAction::triggered, this,
                 &MainWindow::bringToFront);
-        connect(menu->addAction(tr("Quit")), &QAction::triggered, qApp, &QApplication::quit);
+        connect(menu->addAction(tr("Quit")), &QAction::triggered, this, &MainWindow::requestQuit);
         tray_->setContextMenu(menu);
         connect(tray_, &QSystemTrayIcon::activated, this,
                 [this](QSystemTrayIcon::ActivationReason reason) {

@@ -35,6 +35,10 @@ class MainWindow : public QMainWindow {
     /// Shows the window (again) in front of the others.
     void bringToFront();
     void openSettings();
+    /// Quits, asking first while a job runs or waits (quitting stops it).
+    void requestQuit();
+    /// Quits without asking: the window closes instead of hiding.
+    void quitNow();
 
     SectionView& section(int index) const;
     QueuePanel& queuePanel() const { return *queuePanel_; }
@@ -61,6 +65,7 @@ class MainWindow : public QMainWindow {
     ResumeBanner* banner_ = nullptr;
     SettingsWindow* settings_ = nullptr;
     QSystemTrayIcon* tray_ = nullptr;
+    bool quitting_ = false;
 };
 
 } // namespace quillet

@@ -57,6 +57,13 @@ QueuePanel::QueuePanel(TaskQueueService& queue, QWidget* parent)
     connect(model_, &QAbstractItemModel::rowsRemoved, this, &QueuePanel::updateCounts);
     connect(model_, &QAbstractItemModel::modelReset, this, &QueuePanel::updateCounts);
     connect(model_, &QAbstractItemModel::dataChanged, this, &QueuePanel::updateCounts);
+    // The list keeps each row's height until told: a row that changes state changes height.
+    connect(model_, &QAbstractItemModel::dataChanged, delegate,
+            [delegate](const QModelIndex& first, const QModelIndex&, const QList<int>& roles) {
+                if (!roles.contains(TaskRecordListModel::ProgressRole)) {
+                    emit delegate->sizeHintChanged(first);
+                }
+            });
 
     auto* header = new QHBoxLayout;
     header->addWidget(title);

@@ -4,6 +4,7 @@
 #include "screens/Components.hpp"
 
 #include <QComboBox>
+#include <QFileDialog>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -115,6 +116,17 @@ SectionView::SectionView(AppModel& model, Section section, QAbstractItemModel& f
         model_.setSection(section_);
         model_.chooseFiles();
     });
+    if (section == Section::batch) {
+        dropZone_->offerFolder();
+        connect(dropZone_, &DropZone::chooseFolderRequested, this, [this] {
+            const QUrl folder =
+                QFileDialog::getExistingDirectoryUrl(this, tr("Choose a folder of PDFs"));
+            if (!folder.isEmpty()) {
+                model_.setSection(section_);
+                model_.acceptDropped({folder});
+            }
+        });
+    }
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 20, 24, 20);

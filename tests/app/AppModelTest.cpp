@@ -170,9 +170,12 @@ void AppModelTest::aCrashingAnalysisCostsOnlyItsFile() {
     AnalysisService service({"/bin/sh", "-c", "kill -SEGV $$"}, 1);
     QSignalSpy finished(&service, &AnalysisService::finished);
     service.analyze(qpath(pdf));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-    QVERIFY(!finished[0][1].value<std::optional<PDFAnalysis>>().has_value());
-    QVERIFY(!finished[0][2].toString().isEmpty());
+    service.analyze(qpath(pdf)); // waits for the one place, and gets it after the crash
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 2, 10000);
+    for (const auto& answer : finished) {
+        QVERIFY(!answer[1].value<std::optional<PDFAnalysis>>().has_value());
+        QCOMPARE(answer[2].toString(), QStringLiteral("the analysis stopped unexpectedly"));
+    }
 }
 
 void AppModelTest::analysesWaitBeyondTheLimit() {

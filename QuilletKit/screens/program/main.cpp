@@ -55,11 +55,14 @@ int main(int argc, char** argv) {
         if (ApplicationBus::handOver(files)) {
             return 0;
         }
-        std::fputs("quillet-app: the running instance did not answer; starting another one\n",
+        // A second instance beside a stuck one would run the same queue twice.
+        std::fputs("quillet-app: Quillet is already running but does not answer; close it and "
+                   "try again\n",
                    stderr);
+        return 1;
     }
 
-    AppSettings& settings = AppSettings::shared();
+    AppSettings settings(AppSettings::applicationStore());
     QuilletApp::installTranslations(settings.effectiveLanguage());
     Appearance::apply(settings.appearance());
     QObject::connect(&settings, &AppSettings::appearanceChanged, &qt,
@@ -71,7 +74,7 @@ int main(int argc, char** argv) {
                      &MainWindow::bringToFront);
     QObject::connect(&bus, &ApplicationBus::openRequested, &window,
                      [&app](const QList<QUrl>& urls) { app.model().acceptDropped(urls); });
-    QObject::connect(&app, &QuilletApp::quitRequested, &qt, &QApplication::quit);
+    QObject::connect(&app, &QuilletApp::quitRequested, &window, &MainWindow::quitNow);
 
     window.show();
     app.model().acceptDropped(files);
