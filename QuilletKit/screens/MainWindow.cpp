@@ -5,6 +5,7 @@
 #include "screens/Components.hpp"
 #include "screens/QueuePanel.hpp"
 #include "screens/ResumeBanner.hpp"
+#include "screens/SectionBodies.hpp"
 #include "screens/SectionView.hpp"
 #include "screens/SettingsWindow.hpp"
 
@@ -57,8 +58,12 @@ MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget*
     model.openSettingsHandler = [this] { openSettings(); };
 
     stack_ = new QStackedWidget(this);
+    const ScreenContext context{app_, *files_};
     for (int i = 0; i < AppModel::sectionCount; ++i) {
-        stack_->addWidget(new SectionView(model, static_cast<AppModel::Section>(i), *files_));
+        const auto section = static_cast<AppModel::Section>(i);
+        auto* view = new SectionView(model, section);
+        view->setBody(makeSectionBody(section, context));
+        stack_->addWidget(view);
     }
     queuePanel_ = new QueuePanel(app_.queue(), this);
     queuePanel_->setMinimumWidth(300);

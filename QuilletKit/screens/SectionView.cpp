@@ -3,17 +3,9 @@
 #include "app/Texts.hpp"
 #include "screens/Components.hpp"
 
-#include <QComboBox>
 #include <QFileDialog>
-#include <QDateTime>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPainter>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QHeaderView>
-#include <QTreeWidget>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace quillet {
@@ -102,8 +94,7 @@ QIcon SectionView::icon(Section section) {
     return icon;
 }
 
-SectionView::SectionView(AppModel& model, Section section, QAbstractItemModel& files,
-                         QWidget* parent)
+SectionView::SectionView(AppModel& model, Section section, QWidget* parent)
     : QWidget(parent), model_(model), section_(section) {
     setObjectName(AppModel::rawValue(section));
     const SectionTexts words = texts(section);
@@ -133,112 +124,14 @@ SectionView::SectionView(AppModel& model, Section section, QAbstractItemModel& f
     layout->setSpacing(14);
     layout->addWidget(new SectionHeader(title(section), words.subtitle, this));
     layout->addWidget(dropZone_);
-    if (section == Section::history) {
-        dropZone_->setCompact(true);
-        layout->addWidget(historyList(), 1);
-        return;
-    }
-    auto* list = new FileListView(this);
-    list->setObjectName(QStringLiteral("files"));
-    list->setModel(&files);
-    layout->addWidget(list, 1);
-    if (section == Section::compress) {
-        layout->addWidget(compressActions());
-    }
+    dropZone_->setCompact(section == Section::history);
 }
 
-QWidget* SectionView::compressActions() {
-    auto* bar = new QWidget(this);
-    tier_ = new QComboBox(bar);
-    tier_->setObjectName(QStringLiteral("tier"));
-    const std::pair<CompressionQualityTier, QString> tiers[] = {
-        {CompressionQualityTier::highQuality, tr("High Quality")},
-        {CompressionQualityTier::balanced, tr("Balanced")},
-        {CompressionQualityTier::smallest, tr("Smallest")},
-        {CompressionQualityTier::lossless, tr("Lossless Optimize")},
-    };
-    for (const auto& [tier, label] : tiers) {
-        tier_->addItem(label, static_cast<int>(tier));
-    }
-    tier_->setCurrentIndex(1);
-    run_ = new QPushButton(tr("Compress"), bar);
-    run_->setObjectName(QStringLiteral("run"));
-    run_->setDefault(true);
-    connect(run_, &QPushButton::clicked, this, [this] {
-        const auto tier = static_cast<CompressionQualityTier>(tier_->currentData().toInt());
-        QStringList pdfs;
-        for (const QString& path : model_.files()) {
-            if (QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) ==
-                0) {
-                pdfs << path;
-            }
-        }
-        model_.run(PDFOperationKind::compress, OperationParameters::Compress{tier}, pdfs);
-    });
-    connect(&model_, &AppModel::filesChanged, this, &SectionView::updateActions);
-    auto* layout = new QHBoxLayout(bar);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new QLabel(tr("Quality:"), bar));
-    layout->addWidget(tier_);
-    layout->addStretch();
-    layout->addWidget(run_);
-    updateActions();
-    return bar;
-}
-
-void SectionView::updateActions() {
-    if (run_ != nullptr) {
-        run_->setEnabled(std::any_of(model_.files().begin(), model_.files().end(),
-                                     [](const QString& path) {
-                                         return QFileInfo(path).suffix().compare(
-                                                    QStringLiteral("pdf"),
-                                                    Qt::CaseInsensitive) == 0;
-                                     }));
-    }
-}
-
-QWidget* SectionView::historyList() {
-    history_ = new QTreeWidget(this);
-    history_->setObjectName(QStringLiteral("historyList"));
-    history_->setRootIsDecorated(false);
-    history_->setAlternatingRowColors(true);
-    history_->setHeaderLabels({tr("Action"), tr("Date"), tr("Files"), tr("Result")});
-    history_->header()->setStretchLastSection(false);
-    history_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    history_->header()->setSectionResizeMode(2, QHeaderView::Stretch);
-    history_->setTextElideMode(Qt::ElideMiddle);
-    connect(&model_, &AppModel::historyChanged, this, &SectionView::refreshHistory);
-    refreshHistory();
-    return history_;
-}
-
-void SectionView::refreshHistory() {
-    history_->clear();
-    for (const HistoryEntry& entry : model_.history().entries()) {
-        const auto seconds =
-            std::chrono::duration_cast<std::chrono::seconds>(entry.date.time_since_epoch());
-        const QString when = QLocale().toString(
-            QDateTime::fromSecsSinceEpoch(seconds.count()), QLocale::ShortFormat);
-        QStringList names;
-        for (const auto& name : entry.inputNames) {
-            names << QString::fromStdString(name);
-        }
-        const QString outcome = entry.succeeded
-                                    ? Texts::sizeChange(entry.originalBytes, entry.resultBytes)
-                                    : Texts::stateName(TaskState::failed);
-        auto* item = new QTreeWidgetItem(history_, {Texts::operationName(entry.operation), when,
-                                                    names.join(QStringLiteral(", ")), outcome});
-        QStringList paths;
-        for (const auto& path : entry.inputURLs) {
-            paths << QString::fromStdString(path);
-        }
-        item->setToolTip(2, paths.join(QLatin1Char('\n')));
-    }
-    if (history_->topLevelItemCount() == 0) {
-        auto* item = new QTreeWidgetItem(history_, {tr("No finished jobs yet.")});
-        item->setFlags(Qt::NoItemFlags);
-        item->setFirstColumnSpanned(true);
-    }
+void SectionView::setBody(QWidget* body) {
+    Q_ASSERT(body_ == nullptr);
+    body_ = body;
+    body->setParent(this);
+    static_cast<QVBoxLayout*>(layout())->addWidget(body, 1);
 }
 
 } // namespace quillet
