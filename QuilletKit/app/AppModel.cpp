@@ -136,6 +136,13 @@ void AppModel::chooseFiles() {
     }
 }
 
+void AppModel::openWithSuggestion(Section section, const QString& path,
+                                  const OperationParameters& suggested) {
+    setSection(section);
+    setFiles({path});
+    emit suggestionOffered(section, suggested);
+}
+
 void AppModel::startAnalysis(const QString& path) {
     if (!isPDFPath(path) || analyses_.count(path) != 0 || analyzing_.contains(path)) {
         return;

@@ -55,7 +55,7 @@ class AppModel : public QObject {
     Section section() const { return section_; }
     void setSection(Section section);
     const QStringList& files() const { return files_; }
-    /// Empties the selection (a screen's "remove all").
+    /// Replaces the loaded files as they are (a screen's reorder, remove, "remove all").
     void setFiles(const QStringList& paths);
 
     const PDFAnalysis* analysis(const QString& path) const;
@@ -84,6 +84,11 @@ class AppModel : public QObject {
     std::optional<std::string> run(PDFOperationKind operation, const OperationParameters& parameters,
                                    const std::optional<QStringList>& inputs = std::nullopt);
 
+    /// Follows a recommendation of the home screen: loads `path` alone, shows `section`, and
+    /// announces `suggested` (the options the section should preselect) with `suggestionOffered`.
+    void openWithSuggestion(Section section, const QString& path,
+                            const OperationParameters& suggested);
+
     /// A PDF or an image by its extension.
     static bool isAccepted(const QString& path);
     /// The accepted files in `folder` and its subfolders (hidden ones skipped, symbolic links to
@@ -103,6 +108,10 @@ class AppModel : public QObject {
     void analysisChanged(const QString& path);
     void historyChanged();
     void presetsChanged();
+    /// A screen of `section` should preselect these options (see `openWithSuggestion`); emitted
+    /// after the file is loaded and the section shown.
+    void suggestionOffered(quillet::AppModel::Section section,
+                           const quillet::OperationParameters& suggested);
 
   private:
     void analysisFinished(const QString& path, const std::optional<PDFAnalysis>& analysis,
