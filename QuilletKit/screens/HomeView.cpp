@@ -1,20 +1,119 @@
 #include "screens/HomeView.hpp"
 
-#include "app/LoadedFilesModel.hpp"
-#include "screens/Components.hpp"
+#include "app/PageRenderService.hpp"
+#include "screens/FileCard.hpp"
+#include "screens/InspectorSheet.hpp"
 
+#include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace quillet {
 
 HomeView::HomeView(const ScreenContext& context, QWidget* parent)
-    : QWidget(parent), context_(context) {
-    auto* list = new FileListView(this);
-    list->setObjectName(QStringLiteral("files"));
-    list->setModel(&context_.files);
+    : QWidget(parent), context_(context), list_(new QVBoxLayout),
+      empty_(new QLabel(tr("Drop PDFs above to see what is inside them and what would make "
+                           "them better."),
+                        this)) {
+    empty_->setWordWrap(true);
+    empty_->setAlignment(Qt::AlignCenter);
+    empty_->setForegroundRole(QPalette::PlaceholderText);
+
+    auto* content = new QWidget;
+    auto* contentLayout = new QVBoxLayout(content);
+    contentLayout->setContentsMargins(0, 0, 4, 0);
+    list_->setSpacing(10);
+    contentLayout->addLayout(list_);
+    contentLayout->addStretch();
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("cards"));
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(list);
+    layout->addWidget(empty_, 1);
+    layout->addWidget(scroll, 1);
+
+    AppModel& model = context_.model();
+    connect(&model, &AppModel::filesChanged, this, &HomeView::rebuild);
+    connect(&model, &AppModel::analysisChanged, this, &HomeView::analysisChanged);
+    connect(&context_.app.renders(), &PageRenderService::rendered, this,
+            &HomeView::thumbnailRendered);
+    rebuild();
+}
+
+QList<FileCard*> HomeView::cards() const {
+    QList<FileCard*> cards;
+    for (int i = 0; i < list_->count(); ++i) {
+        if (auto* card = qobject_cast<FileCard*>(list_->itemAt(i)->widget())) {
+            cards << card;
+        }
+    }
+    return cards;
+}
+
+void HomeView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    // Files loaded on another section are analysed once they are looked at here.
+    context_.model().ensureAnalyses();
+}
+
+void HomeView::rebuild() {
+    // A card may be the sender of what changed the files (a recommendation it follows).
+    for (FileCard* card : cards()) {
+        list_->removeWidget(card);
+        card->hide();
+        card->deleteLater();
+    }
+    cardByPath_.clear();
+    pendingThumbnails_.clear();
+    const QStringList& files = context_.model().files();
+    for (const QString& path : files) {
+        auto* card = new FileCard(context_, path);
+        connect(card, &FileCard::inspectRequested, this, &HomeView::inspect);
+        list_->addWidget(card);
+        cardByPath_.insert(path, card);
+        analysisChanged(path);
+    }
+    empty_->setVisible(files.isEmpty());
+    list_->parentWidget()->setVisible(!files.isEmpty());
+}
+
+void HomeView::analysisChanged(const QString& path) {
+    FileCard* card = cardByPath_.value(path);
+    if (card == nullptr) {
+        return;
+    }
+    card->refresh();
+    // The page is drawn here only once a worker has read the file.
+    if (context_.model().analysis(path) != nullptr) {
+        const qreal ratio = devicePixelRatioF();
+        const PageRenderService::Request request{path, 0, FileCard::thumbnailBox, ratio};
+        if (const auto image = context_.app.renders().cached(request)) {
+            card->setThumbnail(*image);
+        } else {
+            pendingThumbnails_.insert(request.key(), path);
+            context_.app.renders().render(request);
+        }
+    }
+}
+
+void HomeView::thumbnailRendered(const QString& key, const QImage& image) {
+    const QString path = pendingThumbnails_.take(key);
+    if (FileCard* card = cardByPath_.value(path)) {
+        card->setThumbnail(image);
+    }
+}
+
+void HomeView::inspect(const QString& path) {
+    if (const PDFAnalysis* analysis = context_.model().analysis(path)) {
+        auto* sheet = new InspectorSheet(path, *analysis, this);
+        sheet->setAttribute(Qt::WA_DeleteOnClose);
+        sheet->show();
+    }
 }
 
 } // namespace quillet

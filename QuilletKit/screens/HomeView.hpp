@@ -1,11 +1,18 @@
-// The home screen: one card per loaded file with its analysis and the actions it recommends.
+// The home screen: one card per loaded file with its analysis and the actions it recommends;
+// "Inspect" opens everything the analysis knows in the inspector.
 #pragma once
 
 #include "screens/ScreenContext.hpp"
 
+#include <QHash>
 #include <QWidget>
 
+class QLabel;
+class QVBoxLayout;
+
 namespace quillet {
+
+class FileCard;
 
 class HomeView : public QWidget {
     Q_OBJECT
@@ -13,8 +20,23 @@ class HomeView : public QWidget {
   public:
     explicit HomeView(const ScreenContext& context, QWidget* parent = nullptr);
 
+    /// The cards shown, in file order.
+    QList<FileCard*> cards() const;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
+    void rebuild();
+    void analysisChanged(const QString& path);
+    void thumbnailRendered(const QString& key, const QImage& image);
+    void inspect(const QString& path);
+
     ScreenContext context_;
+    QVBoxLayout* list_;
+    QLabel* empty_;
+    QHash<QString, FileCard*> cardByPath_;
+    QHash<QString, QString> pendingThumbnails_; ///< render key → path
 };
 
 } // namespace quillet

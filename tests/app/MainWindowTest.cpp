@@ -5,7 +5,9 @@
 
 #include "app/ApplicationBus.hpp"
 #include "app/TaskRecordListModel.hpp"
+#include "screens/BeforeAfterView.hpp"
 #include "screens/Components.hpp"
+#include "screens/CompressView.hpp"
 #include "screens/MainWindow.hpp"
 #include "screens/QueuePanel.hpp"
 #include "screens/ResumeBanner.hpp"
@@ -159,6 +161,10 @@ void MainWindowTest::compressFromDropToOutputOnDisk() {
     QCOMPARE(app.history().entries().size(), 1u);
     QCOMPARE(PersistedList::load<HistoryEntry>(dir / "history.json").size(), 1u);
     QCOMPARE(rows.doneCount(), 1);
+    // The screen that started the job compares its first page before and after.
+    auto* view = compress.findChild<CompressView*>();
+    QTRY_VERIFY(view->comparison().isComparing());
+    QCOMPARE(view->comparison().page(), 0);
 }
 
 void MainWindowTest::closingWhileBusyKeepsTheApplicationUntilTheQueueIsIdle() {
