@@ -143,6 +143,13 @@ void AppModel::openWithSuggestion(Section section, const QString& path,
     emit suggestionOffered(section, suggested);
 }
 
+void AppModel::openWithSuggestion(Section section, const QStringList& paths,
+                                  const OperationParameters& suggested) {
+    setSection(section);
+    setFiles(paths);
+    emit suggestionOffered(section, suggested);
+}
+
 void AppModel::startAnalysis(const QString& path) {
     if (!isPDFPath(path) || analyses_.count(path) != 0 || analyzing_.contains(path)) {
         return;

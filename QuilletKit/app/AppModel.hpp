@@ -88,6 +88,9 @@ class AppModel : public QObject {
     /// announces `suggested` (the options the section should preselect) with `suggestionOffered`.
     void openWithSuggestion(Section section, const QString& path,
                             const OperationParameters& suggested);
+    /// The same with several files (a finished job taken up again from the history).
+    void openWithSuggestion(Section section, const QStringList& paths,
+                            const OperationParameters& suggested);
 
     /// A PDF or an image by its extension.
     static bool isAccepted(const QString& path);

@@ -1,20 +1,268 @@
 #include "screens/BatchView.hpp"
 
-#include "app/LoadedFilesModel.hpp"
+#include "app/Texts.hpp"
 #include "screens/Components.hpp"
+#include "screens/ScreenParts.hpp"
 
+#include <QComboBox>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <cmath>
+
 namespace quillet {
+namespace {
+
+constexpr std::int64_t mebibyte = 1024 * 1024;
+enum Column { fileColumn, pagesColumn, sizeColumn, stateColumn };
+
+} // namespace
+
+QString BatchView::label(BatchAction action) {
+    switch (action) {
+    case BatchAction::compressBalanced: return tr("Compress · Balanced");
+    case BatchAction::compressSmallest: return tr("Compress · Smallest");
+    case BatchAction::target10MB: return tr("Compress under 10 MB");
+    case BatchAction::target5MB: return tr("Compress under 5 MB");
+    case BatchAction::png: return tr("Convert to PNG");
+    case BatchAction::jpeg: return tr("Convert to JPEG");
+    case BatchAction::cleanPrivacy: return tr("Remove Metadata");
+    case BatchAction::rotate90: return tr("Rotate 90°");
+    case BatchAction::removePassword: return tr("Remove Password (known password)");
+    }
+    return {};
+}
+
+PDFOperationKind BatchView::operation(BatchAction action) {
+    switch (action) {
+    case BatchAction::compressBalanced:
+    case BatchAction::compressSmallest: return PDFOperationKind::compress;
+    case BatchAction::target10MB:
+    case BatchAction::target5MB: return PDFOperationKind::targetSize;
+    case BatchAction::png:
+    case BatchAction::jpeg: return PDFOperationKind::pdfToImages;
+    case BatchAction::cleanPrivacy: return PDFOperationKind::clean;
+    case BatchAction::rotate90: return PDFOperationKind::organize;
+    case BatchAction::removePassword: return PDFOperationKind::unprotect;
+    }
+    return PDFOperationKind::compress;
+}
+
+OperationParameters BatchView::parameters(BatchAction action, const std::string& password) {
+    using P = OperationParameters;
+    switch (action) {
+    case BatchAction::compressBalanced: return P::Compress{CompressionQualityTier::balanced};
+    case BatchAction::compressSmallest: return P::Compress{CompressionQualityTier::smallest};
+    case BatchAction::target10MB: return P::TargetSize{10 * mebibyte};
+    case BatchAction::target5MB: return P::TargetSize{5 * mebibyte};
+    case BatchAction::png: return P::PDFToImages{"png", 150, "", 0.85};
+    case BatchAction::jpeg: return P::PDFToImages{"jpeg", 150, "", 0.85};
+    case BatchAction::cleanPrivacy: return P::Clean{CleanPreset::privacy};
+    // Every list empty: each output is a re-written copy, page rotations unchanged. Turning
+    // pages is the organize screen's work.
+    case BatchAction::rotate90: return P::Organize{};
+    case BatchAction::removePassword: return P::Unprotect{password};
+    }
+    return {};
+}
 
 BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     : QWidget(parent), context_(context) {
-    auto* list = new FileListView(this);
-    list->setObjectName(QStringLiteral("files"));
-    list->setModel(&context_.files);
+    actions_ = new QComboBox(this);
+    actions_->setObjectName(QStringLiteral("action"));
+    actions_->setAccessibleName(tr("Action"));
+    for (int i = 0; i < actionCount; ++i) {
+        actions_->addItem(label(static_cast<BatchAction>(i)));
+    }
+    auto* actionLabel = new QLabel(tr("Action:"), this);
+    actionLabel->setBuddy(actions_);
+
+    passwordRow_ = new QWidget(this);
+    auto* passwordLayout = new QHBoxLayout(passwordRow_);
+    passwordLayout->setContentsMargins(0, 0, 0, 0);
+    passwordLayout->setSpacing(8);
+    password_ = new QLineEdit(passwordRow_);
+    password_->setObjectName(QStringLiteral("password"));
+    password_->setEchoMode(QLineEdit::Password);
+    password_->setAccessibleName(tr("Current password"));
+    password_->setMinimumWidth(200);
+    auto* passwordLabel = new QLabel(tr("Current password"), passwordRow_);
+    passwordLabel->setBuddy(password_);
+    auto* passwordNote =
+        new QLabel(tr("Applied to every selected file — use when all files share the password"),
+                   passwordRow_);
+    passwordNote->setWordWrap(true);
+    passwordNote->setForegroundRole(QPalette::PlaceholderText);
+    passwordLayout->addWidget(passwordLabel);
+    passwordLayout->addWidget(password_);
+    passwordLayout->addWidget(passwordNote, 1);
+
+    auto* choice = new QHBoxLayout;
+    choice->setSpacing(8);
+    choice->addWidget(actionLabel);
+    choice->addWidget(actions_);
+    choice->addStretch(1);
+
+    rows_ = new QTreeWidget(this);
+    rows_->setObjectName(QStringLiteral("files"));
+    rows_->setAccessibleName(tr("Files of the batch"));
+    rows_->setRootIsDecorated(false);
+    rows_->setHeaderLabels({tr("File"), tr("Pages"), tr("Size"), tr("State")});
+    rows_->header()->setStretchLastSection(false);
+    rows_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    rows_->header()->setSectionResizeMode(fileColumn, QHeaderView::Stretch);
+    rows_->setTextElideMode(Qt::ElideMiddle);
+    rows_->setUniformRowHeights(true);
+
+    bar_ = new ActionBar(QString(), this);
+    done_ = new QLabel(this);
+    done_->setObjectName(QStringLiteral("done"));
+    clear_ = new QPushButton(tr("Clear finished"), this);
+    clear_->setObjectName(QStringLiteral("clearFinished"));
+    bar_->addControl(done_);
+    bar_->addControl(clear_);
+    connect(clear_, &QPushButton::clicked, this, [this] { context_.model().queue().clearFinished(); });
+    connect(&bar_->button(), &QPushButton::clicked, this, &BatchView::runBatch);
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(list);
+    layout->setSpacing(12);
+    layout->addLayout(choice);
+    layout->addWidget(passwordRow_);
+    layout->addWidget(rows_, 1);
+    layout->addWidget(bar_);
+
+    connect(actions_, &QComboBox::currentIndexChanged, this, &BatchView::updateActions);
+    connect(password_, &QLineEdit::textChanged, this, &BatchView::updateActions);
+    AppModel& model = context_.model();
+    connect(&model, &AppModel::filesChanged, this, [this] {
+        if (isVisible()) {
+            context_.model().ensureAnalyses();
+        }
+        rebuildRows();
+    });
+    connect(&model, &AppModel::analysisChanged, this, &BatchView::refreshAnalysis);
+    connect(&model.queue(), &TaskQueueService::recordsChanged, this, &BatchView::refreshStates);
+    rebuildRows();
+}
+
+BatchView::BatchAction BatchView::action() const {
+    return static_cast<BatchAction>(actions_->currentIndex());
+}
+
+void BatchView::setAction(BatchAction action) {
+    actions_->setCurrentIndex(static_cast<int>(action));
+}
+
+void BatchView::runBatch() {
+    const QStringList& files = context_.model().files();
+    if (files.isEmpty()) {
+        return;
+    }
+    const BatchAction chosen = action();
+    if (chosen == BatchAction::removePassword && password_->text().isEmpty()) {
+        password_->setFocus();
+        return;
+    }
+    const OutputRule rule = context_.model().settings().outputRule();
+    const auto kind = operation(chosen);
+    const auto chosenParameters = parameters(chosen, password_->text().toStdString());
+    std::vector<TaskSpec> specs;
+    specs.reserve(static_cast<std::size_t>(files.size()));
+    for (const QString& file : files) {
+        specs.push_back(TaskSpec::make(kind, {file.toStdString()}, rule, chosenParameters));
+        jobs_.insert(file, specs.back().id);
+    }
+    context_.model().queue().submit(specs);
+}
+
+void BatchView::rebuildRows() {
+    rows_->clear();
+    for (const QString& file : context_.model().files()) {
+        const QFileInfo info(file);
+        auto* row = new QTreeWidgetItem(rows_, {info.fileName(), QString(),
+                                                Texts::bytes(info.size()), QString()});
+        row->setToolTip(fileColumn, file);
+        row->setData(fileColumn, Qt::UserRole, file);
+        row->setTextAlignment(pagesColumn, Qt::AlignRight | Qt::AlignVCenter);
+        row->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    for (const QString& file : context_.model().files()) {
+        refreshAnalysis(file);
+    }
+    refreshStates();
+    updateActions();
+}
+
+void BatchView::refreshAnalysis(const QString& path) {
+    const auto row = context_.model().files().indexOf(path);
+    QTreeWidgetItem* item = row >= 0 ? rows_->topLevelItem(static_cast<int>(row)) : nullptr;
+    if (item == nullptr) {
+        return;
+    }
+    const AppModel& model = context_.model();
+    if (const PDFAnalysis* analysis = model.analysis(path)) {
+        item->setText(pagesColumn, QLocale().toString(analysis->pageCount));
+    } else {
+        item->setText(pagesColumn, model.isAnalyzing(path) ? QStringLiteral("…") : QString());
+    }
+}
+
+void BatchView::refreshStates() {
+    const auto& records = context_.model().queue().records();
+    const StateColors colours = StateColors::forPalette(palette());
+    int done = 0;
+    for (int i = 0; i < rows_->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* item = rows_->topLevelItem(i);
+        const QString file = item->data(fileColumn, Qt::UserRole).toString();
+        const auto job = jobs_.constFind(file);
+        const auto found =
+            job == jobs_.constEnd()
+                ? records.end()
+                : std::find_if(records.begin(), records.end(),
+                               [&](const TaskRecord& record) { return record.id == *job; });
+        if (found == records.end()) {
+            item->setText(stateColumn, QString());
+            item->setToolTip(stateColumn, QString());
+            continue;
+        }
+        QString text = Texts::stateName(found->state);
+        QColor colour = palette().color(QPalette::Text);
+        if (found->state == TaskState::running) {
+            text += QStringLiteral(" %1%").arg(std::lround(found->progress * 100));
+        } else if (found->state == TaskState::completed) {
+            ++done;
+            colour = colours.success;
+        } else if (found->state == TaskState::failed) {
+            colour = colours.failure;
+        }
+        item->setText(stateColumn, text);
+        item->setForeground(stateColumn, colour);
+        item->setToolTip(stateColumn, QString::fromStdString(
+                                          found->error.value_or(found->message.value_or(""))));
+    }
+    done_->setText(tr("%n done", nullptr, done));
+    done_->setVisible(done > 0);
+}
+
+void BatchView::updateActions() {
+    const auto count = static_cast<int>(context_.model().files().size());
+    const bool needsPassword = action() == BatchAction::removePassword;
+    passwordRow_->setVisible(needsPassword);
+    bar_->button().setText(tr("Run on %n files", nullptr, count));
+    bar_->button().setEnabled(count > 0);
+    bar_->showNote(count == 0 ? tr("Drop PDFs or a folder above.") : QString());
+}
+
+void BatchView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    context_.model().ensureAnalyses(); // the page counts
 }
 
 } // namespace quillet

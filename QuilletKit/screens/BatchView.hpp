@@ -1,11 +1,25 @@
-// The batch screen: one action over every loaded file, one job each.
+// The batch screen: one of nine fixed actions over every loaded file (folders dropped here are
+// expanded into the files they hold). "Run" turns the choice into one job per file, in list
+// order, each with the output rule of that moment, and submits them to the queue in one call so
+// they run one after another; each file's row then follows the state of its job.
 #pragma once
 
 #include "screens/ScreenContext.hpp"
 
+#include <QHash>
 #include <QWidget>
 
+#include <string>
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTreeWidget;
+
 namespace quillet {
+
+class ActionBar;
 
 class BatchView : public QWidget {
     Q_OBJECT
@@ -13,8 +27,50 @@ class BatchView : public QWidget {
   public:
     explicit BatchView(const ScreenContext& context, QWidget* parent = nullptr);
 
+    /// In the order the picker lists them; the raw value of each is its name.
+    enum class BatchAction {
+        compressBalanced,
+        compressSmallest,
+        target10MB,
+        target5MB,
+        png,
+        jpeg,
+        cleanPrivacy,
+        rotate90,
+        removePassword,
+    };
+    static constexpr int actionCount = 9;
+
+    /// The label the picker shows for `action`, translated.
+    static QString label(BatchAction action);
+    /// The operation and parameters of the jobs `action` submits (`password` for removePassword).
+    static PDFOperationKind operation(BatchAction action);
+    static OperationParameters parameters(BatchAction action, const std::string& password);
+
+    BatchAction action() const;
+    void setAction(BatchAction action);
+    /// Submits one job per loaded file; nothing without files, or for removePassword without a
+    /// password.
+    void runBatch();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
+    void rebuildRows();
+    void refreshStates();
+    void refreshAnalysis(const QString& path);
+    void updateActions();
+
     ScreenContext context_;
+    QComboBox* actions_ = nullptr;
+    QWidget* passwordRow_ = nullptr;
+    QLineEdit* password_ = nullptr;
+    QTreeWidget* rows_ = nullptr;
+    QLabel* done_ = nullptr;
+    QPushButton* clear_ = nullptr;
+    ActionBar* bar_ = nullptr;
+    QHash<QString, std::string> jobs_; ///< file → the last job submitted for it here
 };
 
 } // namespace quillet

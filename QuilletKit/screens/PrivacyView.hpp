@@ -1,11 +1,24 @@
-// The privacy screen: remove metadata, protect with a password, remove a password.
+// The privacy screen, three tasks on the loaded PDFs: remove metadata (three presets, each
+// saying what it removes, beside the personal details each file's analysis found), protect with
+// a password (typed twice; an owner password optional), and remove a known password. A
+// recommendation followed from the home screen preselects its task and preset.
+//
+// Passwords go into the job and nowhere else: the fields are emptied once a job is queued, and
+// the history keeps no password of any job.
 #pragma once
 
 #include "screens/ScreenContext.hpp"
 
 #include <QWidget>
 
+class QButtonGroup;
+class QLineEdit;
+class QTabWidget;
+class QTreeWidget;
+
 namespace quillet {
+
+class ActionBar;
 
 class PrivacyView : public QWidget {
     Q_OBJECT
@@ -13,8 +26,35 @@ class PrivacyView : public QWidget {
   public:
     explicit PrivacyView(const ScreenContext& context, QWidget* parent = nullptr);
 
+    enum class Task { clean, protect, removePassword };
+    Task task() const;
+    void selectTask(Task task);
+    CleanPreset preset() const;
+    void selectPreset(CleanPreset preset);
+    /// Runs the chosen task on the loaded PDFs, or says in the action bar why it cannot.
+    void runTask();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   private:
+    QWidget* buildClean();
+    QWidget* buildProtect();
+    QWidget* buildRemovePassword();
+    void refresh();
+    void refreshMetadata();
+    /// Why the task cannot run; while typing (`running` false) an empty field is no problem yet.
+    QString problem(bool running) const;
+
     ScreenContext context_;
+    QTabWidget* tasks_ = nullptr;
+    QButtonGroup* presets_ = nullptr;
+    QTreeWidget* metadata_ = nullptr;
+    QLineEdit* password_ = nullptr;
+    QLineEdit* repeat_ = nullptr;
+    QLineEdit* owner_ = nullptr;
+    QLineEdit* current_ = nullptr;
+    ActionBar* bar_ = nullptr;
 };
 
 } // namespace quillet
