@@ -67,7 +67,18 @@ void OrganizeModel::selectAll() {
 
 void OrganizeModel::load(const fs::path& path) {
     PDFDocument opened = PDFDocumentEngine::openUnlock(path, "");
+    std::map<PageID, PageSource> sources;
+    const int count = opened.pageCount();
+    for (int index = 0; index < count; ++index) {
+        try {
+            const PDFPage page = opened.page(index);
+            sources[idOf(page)] = {path, index, page.rotation()};
+        } catch (const std::exception&) {
+            // Gets no cell either.
+        }
+    }
     document_ = std::move(opened);
+    sources_ = std::move(sources);
     sourceURL_ = path;
     selection_.clear();
     undoStack_.clear();
@@ -118,8 +129,9 @@ void OrganizeModel::duplicateSelection() {
     change([&](PDFDocument& document) {
         for (auto cell = cells_.rbegin(); cell != cells_.rend(); ++cell) {
             if (selection_.contains(cell->id)) {
-                PDFOrganizeEngine::copyPage(document, document, cell->originalIndex,
-                                            cell->originalIndex + 1);
+                const PDFPage copy = PDFOrganizeEngine::copyPage(
+                    document, document, cell->originalIndex, cell->originalIndex + 1);
+                sources_[idOf(copy)] = cell->source;
             }
         }
     });
@@ -170,11 +182,15 @@ void OrganizeModel::insertFromFiles(const std::vector<fs::path>& files) {
         sources.push_back(PDFDocumentEngine::openUnlock(file, ""));
     }
     change([&](PDFDocument& document) {
-        for (auto& source : sources) {
+        for (std::size_t file = 0; file < files.size(); ++file) {
+            PDFDocument& source = sources[file];
             const int count = source.pageCount();
             for (int index = 0; index < count; ++index) {
                 try {
-                    PDFOrganizeEngine::copyPage(document, source, index, document.pageCount());
+                    const int rotation = source.page(index).rotation();
+                    const PDFPage copy =
+                        PDFOrganizeEngine::copyPage(document, source, index, document.pageCount());
+                    sources_[idOf(copy)] = {files[file], index, rotation};
                 } catch (const std::exception&) {
                     // A page that cannot be read is left out; the rest of the file still comes.
                 }
@@ -201,7 +217,7 @@ PDFDocument OrganizeModel::copyOfPages(bool selectedOnly) {
     return copy;
 }
 
-void OrganizeModel::extractSelection(const fs::path& destination) {
+void OrganizeModel::extractSelection(const fs::path& destination, bool recordInHistory) {
     if (!document_) {
         throw PDFCoreError::emptyDocument();
     }
@@ -212,7 +228,9 @@ void OrganizeModel::extractSelection(const fs::path& destination) {
     } catch (const std::exception&) {
         throw PDFCoreError::writeFailed(destination.filename().string());
     }
-    record(destination, originalBytes);
+    if (recordInHistory) {
+        record(destination, originalBytes);
+    }
 }
 
 std::string OrganizeModel::suggestedExtractName() const {
@@ -231,9 +249,10 @@ bool OrganizeModel::undo() {
         rethrowAsCoreError();
     }
     const auto positions = undoStack_.back().selectedPositions;
+    const auto sources = undoStack_.back().sources;
     dropNewestSnapshot();
     document_ = std::move(restored);
-    rebuildCells();
+    restoreSources(sources);
     selectPositions(positions);
     notify();
     return true;
@@ -327,11 +346,12 @@ void OrganizeModel::change(const std::function<void(PDFDocument&)>& work) {
 }
 
 void OrganizeModel::pushUndo() {
-    Snapshot snapshot{document_->dataRepresentation(), {}};
+    Snapshot snapshot{document_->dataRepresentation(), {}, {}};
     for (std::size_t position = 0; position < cells_.size(); ++position) {
         if (selection_.contains(cells_[position].id)) {
             snapshot.selectedPositions.push_back(static_cast<int>(position));
         }
+        snapshot.sources.push_back(cells_[position].source);
     }
     undoBytes_ += snapshot.bytes.size();
     undoStack_.push_back(std::move(snapshot));
@@ -352,7 +372,10 @@ void OrganizeModel::rebuildCells() {
     for (int index = 0; index < count; ++index) {
         try {
             PDFPage page = document_->page(index);
-            cells_.push_back({idOf(page), page, page.rotation(), index});
+            const PageID id = idOf(page);
+            const auto source = sources_.find(id);
+            cells_.push_back({id, page, page.rotation(), index,
+                              source != sources_.end() ? source->second : PageSource{}});
         } catch (const std::exception&) {
             // A page that cannot be read gets no cell; the others still can be worked on.
         }
@@ -361,6 +384,24 @@ void OrganizeModel::rebuildCells() {
         return std::none_of(cells_.begin(), cells_.end(),
                             [&](const PageCell& cell) { return cell.id == id; });
     });
+    // Deleted pages take their sources with them.
+    std::map<PageID, PageSource> kept;
+    for (const auto& cell : cells_) {
+        kept[cell.id] = cell.source;
+    }
+    sources_ = std::move(kept);
+}
+
+// A document read back from a snapshot has new page identities; the same bytes give the same
+// cells, so the sources follow by position.
+void OrganizeModel::restoreSources(const std::vector<PageSource>& sources) {
+    sources_.clear();
+    rebuildCells();
+    for (std::size_t position = 0; position < cells_.size() && position < sources.size();
+         ++position) {
+        cells_[position].source = sources[position];
+        sources_[cells_[position].id] = sources[position];
+    }
 }
 
 void OrganizeModel::selectPositions(const std::vector<int>& positions) {
@@ -377,7 +418,7 @@ std::string OrganizeModel::description() const {
 }
 
 void OrganizeModel::record(const fs::path& output, std::int64_t originalBytes) const {
-    if (history_ == nullptr) {
+    if (history_ == nullptr && !recorded) {
         return;
     }
     HistoryEntry entry;
@@ -392,7 +433,11 @@ void OrganizeModel::record(const fs::path& output, std::int64_t originalBytes) c
     entry.originalBytes = originalBytes;
     entry.resultBytes = sizeOf(output);
     entry.succeeded = true;
-    history_->add(std::move(entry));
+    if (recorded) {
+        recorded(std::move(entry));
+    } else {
+        history_->add(std::move(entry));
+    }
 }
 
 void OrganizeModel::notify() const {

@@ -19,12 +19,14 @@
 
 #include "output/OutputRule.hpp"
 #include "platform/PDFDocument.hpp"
+#include "tasks/TaskRecords.hpp"
 
 #include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -42,6 +44,16 @@ struct PageID {
     auto operator<=>(const PageID&) const = default;
 };
 
+/// Where a page of the live document came from: the file it was loaded or inserted from, its
+/// index there, and its rotation there (a picture of the page drawn from that file shows that
+/// rotation already). A duplicate has the source of its original.
+struct PageSource {
+    std::filesystem::path file;
+    int pageIndex = 0;
+    int rotation = 0;
+    bool operator==(const PageSource&) const = default;
+};
+
 /// One thumbnail cell.
 struct PageCell {
     PageID id;
@@ -50,6 +62,7 @@ struct PageCell {
     int displayRotation = 0;
     /// The page's index in the document when the cells were built.
     int originalIndex = 0;
+    PageSource source;
 };
 
 class OrganizeModel {
@@ -70,10 +83,12 @@ class OrganizeModel {
     /// together exceed the budget, but the newest is always kept.
     static constexpr std::size_t defaultUndoBudget = std::size_t{512} << 20;
 
-    /// A document as it was before a change, and which positions were selected then.
+    /// A document as it was before a change, which positions were selected then, and where
+    /// the page at each position came from.
     struct Snapshot {
         std::string bytes;
         std::vector<int> selectedPositions;
+        std::vector<PageSource> sources;
     };
 
     enum class SaveOutcome { saved, needsConfirmation };
@@ -123,9 +138,11 @@ class OrganizeModel {
     void insertFromFiles(const std::vector<std::filesystem::path>& files);
 
     /// Writes copies of the selected pages, in document order, to `destination` (whose folder
-    /// must exist) and records it in the history. The document is not changed. Throws
+    /// must exist) and records it in the history unless `recordInHistory` is false (a file made
+    /// for a drag out of the window is no result of the user's). The document is not changed.
+    /// Throws
     /// PDFCoreError emptyDocument when nothing is selected, writeFailed naming the file.
-    void extractSelection(const std::filesystem::path& destination);
+    void extractSelection(const std::filesystem::path& destination, bool recordInHistory = true);
     /// "<stem of the source>-extracted.pdf", or "pages-extracted.pdf" without a source.
     std::string suggestedExtractName() const;
 
@@ -162,6 +179,9 @@ class OrganizeModel {
 
     /// Called after every change of the state (for the view).
     std::function<void()> changed;
+    /// When set, receives the history entries of saves and extractions instead of the store
+    /// (for a model touched from another thread than the store's).
+    std::function<void(HistoryEntry)> recorded;
 
   private:
     void change(const std::function<void(PDFDocument&)>& work);
@@ -169,6 +189,7 @@ class OrganizeModel {
     void dropNewestSnapshot();
     void rebuildCells();
     void selectPositions(const std::vector<int>& positions);
+    void restoreSources(const std::vector<PageSource>& sources);
     std::string description() const;
     void record(const std::filesystem::path& output, std::int64_t originalBytes) const;
     void notify() const;
@@ -184,6 +205,7 @@ class OrganizeModel {
     std::optional<std::filesystem::path> sourceURL_;
     std::vector<PageCell> cells_;
     std::set<PageID> selection_;
+    std::map<PageID, PageSource> sources_;
     std::vector<Snapshot> undoStack_;
     std::optional<std::filesystem::path> lastOutput_;
     bool showSignatureWarning_ = false;

@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <qpdf/QPDF.hh>
 
+#include <tuple>
+
 namespace quillet {
 namespace {
 namespace fs = std::filesystem;
@@ -184,6 +186,40 @@ TEST_F(OrganizeModelTest, InsertAppendsEachFileInTurnOrNothing) {
     EXPECT_FALSE(model.canUndo());
     model.insertFromFiles({first, second});
     EXPECT_EQ(widths(model), (Widths{100, 110, 120, 130, 200, 210, 300}));
+}
+
+// Each cell knows the file and page its picture comes from, through every kind of change.
+TEST_F(OrganizeModelTest, CellsKnowWherePagesCameFrom) {
+    test::PDFBuilder turned;
+    turned.addPage(300, 200).rotate(90);
+    const auto extra = turned.write(dir / "extra.pdf");
+    using Source = std::tuple<std::string, int, int, int>; // file, page, its rotation, shown
+    const auto sources = [&] {
+        std::vector<Source> result;
+        for (const auto& cell : model.cells()) {
+            result.emplace_back(cell.source.file.filename().string(), cell.source.pageIndex,
+                                cell.source.rotation, cell.displayRotation);
+        }
+        return result;
+    };
+    selectAt({1});
+    model.duplicateSelection();
+    model.insertFromFiles({extra});
+    model.movePage(0, 5);
+    selectAt({4});
+    model.rotateSelection(-90);
+    const std::vector<Source> expected{{"report.pdf", 1, 0, 0}, {"report.pdf", 1, 0, 0},
+                                       {"report.pdf", 2, 0, 0}, {"report.pdf", 3, 0, 0},
+                                       {"extra.pdf", 0, 90, 0}, {"report.pdf", 0, 0, 0}};
+    EXPECT_EQ(sources(), expected);
+    selectAt({0, 4});
+    model.deleteSelection();
+    EXPECT_EQ(sources(), (std::vector<Source>{expected[1], expected[2], expected[3], expected[5]}));
+    model.undo();
+    EXPECT_EQ(sources(), expected);
+    model.undo();
+    model.undo();
+    EXPECT_EQ(sources().back(), (Source{"extra.pdf", 0, 90, 90}));
 }
 
 TEST_F(OrganizeModelTest, SaveWritesBesideTheSourceAndRecordsIt) {
