@@ -19,7 +19,6 @@ BeforeAfterView::BeforeAfterView(PageRenderService& renders, QWidget* parent)
       previous_(new QPushButton(tr("Previous page"), this)),
       next_(new QPushButton(tr("Next page"), this)), settle_(new QTimer(this)) {
     settle_->setSingleShot(true);
-    settle_->setInterval(150);
     connect(settle_, &QTimer::timeout, this, &BeforeAfterView::requestPages);
     for (QLabel* picture : {before_, after_}) {
         picture->setAlignment(Qt::AlignCenter);
@@ -78,7 +77,8 @@ void BeforeAfterView::showPage(int index) {
                                       : tr("Page %1").arg(index + 1));
     previous_->setEnabled(index > 0);
     next_->setEnabled(pageCount_ == 0 || index + 1 < pageCount_);
-    requestPages();
+    // After the layout has given the pictures their size.
+    settle_->start(0);
 }
 
 QSize BeforeAfterView::pageBox() const {
@@ -122,7 +122,7 @@ void BeforeAfterView::failed(const QString& key, const QString& error) {
 void BeforeAfterView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (!original_.isEmpty()) {
-        settle_->start(); // drawn again at the new size once the resizing settles
+        settle_->start(150); // drawn again at the new size once the resizing settles
     }
 }
 

@@ -342,6 +342,14 @@ void CompressView::runCompression() {
     watchedJob_ = context_.model().run(kind, chosen, pdfs);
 }
 
+void CompressView::showComparison(const QString& original, const QString& result) {
+    // Shown first, so the pages are drawn at the size they get on screen.
+    tabs_->setTabEnabled(1, true);
+    tabs_->setCurrentIndex(1);
+    const PDFAnalysis* analysis = context_.model().analysis(original);
+    comparison_->compare(original, result, analysis != nullptr ? analysis->pageCount : 0);
+}
+
 void CompressView::queueChanged() {
     if (!watchedJob_) {
         return;
@@ -352,13 +360,8 @@ void CompressView::queueChanged() {
         }
         if (record.state == TaskState::completed && !record.inputURLs.empty() &&
             !record.outputURLs.empty()) {
-            const QString original = path(record.inputURLs.front());
-            const PDFAnalysis* analysis = context_.model().analysis(original);
-            comparison_->compare(original, path(record.outputURLs.front()),
-                                 analysis != nullptr ? analysis->pageCount : 0);
-            tabs_->setTabEnabled(1, true);
-            tabs_->setCurrentIndex(1);
             watchedJob_.reset();
+            showComparison(path(record.inputURLs.front()), path(record.outputURLs.front()));
         } else if (record.state == TaskState::failed || record.state == TaskState::cancelled) {
             watchedJob_.reset();
         }

@@ -35,6 +35,8 @@ class CompressView : public QWidget {
     void selectTier(CompressionQualityTier tier);
     void setTarget(std::int64_t bytes);
     BeforeAfterView& comparison() const { return *comparison_; }
+    /// Shows the before/after tab comparing `original` with `result`.
+    void showComparison(const QString& original, const QString& result);
 
   private:
     QWidget* buildOptions();

@@ -81,6 +81,17 @@ void FileCard::refresh() {
         line = tr("Analysing…");
     } else if (const QString error = model.analysisError(path_); !error.isEmpty()) {
         line = tr("could not be read: %1").arg(error);
+        if (error.contains(QStringLiteral("password"), Qt::CaseInsensitive)) {
+            // A locked file is read once its password is removed.
+            auto* unlock = new QPushButton(tr("Remove Password"), this);
+            unlock->setObjectName(QStringLiteral("recommendation-unprotect"));
+            connect(unlock, &QPushButton::clicked, this, [this] {
+                context_.model().openWithSuggestion(AppModel::Section::privacy, path_,
+                                                    OperationParameters::Unprotect{});
+            });
+            actions_->addWidget(unlock);
+            actions_->addStretch();
+        }
     } else if (!info.exists()) {
         line = tr("missing");
     } else {
