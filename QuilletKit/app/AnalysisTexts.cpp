@@ -18,8 +18,8 @@ struct NamedSize {
 };
 
 constexpr NamedSize namedSizes[] = {
-    {"A3", 841.89, 1190.55, true}, {"A4", 595.28, 841.89, true},  {"A5", 419.53, 595.28, true},
-    {"Letter", 612, 792, false},   {"Legal", 612, 1008, false},   {"Tabloid", 792, 1224, false},
+    {"A3", 841.89, 1190.55, true}, {"A4", 595.28, 841.89, true}, {"A5", 419.53, 595.28, true},
+    {"Letter", 612, 792, false},   {"Legal", 612, 1008, false},  {"Tabloid", 792, 1224, false},
 };
 
 QString number(double value, int decimals) {
@@ -49,9 +49,7 @@ QString pageSize(double widthPoints, double heightPoints) {
 
 QStringList personalFields(const PDFMetadataInfo& metadata) {
     QStringList fields;
-    const auto has = [](const std::optional<std::string>& text) {
-        return text && !text->empty();
-    };
+    const auto has = [](const std::optional<std::string>& text) { return text && !text->empty(); };
     if (has(metadata.author)) {
         fields << QCoreApplication::translate("AnalysisTexts", "Author");
     }
@@ -70,19 +68,23 @@ QStringList personalFields(const PDFMetadataInfo& metadata) {
 QString embeddedContent(const PDFAnalysis& analysis) {
     QStringList parts;
     if (analysis.attachmentCount > 0) {
-        parts << QCoreApplication::translate("AnalysisTexts", "%n attachment(s)", nullptr, analysis.attachmentCount);
+        parts << QCoreApplication::translate("AnalysisTexts", "%n attachment(s)", nullptr,
+                                             analysis.attachmentCount);
     }
     if (analysis.formFieldCount > 0) {
-        parts << QCoreApplication::translate("AnalysisTexts", "%n form field(s)", nullptr, analysis.formFieldCount);
+        parts << QCoreApplication::translate("AnalysisTexts", "%n form field(s)", nullptr,
+                                             analysis.formFieldCount);
     }
     if (analysis.javascriptDetected) {
         parts << QCoreApplication::translate("AnalysisTexts", "JavaScript");
     }
     if (analysis.externalLinkCount > 0) {
-        parts << QCoreApplication::translate("AnalysisTexts", "%n link(s)", nullptr, analysis.externalLinkCount);
+        parts << QCoreApplication::translate("AnalysisTexts", "%n link(s)", nullptr,
+                                             analysis.externalLinkCount);
     }
     if (analysis.signatureCount > 0) {
-        parts << QCoreApplication::translate("AnalysisTexts", "%n signature(s)", nullptr, analysis.signatureCount);
+        parts << QCoreApplication::translate("AnalysisTexts", "%n signature(s)", nullptr,
+                                             analysis.signatureCount);
     }
     return parts.join(QStringLiteral(" · "));
 }
@@ -96,24 +98,32 @@ std::int64_t predictedBytes(const PDFAnalysis& analysis, CompressionQualityTier 
 Recommendation recommendation(const RecommendedAction& action, const PDFAnalysis& analysis) {
     const std::string& id = action.id;
     if (id == "unprotect") {
-        return {QCoreApplication::translate("AnalysisTexts", "Password protected"), QCoreApplication::translate("AnalysisTexts", "Remove the password if you know it.")};
+        return {
+            QCoreApplication::translate("AnalysisTexts", "Password protected"),
+            QCoreApplication::translate("AnalysisTexts", "Remove the password if you know it.")};
     }
     if (id == "compress") {
-        return {QCoreApplication::translate("AnalysisTexts", "Compress"),
-                QCoreApplication::translate("AnalysisTexts", "%1 → ~%2 · images at %3 DPI on average")
-                    .arg(Texts::bytes(analysis.fileSize),
-                         Texts::bytes(predictedBytes(analysis, CompressionQualityTier::balanced)))
-                    .arg(std::lround(analysis.averageImageDPI()))};
+        return {
+            QCoreApplication::translate("AnalysisTexts", "Compress"),
+            QCoreApplication::translate("AnalysisTexts", "%1 → ~%2 · images at %3 DPI on average")
+                .arg(Texts::bytes(analysis.fileSize),
+                     Texts::bytes(predictedBytes(analysis, CompressionQualityTier::balanced)))
+                .arg(std::lround(analysis.averageImageDPI()))};
     }
     if (id == "ocr") {
-        return {QCoreApplication::translate("AnalysisTexts", "Scanned document detected"), QCoreApplication::translate("AnalysisTexts", "Make searchable (OCR) · coming soon")};
+        return {
+            QCoreApplication::translate("AnalysisTexts", "Scanned document detected"),
+            QCoreApplication::translate("AnalysisTexts", "Make searchable (OCR) · coming soon")};
     }
     if (id == "clean") {
-        return {QCoreApplication::translate("AnalysisTexts", "Personal metadata found"),
-                QCoreApplication::translate("AnalysisTexts", "Author, creator or dates are embedded. Clean before sharing.")};
+        return {
+            QCoreApplication::translate("AnalysisTexts", "Personal metadata found"),
+            QCoreApplication::translate(
+                "AnalysisTexts", "Author, creator or dates are embedded. Clean before sharing.")};
     }
     if (id == "security") {
-        return {QCoreApplication::translate("AnalysisTexts", "Embedded content detected"), embeddedContent(analysis)};
+        return {QCoreApplication::translate("AnalysisTexts", "Embedded content detected"),
+                embeddedContent(analysis)};
     }
     return {QString::fromStdString(action.title), QString::fromStdString(action.detail)};
 }

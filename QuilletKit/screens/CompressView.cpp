@@ -212,10 +212,10 @@ QWidget* CompressView::buildPresets() {
     });
     connect(save, &QPushButton::clicked, this, [this] {
         bool ok = false;
-        const QString name = QInputDialog::getText(this, tr("Save as Preset"),
-                                                   tr("Name of the preset:"), QLineEdit::Normal,
-                                                   QString(), &ok)
-                                 .trimmed();
+        const QString name =
+            QInputDialog::getText(this, tr("Save as Preset"), tr("Name of the preset:"),
+                                  QLineEdit::Normal, QString(), &ok)
+                .trimmed();
         if (!ok || name.isEmpty()) {
             return;
         }
@@ -223,8 +223,7 @@ QWidget* CompressView::buildPresets() {
         const auto* compress = chosen.as<OperationParameters::Compress>();
         context_.model().presets().add(
             name.toStdString(),
-            compress != nullptr ? compress->tier : CompressionQualityTier::balanced,
-            targetBytes());
+            compress != nullptr ? compress->tier : CompressionQualityTier::balanced, targetBytes());
     });
     layout->addWidget(new QLabel(tr("Presets:"), row));
     layout->addWidget(presets_, 1);
@@ -288,8 +287,8 @@ void CompressView::refreshFiles() {
         if (const PDFAnalysis* analysis = model.analysis(file)) {
             columns[1] = QLocale().toString(analysis->pageCount);
             columns[3] = target ? tr("at most %1").arg(Texts::bytes(*target))
-                                : QStringLiteral("~%1").arg(Texts::bytes(
-                                      AnalysisTexts::predictedBytes(*analysis, tier)));
+                                : QStringLiteral("~%1").arg(
+                                      Texts::bytes(AnalysisTexts::predictedBytes(*analysis, tier)));
         } else if (model.isAnalyzing(file)) {
             columns[3] = tr("Analysing…");
         } else if (const QString error = model.analysisError(file); !error.isEmpty()) {

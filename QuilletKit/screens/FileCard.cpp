@@ -161,8 +161,8 @@ void FileCard::fillActions(const PDFAnalysis& analysis) {
     for (const RecommendedAction& action : PDFAnalysisEngine::recommendations(analysis)) {
         const auto words = AnalysisTexts::recommendation(action, analysis);
         auto* button = new QPushButton(words.title, this);
-        button->setObjectName(QStringLiteral("recommendation-%1")
-                                  .arg(QString::fromStdString(action.id)));
+        button->setObjectName(
+            QStringLiteral("recommendation-%1").arg(QString::fromStdString(action.id)));
         button->setToolTip(words.detail);
         button->setAccessibleDescription(words.detail);
         const auto destination = AnalysisTexts::destination(action);

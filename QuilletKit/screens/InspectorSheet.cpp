@@ -74,8 +74,9 @@ InspectorSheet::InspectorSheet(const QString& path, const PDFAnalysis& analysis,
     setWindowTitle(tr("Inspect %1").arg(QFileInfo(path).fileName()));
     resize(760, 560);
     const std::pair<QString, QString> pagesOfText[] = {
-        {tr("Overview"), overview()}, {tr("Pages"), pages()},       {tr("Images"), images()},
-        {tr("Fonts"), fonts()},       {tr("Metadata"), metadata()}, {tr("Security"), security()},
+        {tr("Overview"), overview()},       {tr("Pages"), pages()},
+        {tr("Images"), images()},           {tr("Fonts"), fonts()},
+        {tr("Metadata"), metadata()},       {tr("Security"), security()},
         {tr("Compression"), compression()},
     };
     for (const auto& [title, html] : pagesOfText) {
@@ -103,8 +104,7 @@ QString InspectorSheet::overview() const {
         {tr("Images"), QLocale().toString(static_cast<int>(a.images().size()))},
         {tr("Average image DPI"), QLocale().toString(std::lround(a.averageImageDPI()))},
         {tr("Scanned pages"), QLocale().toString(a.scannedPageCount())},
-        {tr("Pages with text"),
-         QStringLiteral("%1%").arg(std::lround(a.textCoverage() * 100))},
+        {tr("Pages with text"), QStringLiteral("%1%").arg(std::lround(a.textCoverage() * 100))},
     };
     if (!a.pages.empty()) {
         rows.insert(3, {tr("Page size"), AnalysisTexts::pageSize(a.pages.front().widthPoints,
@@ -135,19 +135,16 @@ QString InspectorSheet::pages() const {
             dpi += image.effectiveDPI;
         }
         const auto count = static_cast<int>(page.images.size());
-        rows << QStringList{QLocale().toString(page.index + 1),
-                            AnalysisTexts::pageSize(page.widthPoints, page.heightPoints),
-                            QLocale().toString(count),
-                            count > 0 ? QLocale().toString(std::lround(dpi / count))
-                                      : QStringLiteral("—"),
-                            page.hasText ? tr("yes (%n operator(s))", nullptr,
-                                              page.textOperatorCount)
-                                         : tr("no"),
-                            fontSummary(page.fontNames)};
+        rows << QStringList{
+            QLocale().toString(page.index + 1),
+            AnalysisTexts::pageSize(page.widthPoints, page.heightPoints),
+            QLocale().toString(count),
+            count > 0 ? QLocale().toString(std::lround(dpi / count)) : QStringLiteral("—"),
+            page.hasText ? tr("yes (%n operator(s))", nullptr, page.textOperatorCount) : tr("no"),
+            fontSummary(page.fontNames)};
     }
-    return table({tr("Page"), tr("Size"), tr("Images"), tr("Effective DPI"), tr("Text"),
-                  tr("Fonts")},
-                 rows);
+    return table(
+        {tr("Page"), tr("Size"), tr("Images"), tr("Effective DPI"), tr("Text"), tr("Fonts")}, rows);
 }
 
 QString InspectorSheet::images() const {

@@ -86,7 +86,8 @@ QIcon SectionView::icon(Section section) {
         QPixmap selected = normal;
         QPainter painter(&selected);
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        painter.fillRect(selected.rect(), QGuiApplication::palette().color(QPalette::HighlightedText));
+        painter.fillRect(selected.rect(),
+                         QGuiApplication::palette().color(QPalette::HighlightedText));
         painter.end();
         icon.addPixmap(normal, QIcon::Normal);
         icon.addPixmap(selected, QIcon::Selected);

@@ -8,7 +8,6 @@
 
 #include <QWidget>
 
-
 namespace quillet {
 
 class DropZone;

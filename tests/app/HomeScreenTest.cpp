@@ -2,13 +2,13 @@
 // choices turned into the parameters of its job.
 #include "app/AppTests.hpp"
 
+#include "app/LoadedFilesModel.hpp"
 #include "screens/CompressView.hpp"
 #include "screens/FileCard.hpp"
 #include "screens/HomeView.hpp"
 #include "screens/InspectorSheet.hpp"
 #include "screens/MainWindow.hpp"
 #include "screens/ScreenContext.hpp"
-#include "app/LoadedFilesModel.hpp"
 
 #include <QComboBox>
 #include <QLabel>
@@ -43,8 +43,8 @@ void HomeScreenTest::recommendationsOpenTheirSectionWithTheFile() {
 
     // The damaged file says why; the good one gets its facts and its recommendations.
     FileCard* bad = home->cards()[1];
-    QTRY_VERIFY_WITH_TIMEOUT(bad->findChild<QLabel*>("details")->text().contains("could not be read"),
-                             20000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        bad->findChild<QLabel*>("details")->text().contains("could not be read"), 20000);
     FileCard* card = home->cards()[0];
     const QString loaded = card->path();
     QPushButton* clean = nullptr;

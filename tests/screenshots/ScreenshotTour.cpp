@@ -7,11 +7,15 @@
 // temporary folder; the corpus is only read.
 #include "app/QuilletApp.hpp"
 #include "screens/Appearance.hpp"
+#include "screens/BeforeAfterView.hpp"
+#include "screens/CompressView.hpp"
+#include "screens/InspectorSheet.hpp"
 #include "screens/MainWindow.hpp"
 #include "screens/SettingsWindow.hpp"
 #include "tasks/PersistedList.hpp"
 
 #include <QApplication>
+#include <QLabel>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QThread>
@@ -134,6 +138,24 @@ int main(int argc, char** argv) {
         model.setSection(section);
         save(window, prefix + QStringLiteral("%1-%2.png").arg(i + 1).arg(AppModel::rawValue(section)));
     }
+    // The compress screen's comparison of the finished job, and the inspector of a file.
+    model.setSection(AppModel::Section::compress);
+    auto* compress = window.findChild<CompressView*>();
+    compress->showComparison(pdfs[0],
+                             QString::fromStdString(app.queue().records()[0].outputURLs.at(0)));
+    waitFor([&] { return !compress->comparison().findChild<QLabel*>()->pixmap().isNull(); }, 10000);
+    settle();
+    save(window, prefix + QStringLiteral("12-before-after.png"));
+    model.setSection(AppModel::Section::home);
+    model.acceptDropped({QUrl::fromLocalFile(pdfs[0])});
+    waitFor([&] { return model.analysis(model.files().value(0)) != nullptr; }, 20000);
+    if (const PDFAnalysis* analysis = model.analysis(model.files().value(0))) {
+        InspectorSheet sheet(model.files().value(0), *analysis, &window);
+        sheet.show();
+        sheet.tabs().setCurrentIndex(1);
+        save(sheet, prefix + QStringLiteral("13-inspector.png"));
+    }
+
     window.openSettings();
     settings->setLanguageOverride(language == QStringLiteral("en")
                                       ? AppSettings::LanguageOverride::zhHans
