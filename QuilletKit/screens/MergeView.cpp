@@ -10,7 +10,7 @@
 #include <QIdentityProxyModel>
 #include <QMimeData>
 #include <QPushButton>
-#include <QShortcut>
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -106,15 +106,7 @@ MergeView::MergeView(const ScreenContext& context, QWidget* parent)
     connect(up_, &QPushButton::clicked, this, [this] { moveSelection(-1); });
     connect(down_, &QPushButton::clicked, this, [this] { moveSelection(1); });
     connect(remove_, &QPushButton::clicked, this, &MergeView::removeSelected);
-    const auto shortcut = [this](const QKeySequence& keys, const std::function<void()>& action) {
-        auto* key = new QShortcut(keys, list_);
-        key->setContext(Qt::WidgetShortcut);
-        connect(key, &QShortcut::activated, this, action);
-    };
-    shortcut(QKeySequence(Qt::ALT | Qt::Key_Up), [this] { moveSelection(-1); });
-    shortcut(QKeySequence(Qt::ALT | Qt::Key_Down), [this] { moveSelection(1); });
-    shortcut(QKeySequence::Delete, [this] { removeSelected(); });
-    shortcut(QKeySequence(Qt::Key_Backspace), [this] { removeSelected(); });
+    list_->installEventFilter(this);
 
     auto* listButtons = new QHBoxLayout;
     listButtons->setSpacing(8);
@@ -266,6 +258,24 @@ void MergeView::runMerge() {
     context_.model().run(PDFOperationKind::merge, merge, files);
     bar_->showNote(tr("Merging %n file(s): follow it in the queue.", nullptr,
                       static_cast<int>(files.size())));
+}
+
+bool MergeView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != list_ || event->type() != QEvent::KeyPress) {
+        return QWidget::eventFilter(watched, event);
+    }
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->modifiers() == Qt::AltModifier &&
+        (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+        moveSelection(key->key() == Qt::Key_Up ? -1 : 1);
+        return true;
+    }
+    if (key->modifiers() == Qt::NoModifier &&
+        (key->key() == Qt::Key_Delete || key->key() == Qt::Key_Backspace)) {
+        removeSelected();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void MergeView::showEvent(QShowEvent* event) {

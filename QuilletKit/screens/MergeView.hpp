@@ -31,6 +31,7 @@ class MergeView : public QWidget {
     void runMerge();
 
   protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:

@@ -106,6 +106,11 @@ PageSelection PageSelection::read(const QString& text, int pageCount, bool empty
         }
     }
     selection.ranges = PDFSplitEngine::parseRanges(trimmed.toStdString(), pageCount);
+    if (selection.ranges.empty()) { // separators alone
+        selection.problem =
+            QCoreApplication::translate("PageSelection", "Enter the pages, e.g. %1.").arg(example);
+        return selection;
+    }
     if (beyondEnd) {
         selection.warning = QCoreApplication::translate(
             "PageSelection", "The document has %n page(s): higher numbers mean the last page.",

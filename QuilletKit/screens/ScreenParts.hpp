@@ -58,7 +58,8 @@ struct PageSelection {
 
     /// Reads `text` for a document of `pageCount` pages (0 while unknown). Every piece must be a
     /// page or a range: the engine would silently drop one that is not, and the user would get
-    /// fewer pages than they asked for. An empty text is a problem unless `emptyMeansAll`.
+    /// fewer pages than they asked for. An empty text is a problem unless `emptyMeansAll`; a
+    /// text of separators alone always is (the engine refuses it).
     /// `example` is the sample shown in the message for an empty or malformed text.
     static PageSelection read(const QString& text, int pageCount, bool emptyMeansAll,
                               const QString& example);

@@ -1,0 +1,339 @@
+// The section screens as a person uses them: what each one submits to the real queue (run by
+// the real `quillet` program), what it refuses with a message, and a split from the screen to
+// the parts on disk.
+#include "app/AppTests.hpp"
+
+#include "app/LoadedFilesModel.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "screens/BatchView.hpp"
+#include "screens/HistoryView.hpp"
+#include "screens/MergeView.hpp"
+#include "screens/PrivacyView.hpp"
+#include "screens/SplitView.hpp"
+#include "tasks/PersistedList.hpp"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+
+#include <fstream>
+
+using namespace quillet;
+using namespace quillet::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The application with the screens' shared file list, over a folder of its own.
+struct Screens {
+    explicit Screens(const TempDir& dir, const QStringList& worker)
+        : settings(settingsIn(dir)), app(*settings, dir.path(), worker), files(app.model()) {}
+
+    ScreenContext context() { return {app, files}; }
+
+    /// Cancels what is left, so no worker outlives the test.
+    ~Screens() {
+        for (const auto& record : app.queue().records()) {
+            app.queue().cancel(record.id);
+        }
+        QTRY_VERIFY(!app.queue().isBusy());
+    }
+
+    std::unique_ptr<AppSettings> settings;
+    QuilletApp app;
+    LoadedFilesModel files;
+};
+
+OutputRule resultsIn(const TempDir& dir) {
+    OutputRule rule;
+    rule.location = OutputRule::Location::custom;
+    rule.customFolder = (dir / "results").string();
+    rule.nameTemplate = "{name}-{action}-again";
+    return rule;
+}
+
+OperationParameters decoded(const std::optional<std::string>& data) {
+    return data ? OperationParameters::fromJSON(nlohmann::ordered_json::parse(*data))
+                : OperationParameters{};
+}
+
+QString message(const QWidget& view) {
+    return view.findChild<QLabel*>("message")->text();
+}
+
+void click(const QWidget& view, const char* name = "run") {
+    QTest::mouseClick(view.findChild<QPushButton*>(name), Qt::LeftButton);
+}
+
+} // namespace
+
+class SectionScreensTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void batchSubmitsOneJobPerFile_data();
+    void batchSubmitsOneJobPerFile();
+    void historyRunsAJobAgainWithItsParameters();
+    void splitRangesFromTheScreenToPartsOnDisk();
+    void splitRefusesWhatCannotRun_data();
+    void splitRefusesWhatCannotRun();
+    void privacyRefusesMismatchedPasswordsAndFollowsSuggestions();
+    void mergeOrderFollowsDragsAndRemovals();
+};
+
+void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
+    QTest::addColumn<int>("action");
+    QTest::addColumn<int>("files");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<int>("jobs");
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<QString>("parameters");
+
+    using A = BatchView::BatchAction;
+    QTest::newRow("rotate 90° rewrites with every list empty")
+        << int(A::rotate90) << 3 << "" << 3 << int(PDFOperationKind::organize)
+        << R"({"type":"organize","rotatePages":[],"rotations":[],"deletePages":[],"newOrder":null})";
+    QTest::newRow("ten files, ten PNG jobs in list order")
+        << int(A::png) << 10 << "" << 10 << int(PDFOperationKind::pdfToImages)
+        << R"({"type":"pdfToImages","format":"png","dpi":150,"pages":"","jpegQuality":0.85})";
+    QTest::newRow("under 5 MB is binary megabytes")
+        << int(A::target5MB) << 2 << "" << 2 << int(PDFOperationKind::targetSize)
+        << R"({"type":"targetSize","bytes":5242880})";
+    QTest::newRow("known password on every file")
+        << int(A::removePassword) << 2 << "secret" << 2 << int(PDFOperationKind::unprotect)
+        << R"({"type":"unprotect","password":"secret"})";
+    QTest::newRow("no password, no job") << int(A::removePassword) << 2 << "" << 0 << 0 << "";
+}
+
+void SectionScreensTest::batchSubmitsOneJobPerFile() {
+    QFETCH(int, action);
+    QFETCH(int, files);
+    QFETCH(QString, password);
+    QFETCH(int, jobs);
+    QFETCH(int, operation);
+    QFETCH(QString, parameters);
+    TempDir dir;
+    Screens screens(dir, holdingWorker()); // "slow" in every path: the first job holds the rest
+    screens.settings->setOutputRule(resultsIn(dir));
+    QStringList loaded;
+    for (int i = 0; i < files; ++i) {
+        loaded << qpath(samplePDF(dir, "slow-" + std::to_string(i) + ".pdf"));
+    }
+    screens.app.model().setSection(AppModel::Section::batch);
+    screens.app.model().setFiles(loaded);
+    BatchView view(screens.context());
+    view.setAction(static_cast<BatchView::BatchAction>(action));
+    view.findChild<QLineEdit*>("password")->setText(password);
+    QCOMPARE(view.findChild<QPushButton*>("run")->text(), QStringLiteral("Run on %1 files").arg(files));
+    click(view);
+
+    const auto& records = screens.app.queue().records();
+    QCOMPARE(static_cast<int>(records.size()), jobs);
+    if (jobs == 0) {
+        return;
+    }
+    const auto expected = OperationParameters::fromJSON(
+        nlohmann::ordered_json::parse(parameters.toStdString()));
+    for (int i = 0; i < jobs; ++i) {
+        QCOMPARE(records[i].operation, static_cast<PDFOperationKind>(operation));
+        QCOMPARE(records[i].inputURLs, std::vector<std::string>{loaded[i].toStdString()});
+        QCOMPARE(decoded(records[i].parametersData), expected);
+    }
+    // The waiting jobs are kept with the output rule of the moment they were submitted.
+    screens.settings->setOutputRule(OutputRule{});
+    const auto waiting = PersistedList::load<TaskSpec>(dir / "queue.json");
+    QCOMPARE(static_cast<int>(waiting.size()), jobs - 1);
+    for (const TaskSpec& spec : waiting) {
+        QCOMPARE(spec.outputRule, resultsIn(dir));
+    }
+    QCOMPARE(records[0].state, TaskState::running);
+}
+
+void SectionScreensTest::historyRunsAJobAgainWithItsParameters() {
+    TempDir dir;
+    Screens screens(dir, holdingWorker());
+    screens.settings->setOutputRule(resultsIn(dir));
+    const auto input = samplePDF(dir, "slow.pdf", 4);
+    const OperationParameters split = OperationParameters::Split{SplitMode::pageRanges, "1-2, 4", 1, 0};
+    const OperationParameters protect = OperationParameters::Protect{"open", ""};
+    HistoryEntry splitEntry{"A1", TaskClock::now(), PDFOperationKind::split, {"slow.pdf"},
+                            {input.string()}, {}, 1000, 900, true, encodedParameters(split)};
+    HistoryEntry protectEntry = splitEntry;
+    protectEntry.id = "A2";
+    protectEntry.operation = PDFOperationKind::protect;
+    protectEntry.parametersData = encodedParameters(protect);
+    screens.app.history().add(splitEntry);
+    screens.app.history().add(protectEntry);
+    HistoryView view(screens.context());
+
+    view.selectEntry("A1");
+    click(view);
+    const auto& records = screens.app.queue().records();
+    QCOMPARE(records.size(), 1u);
+    QCOMPARE(records[0].operation, PDFOperationKind::split);
+    QCOMPARE(records[0].inputURLs, std::vector<std::string>{input.string()});
+    QCOMPARE(decoded(records[0].parametersData), split);
+
+    // The history keeps no password: a protect job goes back to the privacy screen with its
+    // files, and nothing runs until the password is typed again.
+    QSignalSpy offered(&screens.app.model(), &AppModel::suggestionOffered);
+    view.selectEntry("A2");
+    click(view);
+    QCOMPARE(records.size(), 1u);
+    QCOMPARE(screens.app.model().section(), AppModel::Section::privacy);
+    QCOMPARE(screens.app.model().files(), QStringList{qpath(input)});
+    QCOMPARE(offered.count(), 1);
+}
+
+void SectionScreensTest::splitRangesFromTheScreenToPartsOnDisk() {
+    TempDir dir;
+    Screens screens(dir, realWorker());
+    screens.settings->setOutputRule(resultsIn(dir));
+    const auto input = samplePDF(dir, "report.pdf", 5);
+    SplitView view(screens.context());
+    view.show();
+    screens.app.model().setSection(AppModel::Section::split);
+    screens.app.model().acceptDropped(urls({input}));
+    view.selectMode(SplitMode::pageRanges);
+    QTest::keyClicks(view.findChild<QLineEdit*>("ranges"), "4-5; 1-3");
+    // Counted before it runs, once the analysis has the page count.
+    QTRY_VERIFY_WITH_TIMEOUT(message(view).startsWith("Makes 2 PDF"), 30000);
+    click(view);
+
+    const auto& records = screens.app.queue().records();
+    QCOMPARE(records.size(), 1u);
+    QTRY_COMPARE_WITH_TIMEOUT(records[0].state, TaskState::completed, 60000);
+    QCOMPARE(records[0].outputURLs.size(), 2u);
+    const std::vector<int> pages{2, 3}; // in the order the ranges were written
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const fs::path part = records[0].outputURLs[i];
+        QCOMPARE(part.parent_path(), dir / "results");
+        QCOMPARE(PDFDocumentEngine::openUnlock(part, "").pageCount(), pages[i]);
+    }
+}
+
+void SectionScreensTest::splitRefusesWhatCannotRun_data() {
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("says");
+    QTest::newRow("no range") << "a.pdf" << int(SplitMode::pageRanges) << "" << "e.g. 1-5, 8";
+    QTest::newRow("a word among ranges") << "a.pdf" << int(SplitMode::pageRanges) << "1-3, abc"
+                                         << "“abc”";
+    QTest::newRow("open-ended range") << "a.pdf" << int(SplitMode::pageRanges) << "5-" << "“5-”";
+    QTest::newRow("nothing to extract") << "a.pdf" << int(SplitMode::extract) << " ; "
+                                        << "e.g. 1, 3, 5";
+    QTest::newRow("an image") << "photo.png" << int(SplitMode::everyPage) << ""
+                              << "photo.png is not a PDF";
+}
+
+void SectionScreensTest::splitRefusesWhatCannotRun() {
+    QFETCH(QString, file);
+    QFETCH(int, mode);
+    QFETCH(QString, text);
+    QFETCH(QString, says);
+    TempDir dir;
+    Screens screens(dir, realWorker());
+    fs::path path = dir / file.toStdString();
+    if (file.endsWith(".pdf")) {
+        samplePDF(dir, file.toStdString(), 6);
+    } else {
+        std::ofstream(path) << "not really a picture";
+    }
+    SplitView view(screens.context());
+    screens.app.model().setFiles({qpath(path)});
+    view.selectMode(static_cast<SplitMode>(mode));
+    const char* field = mode == int(SplitMode::extract) ? "extract" : "ranges";
+    view.findChild<QLineEdit*>(field)->setText(text);
+    view.runSplit();
+    QVERIFY2(message(view).contains(says), qPrintable(message(view)));
+    QVERIFY(screens.app.queue().records().empty());
+}
+
+void SectionScreensTest::privacyRefusesMismatchedPasswordsAndFollowsSuggestions() {
+    TempDir dir;
+    Screens screens(dir, holdingWorker());
+    const auto input = samplePDF(dir, "slow.pdf");
+    PrivacyView view(screens.context());
+    screens.app.model().setFiles({qpath(input)});
+
+    view.selectTask(PrivacyView::Task::protect);
+    view.findChild<QLineEdit*>("password")->setText("open sesame");
+    view.findChild<QLineEdit*>("repeat")->setText("open sesane");
+    QCOMPARE(message(view), QStringLiteral("The two passwords do not match."));
+    view.runTask();
+    QVERIFY(screens.app.queue().records().empty());
+    view.findChild<QLineEdit*>("repeat")->setText("open sesame");
+    view.runTask();
+    QCOMPARE(screens.app.queue().records().size(), 1u);
+    QCOMPARE(decoded(screens.app.queue().records()[0].parametersData),
+             OperationParameters(OperationParameters::Protect{"open sesame", ""}));
+    QVERIFY(view.findChild<QLineEdit*>("password")->text().isEmpty());
+
+    view.selectTask(PrivacyView::Task::removePassword);
+    view.runTask();
+    QCOMPARE(message(view), QStringLiteral("Enter the current password."));
+    QCOMPARE(screens.app.queue().records().size(), 1u);
+
+    // A recommendation followed from home preselects the task and the preset.
+    AppModel& model = screens.app.model();
+    model.openWithSuggestion(AppModel::Section::privacy, qpath(input),
+                             OperationParameters::Clean{CleanPreset::flattenAndClean});
+    QCOMPARE(view.task(), PrivacyView::Task::clean);
+    QCOMPARE(view.preset(), CleanPreset::flattenAndClean);
+    model.openWithSuggestion(AppModel::Section::privacy, qpath(input),
+                             OperationParameters::Unprotect{});
+    QCOMPARE(view.task(), PrivacyView::Task::removePassword);
+    // A suggestion for another section is not this screen's.
+    model.openWithSuggestion(AppModel::Section::compress, qpath(input),
+                             OperationParameters::Clean{CleanPreset::safe});
+    QCOMPARE(view.task(), PrivacyView::Task::removePassword);
+}
+
+void SectionScreensTest::mergeOrderFollowsDragsAndRemovals() {
+    TempDir dir;
+    Screens screens(dir, realWorker());
+    screens.settings->setOutputRule(resultsIn(dir));
+    const QString a = qpath(samplePDF(dir, "a.pdf"));
+    const QString b = qpath(samplePDF(dir, "b.pdf", 2));
+    const QString c = qpath(samplePDF(dir, "c.pdf"));
+    AppModel& model = screens.app.model();
+    model.setSection(AppModel::Section::merge);
+    model.setFiles({a, b, c});
+    MergeView view(screens.context());
+    auto* list = view.findChild<QListView*>("files");
+    QAbstractItemModel* rows = list->model();
+
+    // Dragging the last row to the top, as the list view hands a drop to its model.
+    std::unique_ptr<QMimeData> dragged(rows->mimeData({rows->index(2, 0)}));
+    QVERIFY(rows->canDropMimeData(dragged.get(), Qt::MoveAction, 0, 0, {}));
+    QVERIFY(rows->dropMimeData(dragged.get(), Qt::MoveAction, 0, 0, {}));
+    QCOMPARE(model.files(), (QStringList{c, a, b}));
+    // Two rows dropped at the end keep their order.
+    dragged.reset(rows->mimeData({rows->index(1, 0), rows->index(0, 0)}));
+    QVERIFY(rows->dropMimeData(dragged.get(), Qt::MoveAction, -1, -1, {}));
+    QCOMPARE(model.files(), (QStringList{b, c, a}));
+    // The moved rows stay chosen: Alt+Up takes them up together.
+    QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(model.files(), (QStringList{c, a, b}));
+
+    list->setCurrentIndex(rows->index(1, 0));
+    QTest::keyClick(list, Qt::Key_Delete);
+    QCOMPARE(model.files(), (QStringList{c, b}));
+
+    click(view);
+    const auto& records = screens.app.queue().records();
+    QCOMPARE(records.size(), 1u);
+    QCOMPARE(records[0].inputURLs, (std::vector<std::string>{c.toStdString(), b.toStdString()}));
+    QTRY_COMPARE_WITH_TIMEOUT(records[0].state, TaskState::completed, 60000);
+    QCOMPARE(PDFDocumentEngine::openUnlock(records[0].outputURLs.at(0), "").pageCount(), 3);
+}
+
+static RegisterSuite registered([] { return std::make_unique<SectionScreensTest>(); });
+
+#include "SectionScreensTest.moc"
