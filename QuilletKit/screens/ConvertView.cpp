@@ -1,6 +1,8 @@
 #include "screens/ConvertView.hpp"
 
+#include "app/LoadedFilesModel.hpp"
 #include "app/Texts.hpp"
+#include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
 #include <QButtonGroup>
@@ -18,7 +20,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <cmath>
+#include <algorithm>
 
 namespace quillet {
 namespace {
@@ -31,6 +33,7 @@ QLabel* note(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setWordWrap(true);
     label->setForegroundRole(QPalette::PlaceholderText);
+    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     return label;
 }
 
@@ -39,7 +42,8 @@ QFormLayout* form(QWidget* page) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setHorizontalSpacing(12);
     layout->setVerticalSpacing(8);
-    layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    // Only what asks to grow does: the notes take the width, the fields keep theirs.
+    layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     return layout;
 }
 
@@ -67,9 +71,16 @@ ConvertView::ConvertView(const ScreenContext& context, QWidget* parent)
     bar_ = new ActionBar(tr("Convert"), this);
     connect(&bar_->button(), &QPushButton::clicked, this, &ConvertView::runConversion);
 
+    auto* files = new FileListView(this);
+    files->setObjectName(QStringLiteral("files"));
+    files->setAccessibleName(tr("Files to convert"));
+    files->setModel(&context_.files);
+    files->setMaximumHeight(150);
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(12);
+    layout->addWidget(files);
     layout->addLayout(directions);
     layout->addWidget(pages_);
     layout->addStretch(1);
@@ -108,16 +119,22 @@ QWidget* ConvertView::buildToImages() {
     selection_->setPlaceholderText(tr("All pages, or e.g. %1").arg(pagesExample()));
     selection_->setClearButtonEnabled(true);
     selection_->setMinimumWidth(220);
+    selection_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     quality_ = new QSlider(Qt::Horizontal, page);
     quality_->setObjectName(QStringLiteral("quality"));
     quality_->setRange(1, 100);
     quality_->setValue(85);
     quality_->setMinimumWidth(180);
     qualityValue_ = new QLabel(page);
-    qualityValue_->setMinimumWidth(40);
+    // Wide enough for either text, so the slider does not move when the format changes.
+    qualityValue_->setMinimumWidth(
+        std::max(qualityValue_->fontMetrics().horizontalAdvance(tr("lossless")),
+                 qualityValue_->fontMetrics().horizontalAdvance(QStringLiteral("100%"))) +
+        4);
     auto* qualityRow = new QHBoxLayout;
     qualityRow->addWidget(quality_);
     qualityRow->addWidget(qualityValue_);
+    qualityRow->addStretch(1);
 
     layout->addRow(tr("Format:"), format_);
     layout->addRow(tr("Resolution:"), dpi_);

@@ -244,6 +244,15 @@ void MergeView::refresh() {
     if (count == 1) {
         note += QStringLiteral(" · ") + tr("add another file to merge");
     }
+    // A file its analysis could not read (damaged, or locked by a password) would stop the merge.
+    for (const QString& path : context_.model().files()) {
+        if (const QString error = context_.model().analysisError(path); !error.isEmpty()) {
+            bar_->showProblem(note + QStringLiteral(" · ") +
+                              tr("%1 cannot be read (%2): remove it before merging.")
+                                  .arg(QFileInfo(path).fileName(), error));
+            return;
+        }
+    }
     bar_->showNote(note);
 }
 

@@ -77,6 +77,7 @@ QLineEdit* passwordField(const QString& name, QWidget* parent) {
     field->setEchoMode(QLineEdit::Password);
     field->setAccessibleName(name);
     field->setMinimumWidth(240);
+    field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return field;
 }
 
@@ -85,7 +86,8 @@ QFormLayout* form(QWidget* page) {
     layout->setContentsMargins(12, 12, 12, 12);
     layout->setHorizontalSpacing(12);
     layout->setVerticalSpacing(8);
-    layout->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    // Only what asks to grow does: the notes take the width, the fields keep theirs.
+    layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     return layout;
 }
 
@@ -93,6 +95,7 @@ QLabel* note(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setWordWrap(true);
     label->setForegroundRole(QPalette::PlaceholderText);
+    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     return label;
 }
 
@@ -156,13 +159,17 @@ QWidget* PrivacyView::buildClean() {
     presets_ = new QButtonGroup(this);
     int row = 0;
     for (const PresetText& text : presetTexts()) {
-        auto* radio = new QRadioButton(text.label, page);
+        // A button reads "&" as the mark of its shortcut key.
+        auto* radio = new QRadioButton(QString(text.label).replace(QLatin1Char('&'), QStringLiteral("&&")), page);
         radio->setObjectName(
             QStringLiteral("preset-%1").arg(QString::fromStdString(std::string(rawValue(text.preset)))));
         radio->setAccessibleDescription(text.line);
         presets_->addButton(radio, static_cast<int>(text.preset));
         grid->addWidget(radio, row, 0, Qt::AlignTop);
-        grid->addWidget(note(text.line, page), row, 1);
+        auto* line = new QLabel(text.line, page);
+        line->setWordWrap(true);
+        line->setForegroundRole(QPalette::PlaceholderText);
+        grid->addWidget(line, row, 1, Qt::AlignTop);
         ++row;
     }
     selectPreset(CleanPreset::safe);

@@ -11,10 +11,14 @@
 #include "screens/CompressView.hpp"
 #include "screens/InspectorSheet.hpp"
 #include "screens/MainWindow.hpp"
+#include "screens/SectionView.hpp"
 #include "screens/SettingsWindow.hpp"
 #include "tasks/PersistedList.hpp"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRadioButton>
 #include <QLabel>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -155,6 +159,26 @@ int main(int argc, char** argv) {
         sheet.tabs().setCurrentIndex(1);
         save(sheet, prefix + QStringLiteral("13-inspector.png"));
     }
+
+    // The section screens with their options: the batch password, images into a PDF, and a
+    // page text the split screen refuses.
+    const auto body = [&window](AppModel::Section section) {
+        return window.section(static_cast<int>(section)).body();
+    };
+    model.setSection(AppModel::Section::batch);
+    body(AppModel::Section::batch)->findChild<QComboBox*>("action")->setCurrentIndex(8);
+    save(window, prefix + QStringLiteral("14-batch-password.png"));
+    model.setSection(AppModel::Section::convert);
+    model.acceptDropped({QUrl::fromLocalFile(corpus("007-imagemagick-images/smile.png")),
+                         QUrl::fromLocalFile(corpus("003-pdflatex-image/image.jpg"))});
+    save(window, prefix + QStringLiteral("15-convert-images.png"));
+    model.setSection(AppModel::Section::split);
+    model.acceptDropped({QUrl::fromLocalFile(pdfs[1])});
+    waitFor([&] { return model.analysis(pdfs[1]) != nullptr; }, 20000);
+    QWidget* split = body(AppModel::Section::split);
+    split->findChild<QRadioButton*>("mode-pageRanges")->setChecked(true);
+    split->findChild<QLineEdit*>("ranges")->setText(QStringLiteral("1-2, 3-"));
+    save(window, prefix + QStringLiteral("16-split-ranges.png"));
 
     window.openSettings();
     settings->setLanguageOverride(language == QStringLiteral("en")
