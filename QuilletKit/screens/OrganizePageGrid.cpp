@@ -38,7 +38,8 @@ class ThumbnailDelegate : public QStyledItemDelegate {
         : QStyledItemDelegate(&grid), grid_(grid), model_(model) {}
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
-        return cellSize(model_.thumbnailSide(), option.fontMetrics);
+        return grid_.gridSize().isValid() ? grid_.gridSize()
+                                          : cellSize(model_.thumbnailSide(), option.fontMetrics);
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -49,7 +50,11 @@ class ThumbnailDelegate : public QStyledItemDelegate {
         const bool selected = option.state.testFlag(QStyle::State_Selected);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        const QRectF frame = QRectF(option.rect).adjusted(4, 4, -4, -4);
+        // Cells are stretched to fill the width; the page and its frame stay centred in them.
+        const QSize natural = cellSize(side, option.fontMetrics);
+        const QRectF cell(option.rect.center().x() - natural.width() / 2.0, option.rect.y(),
+                          natural.width(), natural.height());
+        const QRectF frame = cell.adjusted(4, 4, -4, -4);
         if (selected) {
             QColor fill = palette.color(QPalette::Highlight);
             fill.setAlpha(60);
@@ -57,7 +62,7 @@ class ThumbnailDelegate : public QStyledItemDelegate {
             painter->setBrush(fill);
             painter->drawRoundedRect(frame, 8, 8);
         }
-        const QRectF box(option.rect.x() + cellMargin, option.rect.y() + cellMargin, side, side);
+        const QRectF box(cell.x() + cellMargin, cell.y() + cellMargin, side, side);
         const QPixmap picture = model_.picture(row);
         const int turn = model_.turn(row);
         const QSizeF size = fitted(picture.deviceIndependentSize(), turn, box.size());
@@ -77,8 +82,7 @@ class ThumbnailDelegate : public QStyledItemDelegate {
         if (!model_.isCurrent(row)) {
             grid_.scheduleRequests();
         }
-        const QRectF label(option.rect.x(), box.bottom() + 4, option.rect.width(),
-                           option.fontMetrics.height());
+        const QRectF label(cell.x(), box.bottom() + 6, cell.width(), option.fontMetrics.height());
         painter->setPen(palette.color(selected ? QPalette::Text : QPalette::PlaceholderText));
         QFont font = option.font;
         font.setBold(selected);
@@ -123,8 +127,19 @@ OrganizePageGrid::OrganizePageGrid(OrganizePageModel& model, QWidget* parent)
 
 void OrganizePageGrid::setThumbnailSide(int side) {
     model_.setThumbnailSide(side);
-    setGridSize(cellSize(side, fontMetrics()));
+    fitColumns();
     scheduleRequests();
+}
+
+// As many columns as fit, sharing the width, so no strip of empty space is left on the right.
+void OrganizePageGrid::fitColumns() {
+    const QSize natural = cellSize(model_.thumbnailSide(), fontMetrics());
+    const int width = viewport()->width() - 2; // the layout keeps a pixel free on each side
+    const int columns = std::max(1, width / natural.width());
+    const QSize grid(std::max(natural.width(), width / columns), natural.height());
+    if (grid != gridSize()) {
+        setGridSize(grid);
+    }
 }
 
 void OrganizePageGrid::scheduleRequests() {
@@ -221,8 +236,15 @@ void OrganizePageGrid::dropEvent(QDropEvent* event) {
     viewport()->update();
 }
 
+// Called after the scroll bars came or went, which changes the width to share.
+void OrganizePageGrid::updateGeometries() {
+    QListView::updateGeometries();
+    fitColumns();
+}
+
 void OrganizePageGrid::resizeEvent(QResizeEvent* event) {
     QListView::resizeEvent(event);
+    fitColumns();
     scheduleRequests();
 }
 

@@ -42,10 +42,12 @@ class OrganizePageGrid : public QListView {
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
 
   private:
     void requestInSight();
+    void fitColumns();
 
     OrganizePageModel& model_;
     QTimer requests_;

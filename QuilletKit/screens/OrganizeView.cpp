@@ -2,8 +2,10 @@
 
 #include "app/OrganizeController.hpp"
 #include "platform/FileTypes.hpp"
+#include "screens/Components.hpp"
 #include "screens/OrganizePageGrid.hpp"
 #include "screens/OrganizePageModel.hpp"
+#include "screens/SectionView.hpp"
 
 #include <QAction>
 #include <QFileDialog>
@@ -238,6 +240,10 @@ void OrganizeView::stateChanged() {
     if (loaded && stack_->currentIndex() == 0) {
         stack_->setCurrentIndex(1);
         grid_->setFocus();
+        // The pages need the room more than the drop zone does now.
+        if (auto* section = qobject_cast<SectionView*>(parentWidget())) {
+            section->dropZone().setCompact(true);
+        }
     }
     updateStatus();
     updateActions();

@@ -11,6 +11,9 @@
 #include "screens/CompressView.hpp"
 #include "screens/InspectorSheet.hpp"
 #include "screens/MainWindow.hpp"
+#include "screens/OrganizePageGrid.hpp"
+#include "screens/OrganizePageModel.hpp"
+#include "screens/OrganizeView.hpp"
 #include "screens/SectionView.hpp"
 #include "screens/SettingsWindow.hpp"
 #include "tasks/PersistedList.hpp"
@@ -179,6 +182,25 @@ int main(int argc, char** argv) {
     split->findChild<QRadioButton*>("mode-pageRanges")->setChecked(true);
     split->findChild<QLineEdit*>("ranges")->setText(QStringLiteral("1-2, 3-"));
     save(window, prefix + QStringLiteral("16-split-ranges.png"));
+
+    // Organize: a document with turned pages and a long one inserted after it, two pages
+    // selected, one of them turned by hand.
+    model.setSection(AppModel::Section::organize);
+    model.acceptDropped({QUrl::fromLocalFile(corpus("015-arabic/habibi-rotated.pdf"))});
+    auto* organize = window.findChild<OrganizeView*>();
+    waitFor([&] { return organize->pages().rowCount() == 4; }, 20000);
+    organize->controller().insertFiles({corpus("009-pdflatex-geotopo/GeoTopo-komprimiert.pdf")});
+    organize->controller().rotate({organize->pages().cells().at(1).id}, 90);
+    waitFor([&] { return !organize->controller().isBusy(); }, 20000);
+    organize->grid().selectionModel()->select(
+        QItemSelection(organize->pages().index(1), organize->pages().index(2)),
+        QItemSelectionModel::ClearAndSelect);
+    waitFor([&] {
+        const auto rows = organize->grid().rowsInSight();
+        return std::all_of(rows.begin(), rows.end(),
+                           [&](int row) { return organize->pages().isCurrent(row); });
+    }, 20000);
+    save(window, prefix + QStringLiteral("20-organize.png"));
 
     window.openSettings();
     settings->setLanguageOverride(language == QStringLiteral("en")
