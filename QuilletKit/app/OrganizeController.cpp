@@ -72,8 +72,8 @@ void describe(const std::exception& error, const QString& subject,
     case PDFCoreError::Case::emptyDocument: kind = Failure::nothingToWrite; return;
     default:
         kind = Failure::unreadable;
-        detail = QString::fromStdString(core->text().empty() ? core->errorDescription()
-                                                             : core->text());
+        detail =
+            QString::fromStdString(core->text().empty() ? core->errorDescription() : core->text());
         return;
     }
 }
@@ -103,11 +103,12 @@ OrganizeController::State stateOf(const OrganizeModel& model) {
     for (const auto& cell : model.cells()) {
         auto path = paths.find(cell.source.file);
         if (path == paths.end()) {
-            path = paths.emplace(cell.source.file, QString::fromStdString(cell.source.file.string()))
-                       .first;
+            path =
+                paths.emplace(cell.source.file, QString::fromStdString(cell.source.file.string()))
+                    .first;
         }
-        state.cells.push_back({cell.id, cell.displayRotation, path->second,
-                               cell.source.pageIndex, cell.source.rotation});
+        state.cells.push_back({cell.id, cell.displayRotation, path->second, cell.source.pageIndex,
+                               cell.source.rotation});
     }
     state.selection = model.selection();
     state.canUndo = model.canUndo();
@@ -123,8 +124,8 @@ OrganizeController::State stateOf(const OrganizeModel& model) {
 
 OrganizeController::OrganizeController(HistoryStore& history, AppSettings& settings,
                                        QObject* parent)
-    : QObject(parent), history_(history), settings_(settings),
-      worker_(std::make_unique<Worker>()), thread_(new QThread(this)), context_(new QObject) {
+    : QObject(parent), history_(history), settings_(settings), worker_(std::make_unique<Worker>()),
+      thread_(new QThread(this)), context_(new QObject) {
     Worker* worker = worker_.get();
     worker->model.recorded = [worker](HistoryEntry entry) {
         worker->entries.push_back(std::move(entry));
@@ -180,7 +181,8 @@ void OrganizeController::post(std::function<void(Worker&, Outcome&)> work) {
             worker->entries.clear();
             State state = stateOf(worker->model);
             QMetaObject::invokeMethod(
-                this, [this, state = std::move(state), outcome = std::move(outcome)]() mutable {
+                this,
+                [this, state = std::move(state), outcome = std::move(outcome)]() mutable {
                     publish(std::move(state), outcome);
                 },
                 Qt::QueuedConnection);
@@ -236,7 +238,8 @@ void OrganizeController::attempt(Outcome& outcome, const QString& subject,
 
 void OrganizeController::load(const QString& path) {
     post([path](Worker& worker, Outcome& outcome) {
-        attempt(outcome, QFileInfo(path).fileName(), [&] { worker.model.load(path.toStdString()); });
+        attempt(outcome, QFileInfo(path).fileName(),
+                [&] { worker.model.load(path.toStdString()); });
     });
 }
 
@@ -279,7 +282,8 @@ void OrganizeController::insertFiles(const QStringList& paths) {
         for (const auto& path : paths) {
             files.emplace_back(path.toStdString());
         }
-        attempt(outcome, paths.join(QStringLiteral(", ")), [&] { worker.model.insertFromFiles(files); });
+        attempt(outcome, paths.join(QStringLiteral(", ")),
+                [&] { worker.model.insertFromFiles(files); });
         if (outcome.failure == Failure::locked) {
             outcome.file = lockedOne(paths);
         }
@@ -313,9 +317,9 @@ void OrganizeController::extractForDrag(const std::set<PageID>& selection) {
         }
         const QString subfolder = QString::number(++worker.drags);
         folder.mkdir(subfolder);
-        const QString file = folder.filePath(
-            subfolder + QLatin1Char('/') +
-            QString::fromStdString(worker.model.suggestedExtractName()));
+        const QString file =
+            folder.filePath(subfolder + QLatin1Char('/') +
+                            QString::fromStdString(worker.model.suggestedExtractName()));
         attempt(outcome, loadedName(worker.model), [&] {
             worker.model.setSelection(selection);
             worker.model.extractSelection(file.toStdString(), false);

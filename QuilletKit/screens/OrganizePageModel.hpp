@@ -83,9 +83,9 @@ class OrganizePageModel : public QAbstractListModel {
     PageRenderService& renders_;
     QList<Cell> cells_;
     QHash<QString, QList<int>> rowsOfPage_;
-    QCache<QString, Picture> pictures_; ///< by page, cost in KB
+    QCache<QString, Picture> pictures_;               ///< by page, cost in KB
     QHash<QString, std::pair<QString, int>> pending_; ///< render key → page and side
-    QSet<QString> unreadable_; ///< pages the renderer refused
+    QSet<QString> unreadable_;                        ///< pages the renderer refused
     int side_ = 150;
     qreal ratio_ = 1.0;
 };

@@ -54,8 +54,8 @@ OrganizeView::OrganizeView(const ScreenContext& context, QWidget* parent)
                         QStringLiteral("list-add"), {});
     extract_ = addAction(QStringLiteral("extract"), tr("Extract selected pages to a new PDF"),
                          tr("Extract…"), QStringLiteral("document-export"), {});
-    undo_ = addAction(QStringLiteral("undo"), tr("Undo"), tr("Undo"),
-                      QStringLiteral("edit-undo"), QKeySequence::Undo);
+    undo_ = addAction(QStringLiteral("undo"), tr("Undo"), tr("Undo"), QStringLiteral("edit-undo"),
+                      QKeySequence::Undo);
     save_ = addAction(QStringLiteral("save"), tr("Save the organized PDF"), tr("Save"),
                       QStringLiteral("document-save"), QKeySequence::Save);
     selectAll_ = addAction(QStringLiteral("selectAll"), tr("Select all pages"), tr("Select All"),
@@ -136,10 +136,9 @@ QAction* OrganizeView::addAction(const QString& objectName, const QString& text,
     auto* action = new QAction(QIcon::fromTheme(icon), text, this);
     action->setObjectName(objectName);
     action->setIconText(iconText);
-    action->setToolTip(shortcut.isEmpty()
-                           ? text
-                           : QStringLiteral("%1 (%2)").arg(
-                                 text, shortcut.toString(QKeySequence::NativeText)));
+    action->setToolTip(shortcut.isEmpty() ? text
+                                          : QStringLiteral("%1 (%2)").arg(
+                                                text, shortcut.toString(QKeySequence::NativeText)));
     action->setShortcut(shortcut);
     action->setShortcutContext(Qt::WindowShortcut); // only while the screen is in sight
     QWidget::addAction(action);
@@ -304,9 +303,9 @@ void OrganizeView::updateStatus() {
 
 void OrganizeView::insertFiles() {
     const QString folder = QFileInfo(controller_->state().sourcePath).absolutePath();
-    const QStringList files = QFileDialog::getOpenFileNames(
-        this, tr("Insert pages from PDFs (appended at the end)"), folder,
-        tr("PDF documents (*.pdf *.PDF)"));
+    const QStringList files =
+        QFileDialog::getOpenFileNames(this, tr("Insert pages from PDFs (appended at the end)"),
+                                      folder, tr("PDF documents (*.pdf *.PDF)"));
     if (!files.isEmpty()) {
         controller_->insertFiles(files);
     }
@@ -328,10 +327,9 @@ void OrganizeView::extract() {
 }
 
 void OrganizeView::confirmSignedSave() {
-    auto* box = new QMessageBox(QMessageBox::Warning,
-                                tr("This PDF may contain digital signatures"),
-                                tr("This PDF may contain digital signatures"), QMessageBox::NoButton,
-                                this);
+    auto* box =
+        new QMessageBox(QMessageBox::Warning, tr("This PDF may contain digital signatures"),
+                        tr("This PDF may contain digital signatures"), QMessageBox::NoButton, this);
     box->setObjectName(QStringLiteral("signatureWarning"));
     box->setInformativeText(tr("Flattening or reorganizing signed documents can invalidate their "
                                "signatures. Continue?"));
@@ -353,8 +351,8 @@ void OrganizeView::confirmSignedSave() {
 }
 
 void OrganizeView::showError(const QString& message) {
-    auto* box = new QMessageBox(QMessageBox::Warning, tr("Organize"), message, QMessageBox::Ok,
-                                this);
+    auto* box =
+        new QMessageBox(QMessageBox::Warning, tr("Organize"), message, QMessageBox::Ok, this);
     box->setObjectName(QStringLiteral("organizeError"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);

@@ -78,9 +78,8 @@ bool organizeDrawn(MainWindow& window) {
         return false;
     }
     const auto rows = view->grid().rowsInSight();
-    return !rows.isEmpty() && std::all_of(rows.begin(), rows.end(), [&](int row) {
-        return view->pages().isCurrent(row);
-    });
+    return !rows.isEmpty() && std::all_of(rows.begin(), rows.end(),
+                                          [&](int row) { return view->pages().isCurrent(row); });
 }
 
 bool homeDrawn(MainWindow& window, QuilletApp& app, const QString& file) {
@@ -149,9 +148,9 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    const QString source = argc > 1 ? QString::fromLocal8Bit(argv[1])
-                                    : QStringLiteral(QUILLET_CORPUS_DIR
-                                                     "/004-pdflatex-4-pages/pdflatex-4-pages.pdf");
+    const QString source =
+        argc > 1 ? QString::fromLocal8Bit(argv[1])
+                 : QStringLiteral(QUILLET_CORPUS_DIR "/004-pdflatex-4-pages/pdflatex-4-pages.pdf");
     QTemporaryDir folder;
     const QString file = longPDF(source, folder.path());
     std::printf("%d pages made from %s\n", pageTarget, qPrintable(source));

@@ -199,8 +199,8 @@ void OrganizeViewTest::aDropOnACellMovesTheDraggedPage() {
 
     QMimeData foreign;
     foreign.setText(QStringLiteral("two"));
-    QVERIFY(!screen.pages().dropMimeData(&foreign, Qt::MoveAction, -1, -1,
-                                         screen.pages().index(0)));
+    QVERIFY(
+        !screen.pages().dropMimeData(&foreign, Qt::MoveAction, -1, -1, screen.pages().index(0)));
     QVERIFY(screen.idle());
 }
 
