@@ -11,6 +11,7 @@
 #include "engines/PDFSecurityEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
 #include "output/OutputResolver.hpp"
+#include "tasks/MergeSeparators.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -250,8 +251,15 @@ Result runWholeBatch(const TaskSpec& spec, const std::vector<fs::path>& inputs,
     const auto output = merge ? OutputResolver::resolveMerge(inputs, spec.outputRule).outputURL
                               : OutputResolver::resolveImagesToPDF(inputs, spec.outputRule).outputURL;
     ensureDirectory(output);
-    const int pages = PDFMergeEngine::merge(inputs, output, imageOptions(spec.parameters),
-                                            progress, isCancelled);
+    const auto options = imageOptions(spec.parameters);
+    const auto* parameters = spec.parameters.as<P::Merge>();
+    std::optional<MergeSeparators> separators;
+    if (merge && parameters && parameters->insertBlankBetween) {
+        separators.emplace(inputs, options, isCancelled);
+    }
+    // The blank pages are among the pages counted: the note tells the pages of the output.
+    const int pages = PDFMergeEngine::merge(separators ? separators->inputs() : inputs, output,
+                                            options, progress, isCancelled);
     Result result;
     result.outputs = {output};
     result.originalBytes = totalSize(inputs);

@@ -1,11 +1,15 @@
 #include "engines/PDFCoreError.hpp"
+#include "platform/ImageIO.hpp"
 #include "platform/PDFDocument.hpp"
 #include "support/CaughtError.hpp"
+#include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 #include "tasks/TaskRunner.hpp"
 
 #include <gtest/gtest.h>
+#include <qpdf/Pl_String.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
 
 namespace quillet {
 namespace {
@@ -174,6 +178,86 @@ TEST(TaskRunner, MergeCombinesEveryPageIntoOneOutput) {
     EXPECT_EQ(pageWidths(result.outputs[0]).size(), 6u);
     EXPECT_EQ(result.resultBytes, TaskRunner::inputSize(result.outputs[0]));
 }
+
+struct PageShape {
+    int width = 0;
+    int height = 0;
+    int rotation = 0;
+    bool blank = false;
+
+    bool operator==(const PageShape&) const = default;
+    friend std::ostream& operator<<(std::ostream& out, const PageShape& page) {
+        return out << page.width << "x" << page.height << "@" << page.rotation
+                   << (page.blank ? " blank" : "");
+    }
+};
+
+/// Each page's media box, rotation and whether its content draws nothing, read through qpdf.
+std::vector<PageShape> pageShapes(const fs::path& path) {
+    QPDF qpdf;
+    qpdf.processFile(path.c_str());
+    std::vector<PageShape> shapes;
+    for (auto& page : QPDFPageDocumentHelper(qpdf).getAllPages()) {
+        const auto box = page.getMediaBox().getArrayAsRectangle();
+        auto rotate = page.getAttribute("/Rotate", false);
+        std::string content;
+        Pl_String sink("content", nullptr, content);
+        page.pipeContents(&sink);
+        shapes.push_back({static_cast<int>(box.urx - box.llx), static_cast<int>(box.ury - box.lly),
+                          rotate.isInteger() ? rotate.getIntValueAsInt() : 0,
+                          content.find_first_not_of(" \t\r\n") == std::string::npos});
+    }
+    return shapes;
+}
+
+struct BlankRow {
+    bool insertBlank;
+    const char* note;
+    std::vector<PageShape> pages;
+};
+
+class MergeBlankPages : public ::testing::TestWithParam<BlankRow> {};
+
+TEST_P(MergeBlankPages, SeparateTheInputsShapedLikeThePageBefore) {
+    TempDir dir;
+    PDFBuilder first;
+    first.addPage(300, 400).text("a1");
+    first.addPage(500, 400).rotate(90).text("a2");
+    PDFBuilder last;
+    last.addPage(420, 595).text("b1");
+    const auto png = ImageIO::encode(Bitmap(200, 100, PixelFormat::gray, 0), FileKind::png, 1);
+    ASSERT_TRUE(png);
+    const std::vector<fs::path> inputs{first.write(dir / "a.pdf"),
+                                       dir.write("photo.png", {png->begin(), png->end()}),
+                                       last.write(dir / "b.pdf")};
+    Recorded progress;
+    const auto result =
+        TaskRunner::run(spec(PDFOperationKind::merge, inputs, P::Merge{GetParam().insertBlank}),
+                        progress.callback(), {});
+
+    ASSERT_EQ(result.outputs.size(), 1u);
+    EXPECT_EQ(result.note, GetParam().note);
+    EXPECT_EQ(pageShapes(result.outputs[0]), GetParam().pages);
+    EXPECT_EQ(test::runTool("qpdf", {"--check", result.outputs[0].string()}).status, 0);
+    EXPECT_EQ(progress.reports.back(), 1.0);
+    EXPECT_TRUE(std::is_sorted(progress.reports.begin(), progress.reports.end()));
+    EXPECT_EQ(test::fileNames(dir.path()).size(), inputs.size() + 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Merge, MergeBlankPages,
+    ::testing::Values(BlankRow{false, "4 pages combined",
+                               {{300, 400, 0, false},
+                                {500, 400, 90, false},
+                                {200, 100, 0, false},
+                                {420, 595, 0, false}}},
+                      BlankRow{true, "6 pages combined",
+                               {{300, 400, 0, false},
+                                {500, 400, 90, false},
+                                {500, 400, 90, true},
+                                {200, 100, 0, false},
+                                {200, 100, 0, true},
+                                {420, 595, 0, false}}}));
 
 TEST(TaskRunner, SplitAndPageExportNameTheirCounts) {
     TempDir dir;
