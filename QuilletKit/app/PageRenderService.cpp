@@ -2,6 +2,7 @@
 
 #include "platform/PDFRenderer.hpp"
 
+#include <QFileInfo>
 #include <QPointer>
 #include <QRunnable>
 #include <QThread>
@@ -18,8 +19,8 @@ QImage renderPage(const PDFRenderer& renderer, const PageRenderService::Request&
     const auto points = document.pageSize(request.pageIndex);
     const double boxWidth = request.box.width() * request.devicePixelRatio;
     const double boxHeight = request.box.height() * request.devicePixelRatio;
-    const double scale = std::min(boxWidth / std::max(1.0, points.width),
-                                  boxHeight / std::max(1.0, points.height));
+    const double scale =
+        std::min(boxWidth / std::max(1.0, points.width), boxHeight / std::max(1.0, points.height));
     PDFRenderer::RenderOptions options;
     options.scale = std::max(scale, 0.01);
     const Bitmap bitmap = document.render(request.pageIndex, options);
@@ -35,12 +36,17 @@ QImage renderPage(const PDFRenderer& renderer, const PageRenderService::Request&
 } // namespace
 
 QString PageRenderService::Request::key() const {
-    return QStringLiteral("%1\n%2\n%3x%4\n%5")
+    // The file's time and size are part of the key, so a file written over (a result that
+    // replaced its original) is never shown from the pictures of its former self.
+    const QFileInfo file(path);
+    return QStringLiteral("%1\n%2\n%3x%4\n%5\n%6:%7")
         .arg(path)
         .arg(pageIndex)
         .arg(box.width())
         .arg(box.height())
-        .arg(devicePixelRatio);
+        .arg(devicePixelRatio)
+        .arg(file.lastModified().toMSecsSinceEpoch())
+        .arg(file.size());
 }
 
 PageRenderService::PageRenderService(int threads, int cacheMegabytes, QObject* parent)

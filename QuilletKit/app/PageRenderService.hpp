@@ -5,9 +5,9 @@
 // at a device pixel ratio: the image is rendered at box × ratio so it is sharp on the screen that
 // shows it, and carries that ratio. Results are kept in a cache of their own (never on disk: a
 // privacy tool leaves no trace of the user's documents in a shared thumbnail folder), keyed by
-// file, page, box and ratio. `cancelPending` drops the work not yet started and the results of
-// work already running (a generation counter), so a view that scrolled away never waits on pages
-// it no longer shows.
+// file (with its modification time and size), page, box and ratio. `cancelPending` drops the work
+// not yet started and the results of work already running (a generation counter), so a view that
+// scrolled away never waits on pages it no longer shows.
 #pragma once
 
 #include <QCache>
@@ -40,8 +40,7 @@ class PageRenderService : public QObject {
     };
 
     /// `threads` 0 means one per core; `cacheMegabytes` bounds the kept images.
-    explicit PageRenderService(int threads = 0, int cacheMegabytes = 96,
-                               QObject* parent = nullptr);
+    explicit PageRenderService(int threads = 0, int cacheMegabytes = 96, QObject* parent = nullptr);
     /// Waits for the pages being rendered; drops those not started.
     ~PageRenderService() override;
 
@@ -59,8 +58,7 @@ class PageRenderService : public QObject {
     void failed(const QString& key, const QString& error);
 
   private:
-    void deliver(quint64 generation, const QString& key, const QImage& image,
-                 const QString& error);
+    void deliver(quint64 generation, const QString& key, const QImage& image, const QString& error);
 
     std::shared_ptr<PDFRenderer> renderer_;
     QThreadPool pool_;

@@ -211,6 +211,10 @@ void OrganizeView::loadFirstPDF() {
     if (first.isEmpty() || first == requested_) {
         return;
     }
+    if (unsaved_) {
+        confirmDiscard(first);
+        return;
+    }
     requested_ = first;
     if (controller_->state().sourcePath.isEmpty()) {
         empty_->setText(tr("Opening “%1”…").arg(QFileInfo(first).fileName()));
@@ -220,6 +224,15 @@ void OrganizeView::loadFirstPDF() {
 
 void OrganizeView::stateChanged() {
     const auto& state = controller_->state();
+    // Changes count as unsaved from the first change of the pages until the next save.
+    if (state.sourcePath != shownSource_ || state.savedPath != shownSaved_) {
+        unsaved_ = false;
+    } else if (state.cells != shownCells_) {
+        unsaved_ = true;
+    }
+    shownSource_ = state.sourcePath;
+    shownSaved_ = state.savedPath;
+    shownCells_ = state.cells;
     const bool sameDocument = pages_->rowCount() > 0 && !state.sourcePath.isEmpty();
     const int scrolled = grid_->verticalScrollBar()->value();
     pages_->setCells(state.cells);
@@ -345,6 +358,31 @@ void OrganizeView::confirmSignedSave() {
             controller_->save(true);
         } else {
             controller_->dismissSignatureWarning();
+        }
+    });
+    box->open();
+}
+
+void OrganizeView::confirmDiscard(const QString& next) {
+    requested_ = next; // asked once for this file, whatever the answer
+    const QString current = QFileInfo(controller_->state().sourcePath).fileName();
+    auto* box = new QMessageBox(QMessageBox::Question, tr("Organize"),
+                                tr("Discard the changes to “%1”?").arg(current),
+                                QMessageBox::NoButton, this);
+    box->setObjectName(QStringLiteral("discardChanges"));
+    box->setInformativeText(
+        tr("“%1” was loaded. Opening it here replaces the pages you changed and did not save.")
+            .arg(QFileInfo(next).fileName()));
+    QPushButton* discard = box->addButton(tr("Discard Changes"), QMessageBox::DestructiveRole);
+    discard->setObjectName(QStringLiteral("discard"));
+    QPushButton* keep = box->addButton(tr("Keep Editing"), QMessageBox::RejectRole);
+    box->setDefaultButton(keep);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    connect(box, &QMessageBox::finished, this, [this, box, discard, next] {
+        if (box->clickedButton() == discard) {
+            unsaved_ = false;
+            controller_->load(next);
         }
     });
     box->open();

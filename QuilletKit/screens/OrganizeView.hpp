@@ -7,6 +7,7 @@
 // a person can answer (files to insert, where to extract, whether to save a signed document).
 #pragma once
 
+#include "app/OrganizeController.hpp"
 #include "screens/ScreenContext.hpp"
 
 #include <QWidget>
@@ -20,7 +21,6 @@ class QStackedWidget;
 
 namespace quillet {
 
-class OrganizeController;
 class OrganizePageGrid;
 class OrganizePageModel;
 struct PageID;
@@ -54,6 +54,8 @@ class OrganizeView : public QWidget {
     void extract();
     void confirmSignedSave();
     void showError(const QString& message);
+    /// Asks before replacing changed, unsaved pages with `next`; loads it if the user agrees.
+    void confirmDiscard(const QString& next);
     void showResult(const QString& text, const QString& path);
 
     ScreenContext context_;
@@ -76,6 +78,10 @@ class OrganizeView : public QWidget {
     QAction* selectAll_;
     QString requested_; ///< the file last asked to be opened
     bool filesPending_ = true;
+    bool unsaved_ = false; ///< pages changed since the document was opened or last saved
+    QString shownSource_;
+    QString shownSaved_;
+    QList<OrganizeController::Cell> shownCells_;
     int dragRow_ = -1;
 };
 

@@ -153,6 +153,17 @@ void OrganizeViewTest::selectRotateAndUndo() {
     QCOMPARE(screen.cells(), (QStringList{"0@0", "1@0", "2@0", "3@0"}));
     QCOMPARE(screen.selectedRows(), (QList<int>{0, 2}));
     QVERIFY(!screen.action("undo").isEnabled());
+
+    // Unsaved changes are not thrown away by a file loaded elsewhere without asking.
+    screen.select({3});
+    screen.action("delete").trigger();
+    QTRY_VERIFY(screen.idle());
+    screen.drop(samplePDF(dir, "other.pdf", 2));
+    QMessageBox* ask = nullptr;
+    QTRY_VERIFY((ask = screen.view.findChild<QMessageBox*>("discardChanges")) != nullptr);
+    QCOMPARE(screen.pages().rowCount(), 3);
+    QTest::mouseClick(ask->findChild<QPushButton*>("discard"), Qt::LeftButton);
+    QTRY_COMPARE(screen.pages().rowCount(), 2);
 }
 
 void OrganizeViewTest::toolbarActions_data() {
