@@ -2,6 +2,89 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>AnalysisTexts</name>
+    <message>
+        <source>Author</source>
+        <translation>作者</translation>
+    </message>
+    <message>
+        <source>Creator</source>
+        <translation>创建工具</translation>
+    </message>
+    <message>
+        <source>Producer</source>
+        <translation>生成工具</translation>
+    </message>
+    <message>
+        <source>Keywords</source>
+        <translation>关键词</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n attachment(s)</source>
+        <translation>
+            <numerusform>%n 个附件</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n form field(s)</source>
+        <translation>
+            <numerusform>%n 个表单域</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>JavaScript</source>
+        <translation>JavaScript</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n link(s)</source>
+        <translation>
+            <numerusform>%n 个链接</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n signature(s)</source>
+        <translation>
+            <numerusform>%n 个签名</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Password protected</source>
+        <translation>受密码保护</translation>
+    </message>
+    <message>
+        <source>Remove the password if you know it.</source>
+        <translation>如果知道密码，可以将其移除。</translation>
+    </message>
+    <message>
+        <source>Compress</source>
+        <translation>压缩</translation>
+    </message>
+    <message>
+        <source>%1 → ~%2 · images at %3 DPI on average</source>
+        <translation>%1 → 约 %2 · 图片平均 %3 DPI</translation>
+    </message>
+    <message>
+        <source>Scanned document detected</source>
+        <translation>检测到扫描文档</translation>
+    </message>
+    <message>
+        <source>Make searchable (OCR) · coming soon</source>
+        <translation>使其可搜索（OCR）· 即将推出</translation>
+    </message>
+    <message>
+        <source>Personal metadata found</source>
+        <translation>发现个人元数据</translation>
+    </message>
+    <message>
+        <source>Author, creator or dates are embedded. Clean before sharing.</source>
+        <translation>文件中嵌有作者、创建程序或日期信息。分享前请先清理。</translation>
+    </message>
+    <message>
+        <source>Embedded content detected</source>
+        <translation>检测到嵌入内容</translation>
+    </message>
+</context>
+<context>
     <name>Operation</name>
     <message>
         <source>Compress</source>
@@ -42,6 +125,23 @@
     <message>
         <source>Remove Password</source>
         <translation>移除密码</translation>
+    </message>
+</context>
+<context>
+    <name>PageSelection</name>
+    <message>
+        <source>Enter the pages, e.g. %1.</source>
+        <translation>请输入页码，例如 %1。</translation>
+    </message>
+    <message>
+        <source>“%1” is not a page or a range of pages, e.g. %2.</source>
+        <translation>“%1”不是有效的页码或页码范围，例如 %2。</translation>
+    </message>
+    <message numerus="yes">
+        <source>The document has %n page(s): higher numbers mean the last page.</source>
+        <translation>
+            <numerusform>文档共 %n 页：超出的页码按最后一页处理。</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -96,6 +196,424 @@
     </message>
 </context>
 <context>
+    <name>quillet::BatchView</name>
+    <message>
+        <source>Compress · Balanced</source>
+        <translation>压缩 · 均衡</translation>
+    </message>
+    <message>
+        <source>Compress · Smallest</source>
+        <translation>压缩 · 最小</translation>
+    </message>
+    <message>
+        <source>Compress under 10 MB</source>
+        <translation>压缩到 10 MB 以内</translation>
+    </message>
+    <message>
+        <source>Compress under 5 MB</source>
+        <translation>压缩到 5 MB 以内</translation>
+    </message>
+    <message>
+        <source>Convert to PNG</source>
+        <translation>转换为 PNG</translation>
+    </message>
+    <message>
+        <source>Convert to JPEG</source>
+        <translation>转换为 JPEG</translation>
+    </message>
+    <message>
+        <source>Remove Metadata</source>
+        <translation>删除元数据</translation>
+    </message>
+    <message>
+        <source>Rotate 90°</source>
+        <translation>旋转 90°</translation>
+    </message>
+    <message>
+        <source>Remove Password (known password)</source>
+        <translation>移除密码（已知密码）</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>操作</translation>
+    </message>
+    <message>
+        <source>Action:</source>
+        <translation>操作：</translation>
+    </message>
+    <message>
+        <source>Current password</source>
+        <translation>当前密码</translation>
+    </message>
+    <message>
+        <source>Applied to every selected file — use when all files share the password</source>
+        <translation>将用于所有选中的文件——适用于所有文件密码相同的情况</translation>
+    </message>
+    <message>
+        <source>Files of the batch</source>
+        <translation>批量处理的文件</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Clear finished</source>
+        <translation>清除已结束</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n done</source>
+        <translation>
+            <numerusform>已完成 %n 个</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Run on %n files</source>
+        <translation>
+            <numerusform>处理 %n 个文件</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Drop PDFs or a folder above.</source>
+        <translation>将 PDF 或文件夹拖放到上方。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::BeforeAfterView</name>
+    <message>
+        <source>Previous page</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>下一页</translation>
+    </message>
+    <message>
+        <source>Original page</source>
+        <translation>原始页面</translation>
+    </message>
+    <message>
+        <source>Result page</source>
+        <translation>结果页面</translation>
+    </message>
+    <message>
+        <source>Original: %1</source>
+        <translation>原文件：%1</translation>
+    </message>
+    <message>
+        <source>Result: %1</source>
+        <translation>结果：%1</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>第 %1 页，共 %2 页</translation>
+    </message>
+    <message>
+        <source>Page %1</source>
+        <translation>第 %1 页</translation>
+    </message>
+    <message>
+        <source>Drawing…</source>
+        <translation>正在绘制…</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::CompressView</name>
+    <message>
+        <source>High Quality</source>
+        <translation>高画质</translation>
+    </message>
+    <message>
+        <source>Images kept sharp for print; a modest saving.</source>
+        <translation>图片保持清晰，适合打印；体积略有减小。</translation>
+    </message>
+    <message>
+        <source>Balanced</source>
+        <translation>均衡</translation>
+    </message>
+    <message>
+        <source>Good on screen and in print at home; the usual choice.</source>
+        <translation>屏幕阅读和家用打印效果都好，是最常用的选择。</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>最小体积</translation>
+    </message>
+    <message>
+        <source>For e-mail and the web: images at screen resolution.</source>
+        <translation>适合邮件和网页：图片采用屏幕分辨率。</translation>
+    </message>
+    <message>
+        <source>Lossless Optimize</source>
+        <translation>无损优化</translation>
+    </message>
+    <message>
+        <source>Nothing visible changes: only the file&apos;s structure is tightened.</source>
+        <translation>外观完全不变，只精简文件结构。</translation>
+    </message>
+    <message>
+        <source>PDFs to compress</source>
+        <translation>要压缩的 PDF</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>Predicted</source>
+        <translation>预计大小</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>Before / After</source>
+        <translation>前后对比</translation>
+    </message>
+    <message>
+        <source>Compress</source>
+        <translation>压缩</translation>
+    </message>
+    <message>
+        <source>Under a size</source>
+        <translation>不超过指定大小</translation>
+    </message>
+    <message>
+        <source>Target size</source>
+        <translation>目标大小</translation>
+    </message>
+    <message>
+        <source>Unit of the target size</source>
+        <translation>目标大小的单位</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>预设</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Save as Preset…</source>
+        <translation>存为预设…</translation>
+    </message>
+    <message>
+        <source>Save as Preset</source>
+        <translation>存为预设</translation>
+    </message>
+    <message>
+        <source>Name of the preset:</source>
+        <translation>预设名称：</translation>
+    </message>
+    <message>
+        <source>Presets:</source>
+        <translation>预设：</translation>
+    </message>
+    <message>
+        <source>at most %1</source>
+        <translation>最多 %1</translation>
+    </message>
+    <message>
+        <source>Analysing…</source>
+        <translation>正在分析…</translation>
+    </message>
+    <message>
+        <source>could not be read: %1</source>
+        <translation>无法读取：%1</translation>
+    </message>
+    <message>
+        <source>No presets yet</source>
+        <translation>还没有预设</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) that are not PDFs will be left out.</source>
+        <translation>
+            <numerusform>%n 个非 PDF 文件将被略过。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Load a PDF first: only PDFs can be compressed.</source>
+        <translation>请先载入 PDF：只有 PDF 可以压缩。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::ConvertView</name>
+    <message>
+        <source>Convert</source>
+        <translation>转换</translation>
+    </message>
+    <message>
+        <source>Files to convert</source>
+        <translation>要转换的文件</translation>
+    </message>
+    <message>
+        <source>All pages, or e.g. %1</source>
+        <translation>全部页面，或例如 %1</translation>
+    </message>
+    <message>
+        <source>lossless</source>
+        <translation>无损</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>格式：</translation>
+    </message>
+    <message>
+        <source>Resolution:</source>
+        <translation>分辨率：</translation>
+    </message>
+    <message>
+        <source>Pages:</source>
+        <translation>页面：</translation>
+    </message>
+    <message>
+        <source>Quality:</source>
+        <translation>画质：</translation>
+    </message>
+    <message>
+        <source>The images of each PDF go into a folder beside it, named after it.</source>
+        <translation>每个 PDF 的图片会保存到其旁边以它命名的文件夹中。</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>格式</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>分辨率</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>Quality</source>
+        <translation>质量</translation>
+    </message>
+    <message>
+        <source>Size of each image</source>
+        <translation>与图片尺寸相同</translation>
+    </message>
+    <message>
+        <source>A4</source>
+        <translation>A4</translation>
+    </message>
+    <message>
+        <source>US Letter</source>
+        <translation>美国 Letter</translation>
+    </message>
+    <message>
+        <source>US Legal</source>
+        <translation>美国 Legal</translation>
+    </message>
+    <message>
+        <source>Fit: the whole image on the page</source>
+        <translation>适应：完整显示整张图片</translation>
+    </message>
+    <message>
+        <source>Fill: the page covered, edges cut</source>
+        <translation>填充：铺满页面，边缘会被裁掉</translation>
+    </message>
+    <message>
+        <source> pt</source>
+        <translation> 磅</translation>
+    </message>
+    <message>
+        <source>Page size:</source>
+        <translation>页面大小：</translation>
+    </message>
+    <message>
+        <source>Placement:</source>
+        <translation>摆放方式：</translation>
+    </message>
+    <message>
+        <source>Margin:</source>
+        <translation>页边距：</translation>
+    </message>
+    <message>
+        <source>The images become the pages of one PDF, in the order they were loaded.</source>
+        <translation>这些图片将按载入顺序成为同一个 PDF 的各页。</translation>
+    </message>
+    <message>
+        <source>Page size</source>
+        <translation>页面大小</translation>
+    </message>
+    <message>
+        <source>Placement</source>
+        <translation>摆放方式</translation>
+    </message>
+    <message>
+        <source>Margin</source>
+        <translation>页边距</translation>
+    </message>
+    <message>
+        <source>Load images to make a PDF of them.</source>
+        <translation>请载入图片以生成 PDF。</translation>
+    </message>
+    <message>
+        <source>Load a PDF to turn its pages into images.</source>
+        <translation>请载入 PDF 以将其页面转换为图片。</translation>
+    </message>
+    <message>
+        <source>Drop PDFs or images above.</source>
+        <translation>将 PDF 或图片拖放到上方。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n image(s) into one PDF.</source>
+        <translation>
+            <numerusform>将 %n 张图片合成一个 PDF。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n PDF(s) into images.</source>
+        <translation>
+            <numerusform>将 %n 个 PDF 转换为图片。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n page(s) into images.</source>
+        <translation>
+            <numerusform>将 %n 页转换为图片。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n other file(s) are left out.</source>
+        <translation>
+            <numerusform>其余 %n 个文件不做处理。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Converting: follow it in the queue.</source>
+        <translation>正在转换，可在任务队列中查看进度。</translation>
+    </message>
+</context>
+<context>
     <name>quillet::DropZone</name>
     <message>
         <source>Choose files…</source>
@@ -104,6 +622,406 @@
     <message>
         <source>Choose a folder…</source>
         <translation>选择文件夹…</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::FileCard</name>
+    <message>
+        <source>Analysing…</source>
+        <translation>正在分析…</translation>
+    </message>
+    <message>
+        <source>could not be read: %1</source>
+        <translation>无法读取：%1</translation>
+    </message>
+    <message>
+        <source>Remove Password</source>
+        <translation>移除密码</translation>
+    </message>
+    <message>
+        <source>missing</source>
+        <translation>文件不存在</translation>
+    </message>
+    <message>
+        <source>%1 file · %2</source>
+        <translation>%1 文件 · %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n page(s)</source>
+        <translation>
+            <numerusform>%n 页</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>PDF %1</source>
+        <translation>PDF %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n image(s), %1 DPI on average</source>
+        <translation>
+            <numerusform>%n 张图片，平均 %1 DPI</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>no images</source>
+        <translation>没有图片</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n scanned page(s)</source>
+        <translation>
+            <numerusform>%n 页扫描页</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>text on %1% of pages</source>
+        <translation>%1% 的页面含文字</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n font(s): %1</source>
+        <translation>
+            <numerusform>%n 种字体：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Personal metadata: %1</source>
+        <translation>个人元数据：%1</translation>
+    </message>
+    <message>
+        <source>%1 (coming soon)</source>
+        <translation>%1（即将推出）</translation>
+    </message>
+    <message>
+        <source>Inspect</source>
+        <translation>检查</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::HistoryView</name>
+    <message>
+        <source>Finished jobs</source>
+        <translation>已结束的任务</translation>
+    </message>
+    <message>
+        <source>Date</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>操作</translation>
+    </message>
+    <message>
+        <source>Files</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>结果</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>在文件夹中显示</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Clear History…</source>
+        <translation>清空历史记录…</translation>
+    </message>
+    <message>
+        <source>Run Again</source>
+        <translation>再次运行</translation>
+    </message>
+    <message>
+        <source>No finished jobs yet.</source>
+        <translation>还没有已结束的任务。</translation>
+    </message>
+    <message>
+        <source>Choose a job to open its result or run it again.</source>
+        <translation>选择一个任务，即可打开其结果或再次运行。</translation>
+    </message>
+    <message>
+        <source>This job&apos;s options were not kept, so it cannot be run again.</source>
+        <translation>此任务的选项未被保存，无法再次运行。</translation>
+    </message>
+    <message>
+        <source>The files of this job are no longer where they were.</source>
+        <translation>此任务的文件已不在原来的位置。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Queued again without %n missing file(s).</source>
+        <translation>
+            <numerusform>已重新加入队列，缺少的 %n 个文件未包含在内。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Queued again: follow it in the queue.</source>
+        <translation>已重新加入队列，可在任务队列中查看进度。</translation>
+    </message>
+    <message>
+        <source>%1 is no longer there.</source>
+        <translation>%1 已不存在。</translation>
+    </message>
+    <message>
+        <source>The results of this job are no longer there.</source>
+        <translation>此任务的结果文件已不存在。</translation>
+    </message>
+    <message>
+        <source>Clear History</source>
+        <translation>清空历史记录</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove all %n finished job(s) from the history?</source>
+        <translation>
+            <numerusform>要从历史记录中删除全部 %n 个已结束的任务吗？</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The files the jobs made stay where they are.</source>
+        <translation>任务生成的文件不会被删除。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::HomeView</name>
+    <message>
+        <source>Drop PDFs above to see what is inside them and what would make them better.</source>
+        <translation>将 PDF 拖放到上方，查看其中的内容以及可以如何改进。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::InspectorSheet</name>
+    <message>
+        <source>yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Inspect %1</source>
+        <translation>检查 %1</translation>
+    </message>
+    <message>
+        <source>Overview</source>
+        <translation>概览</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>Images</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>Fonts</source>
+        <translation>字体</translation>
+    </message>
+    <message>
+        <source>Metadata</source>
+        <translation>元数据</translation>
+    </message>
+    <message>
+        <source>Security</source>
+        <translation>安全</translation>
+    </message>
+    <message>
+        <source>Compression</source>
+        <translation>压缩</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>PDF version</source>
+        <translation>PDF 版本</translation>
+    </message>
+    <message>
+        <source>Encrypted</source>
+        <translation>已加密</translation>
+    </message>
+    <message>
+        <source>Average image DPI</source>
+        <translation>图片平均 DPI</translation>
+    </message>
+    <message>
+        <source>Scanned pages</source>
+        <translation>扫描页</translation>
+    </message>
+    <message>
+        <source>Pages with text</source>
+        <translation>含文字的页面</translation>
+    </message>
+    <message>
+        <source>Page size</source>
+        <translation>页面大小</translation>
+    </message>
+    <message>
+        <source>Pages not analysed</source>
+        <translation>未分析的页数</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 等 %n 种</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>yes (%n operator(s))</source>
+        <translation>
+            <numerusform>是（%n 个文字操作符）</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>页码</translation>
+    </message>
+    <message>
+        <source>Effective DPI</source>
+        <translation>有效 DPI</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>JPEG</source>
+        <translation>JPEG</translation>
+    </message>
+    <message>
+        <source>monochrome</source>
+        <translation>黑白</translation>
+    </message>
+    <message>
+        <source>other</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>No images.</source>
+        <translation>没有图片。</translation>
+    </message>
+    <message>
+        <source>Pixels</source>
+        <translation>像素</translation>
+    </message>
+    <message>
+        <source>DPI</source>
+        <translation>DPI</translation>
+    </message>
+    <message>
+        <source>Estimated bytes</source>
+        <translation>估计大小</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>No fonts.</source>
+        <translation>没有字体。</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>字体</translation>
+    </message>
+    <message>
+        <source>First page</source>
+        <translation>首次出现页</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>标题</translation>
+    </message>
+    <message>
+        <source>Author</source>
+        <translation>作者</translation>
+    </message>
+    <message>
+        <source>Subject</source>
+        <translation>主题</translation>
+    </message>
+    <message>
+        <source>Keywords</source>
+        <translation>关键词</translation>
+    </message>
+    <message>
+        <source>Creator</source>
+        <translation>创建工具</translation>
+    </message>
+    <message>
+        <source>Producer</source>
+        <translation>生成工具</translation>
+    </message>
+    <message>
+        <source>Created</source>
+        <translation>创建时间</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>修改时间</translation>
+    </message>
+    <message>
+        <source>Attachments</source>
+        <translation>附件</translation>
+    </message>
+    <message>
+        <source>Form fields</source>
+        <translation>表单域</translation>
+    </message>
+    <message>
+        <source>JavaScript</source>
+        <translation>JavaScript</translation>
+    </message>
+    <message>
+        <source>External links</source>
+        <translation>外部链接</translation>
+    </message>
+    <message>
+        <source>Annotations</source>
+        <translation>注释</translation>
+    </message>
+    <message>
+        <source>Signatures</source>
+        <translation>签名</translation>
+    </message>
+    <message>
+        <source>High Quality</source>
+        <translation>高画质</translation>
+    </message>
+    <message>
+        <source>Balanced</source>
+        <translation>均衡</translation>
+    </message>
+    <message>
+        <source>Smallest</source>
+        <translation>最小体积</translation>
+    </message>
+    <message>
+        <source>Lossless Optimize</source>
+        <translation>无损优化</translation>
+    </message>
+    <message>
+        <source>Tier</source>
+        <translation>档位</translation>
+    </message>
+    <message>
+        <source>Predicted size</source>
+        <translation>预计大小</translation>
+    </message>
+    <message>
+        <source>Predictions come from the images found; the result of a real run may differ.</source>
+        <translation>预计值根据文件中的图片估算，实际结果可能不同。</translation>
     </message>
 </context>
 <context>
@@ -178,6 +1096,451 @@
     <message>
         <source>A job is still running. Quitting stops it; jobs that wait are offered again at the next start.</source>
         <translation>仍有任务正在运行。退出会中止该任务；排队中的任务会在下次启动时提示你继续。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::MergeView</name>
+    <message>
+        <source>Files to merge, in order</source>
+        <translation>要合并的文件（按顺序）</translation>
+    </message>
+    <message>
+        <source>Move Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Alt+Up</source>
+        <translation>Alt+上箭头</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>下移</translation>
+    </message>
+    <message>
+        <source>Alt+Down</source>
+        <translation>Alt+下箭头</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Insert a blank page between files</source>
+        <translation>在文件之间插入空白页</translation>
+    </message>
+    <message>
+        <source>Merge</source>
+        <translation>合并</translation>
+    </message>
+    <message>
+        <source>Drop PDFs and images above; each drop adds to the end of the list.</source>
+        <translation>将 PDF 和图片拖放到上方；每次拖放的文件都会追加到列表末尾。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s)</source>
+        <translation>
+            <numerusform>%n 个文件</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n page(s) in all</source>
+        <translation>
+            <numerusform>共 %n 页</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>add another file to merge</source>
+        <translation>再添加一个文件即可合并</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read (%2): remove it before merging.</source>
+        <translation>无法读取 %1（%2）：请先将其移除再合并。</translation>
+    </message>
+    <message>
+        <source>Add at least two files to merge.</source>
+        <translation>请至少添加两个文件再合并。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Merging %n file(s): follow it in the queue.</source>
+        <translation>
+            <numerusform>正在合并 %n 个文件，可在任务队列中查看进度。</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillet::OrganizeController</name>
+    <message>
+        <source>“%1” could not be found.</source>
+        <translation>找不到“%1”。</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened as a PDF.</source>
+        <translation>无法将“%1”作为 PDF 打开。</translation>
+    </message>
+    <message>
+        <source>“%1” is locked with a password. Remove the password in Privacy, then organize the unlocked copy.</source>
+        <translation>“%1”受密码保护。请先在“隐私”中移除密码，再整理解锁后的副本。</translation>
+    </message>
+    <message>
+        <source>“%1” could not be read: %2</source>
+        <translation>无法读取“%1”：%2</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written. Check that its folder exists and that you may write there.</source>
+        <translation>无法写入“%1”。请检查其所在文件夹是否存在，以及你是否有写入权限。</translation>
+    </message>
+    <message>
+        <source>Nothing to write for “%1”: no page is left or selected.</source>
+        <translation>“%1”没有可写入的内容：没有剩余页面，或未选择任何页面。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::OrganizePageModel</name>
+    <message>
+        <source>Page %1</source>
+        <translation>第 %1 页</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::OrganizeView</name>
+    <message>
+        <source>Drop a PDF to organize pages</source>
+        <translation>拖放 PDF 以整理页面</translation>
+    </message>
+    <message>
+        <source>Rotate selection 90° left</source>
+        <translation>将所选页面向左旋转 90°</translation>
+    </message>
+    <message>
+        <source>Rotate Left</source>
+        <translation>向左旋转</translation>
+    </message>
+    <message>
+        <source>Rotate selection 90° right</source>
+        <translation>将所选页面向右旋转 90°</translation>
+    </message>
+    <message>
+        <source>Rotate Right</source>
+        <translation>向右旋转</translation>
+    </message>
+    <message>
+        <source>Duplicate selected pages</source>
+        <translation>复制所选页面</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Delete selected pages</source>
+        <translation>删除所选页面</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Insert pages from PDFs</source>
+        <translation>从 PDF 插入页面</translation>
+    </message>
+    <message>
+        <source>Insert…</source>
+        <translation>插入…</translation>
+    </message>
+    <message>
+        <source>Extract selected pages to a new PDF</source>
+        <translation>将所选页面提取为新的 PDF</translation>
+    </message>
+    <message>
+        <source>Extract…</source>
+        <translation>提取…</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Save the organized PDF</source>
+        <translation>保存整理后的 PDF</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Select all pages</source>
+        <translation>选择全部页面</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>已保存：%1</translation>
+    </message>
+    <message>
+        <source>Extracted: %1</source>
+        <translation>已提取：%1</translation>
+    </message>
+    <message>
+        <source>Thumbnail size</source>
+        <translation>缩略图大小</translation>
+    </message>
+    <message>
+        <source>Opening “%1”…</source>
+        <translation>正在打开“%1”…</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n page(s)</source>
+        <translation>
+            <numerusform>%n 页</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n selected</source>
+        <translation>
+            <numerusform>已选 %n 页</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Insert pages from PDFs (appended at the end)</source>
+        <translation>从 PDF 插入页面（添加到末尾）</translation>
+    </message>
+    <message>
+        <source>PDF documents (*.pdf *.PDF)</source>
+        <translation>PDF 文档 (*.pdf *.PDF)</translation>
+    </message>
+    <message>
+        <source>Extract Selected Pages</source>
+        <translation>提取所选页面</translation>
+    </message>
+    <message>
+        <source>This PDF may contain digital signatures</source>
+        <translation>此 PDF 可能包含数字签名</translation>
+    </message>
+    <message>
+        <source>Flattening or reorganizing signed documents can invalidate their signatures. Continue?</source>
+        <translation>拼合或重新整理已签名的文档可能会使其签名失效。要继续吗？</translation>
+    </message>
+    <message>
+        <source>Save Anyway</source>
+        <translation>仍然保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Organize</source>
+        <translation>整理</translation>
+    </message>
+    <message>
+        <source>Discard the changes to “%1”?</source>
+        <translation>放弃对“%1”所做的更改吗？</translation>
+    </message>
+    <message>
+        <source>“%1” was loaded. Opening it here replaces the pages you changed and did not save.</source>
+        <translation>已载入“%1”。在这里打开它会替换你修改过但尚未保存的页面。</translation>
+    </message>
+    <message>
+        <source>Discard Changes</source>
+        <translation>放弃更改</translation>
+    </message>
+    <message>
+        <source>Keep Editing</source>
+        <translation>继续编辑</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::PrivacyView</name>
+    <message>
+        <source>Safe</source>
+        <translation>安全</translation>
+    </message>
+    <message>
+        <source>Removes the document&apos;s details (title, author, subject, keywords, software, dates) and its XMP metadata. Pages, links and annotations stay; bookmarks, forms, scripts and attachments are not kept.</source>
+        <translation>删除文档信息（标题、作者、主题、关键词、制作软件、日期）及其 XMP 元数据。页面、链接和批注保持不变；书签、表单、脚本和附件不会保留。</translation>
+    </message>
+    <message>
+        <source>Privacy</source>
+        <translation>隐私</translation>
+    </message>
+    <message>
+        <source>Removes every trace of who made the file and with what: document details, XMP metadata on pages, images and fonts, editing data, thumbnails, scripts and attachments. The file gets a new ID.</source>
+        <translation>清除文件由谁、用什么软件制作的全部痕迹：文档信息，页面、图片和字体中的 XMP 元数据，编辑数据，缩略图，脚本和附件。文件会获得新的 ID。</translation>
+    </message>
+    <message>
+        <source>Flatten &amp; Clean</source>
+        <translation>扁平化并清理</translation>
+    </message>
+    <message>
+        <source>Keeps only what a reader sees: annotations and filled-in form fields are burnt into the pages, then everything interactive and all metadata go.</source>
+        <translation>只保留读者看到的内容：批注和已填写的表单域会被固化到页面中，随后删除所有交互内容和全部元数据。</translation>
+    </message>
+    <message>
+        <source>Author</source>
+        <translation>作者</translation>
+    </message>
+    <message>
+        <source>Creator</source>
+        <translation>创建工具</translation>
+    </message>
+    <message>
+        <source>Producer</source>
+        <translation>生成工具</translation>
+    </message>
+    <message>
+        <source>Keywords</source>
+        <translation>关键词</translation>
+    </message>
+    <message>
+        <source>Created</source>
+        <translation>创建时间</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>修改时间</translation>
+    </message>
+    <message>
+        <source>Clean</source>
+        <translation>清理</translation>
+    </message>
+    <message>
+        <source>Remove Metadata</source>
+        <translation>删除元数据</translation>
+    </message>
+    <message>
+        <source>Add Password</source>
+        <translation>添加密码</translation>
+    </message>
+    <message>
+        <source>Remove Password</source>
+        <translation>移除密码</translation>
+    </message>
+    <message>
+        <source>Personal details found in the files</source>
+        <translation>文件中发现的个人信息</translation>
+    </message>
+    <message>
+        <source>Found in the files</source>
+        <translation>文件中发现的信息</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>Open password</source>
+        <translation>打开密码</translation>
+    </message>
+    <message>
+        <source>Repeat the open password</source>
+        <translation>再次输入打开密码</translation>
+    </message>
+    <message>
+        <source>Owner password (optional)</source>
+        <translation>所有者密码（可选）</translation>
+    </message>
+    <message>
+        <source>Open password:</source>
+        <translation>打开密码：</translation>
+    </message>
+    <message>
+        <source>Repeat:</source>
+        <translation>确认密码：</translation>
+    </message>
+    <message>
+        <source>Owner password:</source>
+        <translation>所有者密码：</translation>
+    </message>
+    <message>
+        <source>The file is encrypted with AES-256; it opens only with the open password. Without an owner password, the open password is used for both.</source>
+        <translation>文件将使用 AES-256 加密，只有输入打开密码才能打开。未设置所有者密码时，两者都使用打开密码。</translation>
+    </message>
+    <message>
+        <source>Current password</source>
+        <translation>当前密码</translation>
+    </message>
+    <message>
+        <source>Current password:</source>
+        <translation>当前密码：</translation>
+    </message>
+    <message>
+        <source>Writes a copy that opens without a password; the document details are kept.</source>
+        <translation>生成一份无需密码即可打开的副本；文档信息保持不变。</translation>
+    </message>
+    <message>
+        <source>nothing personal found</source>
+        <translation>未发现个人信息</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n detail(s)</source>
+        <translation>
+            <numerusform>%n 项信息</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Analysing…</source>
+        <translation>正在分析…</translation>
+    </message>
+    <message>
+        <source>could not be read: %1</source>
+        <translation>无法读取：%1</translation>
+    </message>
+    <message>
+        <source>Drop PDFs above first.</source>
+        <translation>请先将 PDF 拖放到上方。</translation>
+    </message>
+    <message>
+        <source>%1 is not a PDF: only PDFs can be cleaned or protected.</source>
+        <translation>%1 不是 PDF：只能清理或加密 PDF 文件。</translation>
+    </message>
+    <message>
+        <source>Enter an open password.</source>
+        <translation>请输入打开密码。</translation>
+    </message>
+    <message>
+        <source>The two passwords do not match.</source>
+        <translation>两次输入的密码不一致。</translation>
+    </message>
+    <message>
+        <source>Enter the current password.</source>
+        <translation>请输入当前密码。</translation>
+    </message>
+    <message>
+        <source>Protect</source>
+        <translation>加密保护</translation>
+    </message>
+    <message>
+        <source>Drop PDFs above.</source>
+        <translation>将 PDF 拖放到上方。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n PDF(s) loaded.</source>
+        <translation>
+            <numerusform>已载入 %n 个 PDF。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n other file(s) are left out.</source>
+        <translation>
+            <numerusform>其余 %n 个文件不做处理。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n PDF(s) queued: follow them in the queue.</source>
+        <translation>
+            <numerusform>已将 %n 个 PDF 加入队列，可在任务队列中查看进度。</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -356,46 +1719,6 @@
         <translation>历史记录</translation>
     </message>
     <message>
-        <source>High Quality</source>
-        <translation>高画质</translation>
-    </message>
-    <message>
-        <source>Balanced</source>
-        <translation>均衡</translation>
-    </message>
-    <message>
-        <source>Smallest</source>
-        <translation>最小体积</translation>
-    </message>
-    <message>
-        <source>Lossless Optimize</source>
-        <translation>无损优化</translation>
-    </message>
-    <message>
-        <source>Quality:</source>
-        <translation>画质：</translation>
-    </message>
-    <message>
-        <source>No finished jobs yet.</source>
-        <translation>还没有已结束的任务。</translation>
-    </message>
-    <message>
-        <source>Action</source>
-        <translation>操作</translation>
-    </message>
-    <message>
-        <source>Date</source>
-        <translation>日期</translation>
-    </message>
-    <message>
-        <source>Files</source>
-        <translation>文件</translation>
-    </message>
-    <message>
-        <source>Result</source>
-        <translation>结果</translation>
-    </message>
-    <message>
         <source>Choose a folder of PDFs</source>
         <translation>选择存放 PDF 的文件夹</translation>
     </message>
@@ -543,6 +1866,121 @@
     <message>
         <source>Quillet sends nothing anywhere, whatever this switch says: no statistics, no documents, no file names. Your choice is only remembered.</source>
         <translation>无论此开关如何设置，Quillet 都不会向任何地方发送任何内容：没有统计数据、没有文档、没有文件名。这里只会记住你的选择。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::SplitView</name>
+    <message>
+        <source>Split</source>
+        <translation>拆分</translation>
+    </message>
+    <message>
+        <source>Page ranges</source>
+        <translation>页码范围</translation>
+    </message>
+    <message>
+        <source>Pages per file</source>
+        <translation>每个文件的页数</translation>
+    </message>
+    <message>
+        <source>Pages to extract</source>
+        <translation>要提取的页面</translation>
+    </message>
+    <message>
+        <source>Largest size of a file</source>
+        <translation>单个文件的最大大小</translation>
+    </message>
+    <message>
+        <source>Unit of the size</source>
+        <translation>大小单位</translation>
+    </message>
+    <message>
+        <source>Every page</source>
+        <translation>每页一个文件</translation>
+    </message>
+    <message>
+        <source>Each page becomes a PDF of its own.</source>
+        <translation>每一页单独生成一个 PDF。</translation>
+    </message>
+    <message>
+        <source>Each range becomes a PDF, in the order written.</source>
+        <translation>每个范围生成一个 PDF，顺序与输入一致。</translation>
+    </message>
+    <message>
+        <source>Every N pages</source>
+        <translation>每 N 页</translation>
+    </message>
+    <message>
+        <source>Runs of N pages; the last PDF holds the rest.</source>
+        <translation>每 N 页生成一个 PDF，剩余页面归入最后一个。</translation>
+    </message>
+    <message>
+        <source>Extract pages</source>
+        <translation>提取页面</translation>
+    </message>
+    <message>
+        <source>The chosen pages, in page order, in one PDF.</source>
+        <translation>将选中的页面按页码顺序放入一个 PDF。</translation>
+    </message>
+    <message>
+        <source>By file size</source>
+        <translation>按文件大小</translation>
+    </message>
+    <message>
+        <source>Consecutive pages, each PDF kept under the size.</source>
+        <translation>按顺序分组页面，每个 PDF 都不超过设定大小。</translation>
+    </message>
+    <message>
+        <source>%1 is not a PDF: only PDFs can be split.</source>
+        <translation>%1 不是 PDF：只能拆分 PDF 文件。</translation>
+    </message>
+    <message>
+        <source>No PDF loaded.</source>
+        <translation>尚未载入 PDF。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 — %n page(s)</source>
+        <translation>
+            <numerusform>%1 — %n 页</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 — could not be read: %2</source>
+        <translation>%1 — 无法读取：%2</translation>
+    </message>
+    <message>
+        <source>%1 — counting pages…</source>
+        <translation>%1 — 正在统计页数…</translation>
+    </message>
+    <message>
+        <source>Drop a PDF above to split it.</source>
+        <translation>将 PDF 拖放到上方即可拆分。</translation>
+    </message>
+    <message>
+        <source>Each PDF stays under %1; how many there are depends on the pages.</source>
+        <translation>每个 PDF 都不超过 %1；具体数量取决于页面内容。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Makes one PDF of %n page(s).</source>
+        <translation>
+            <numerusform>将生成一个 %n 页的 PDF。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Makes %n PDF(s).</source>
+        <translation>
+            <numerusform>将生成 %n 个 PDF。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Only %1 is split; %n other file(s) are left out.</source>
+        <translation>
+            <numerusform>只拆分 %1；其余 %n 个文件不做处理。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Splitting %1: follow it in the queue.</source>
+        <translation>正在拆分 %1，可在任务队列中查看进度。</translation>
     </message>
 </context>
 </TS>

@@ -62,6 +62,8 @@ BeforeAfterView::BeforeAfterView(PageRenderService& renders, QWidget* parent)
 void BeforeAfterView::compare(const QString& original, const QString& result, int pageCount) {
     original_ = original;
     result_ = result;
+    beforeImage_ = QImage();
+    afterImage_ = QImage();
     pageCount_ = pageCount;
     beforeSize_->setText(tr("Original: %1").arg(Texts::bytes(QFileInfo(original).size())));
     afterSize_->setText(tr("Result: %1").arg(Texts::bytes(QFileInfo(result).size())));
@@ -71,6 +73,10 @@ void BeforeAfterView::compare(const QString& original, const QString& result, in
 void BeforeAfterView::showPage(int index) {
     if (original_.isEmpty() || index < 0 || (pageCount_ > 0 && index >= pageCount_)) {
         return;
+    }
+    if (index != page_) {
+        beforeImage_ = QImage();
+        afterImage_ = QImage();
     }
     page_ = index;
     position_->setText(pageCount_ > 0 ? tr("Page %1 of %2").arg(index + 1).arg(pageCount_)
@@ -96,7 +102,9 @@ void BeforeAfterView::requestPages() {
         if (const auto image = renders_.cached(request)) {
             rendered(request.key(), *image);
         } else {
-            (request.path == original_ ? before_ : after_)->setText(tr("Drawing…"));
+            if ((request.path == original_ ? beforeImage_ : afterImage_).isNull()) {
+                (request.path == original_ ? before_ : after_)->setText(tr("Drawing…"));
+            }
             renders_.render(request);
         }
     }
@@ -104,14 +112,35 @@ void BeforeAfterView::requestPages() {
 
 void BeforeAfterView::rendered(const QString& key, const QImage& image) {
     if (key == beforeKey_) {
-        before_->setPixmap(QPixmap::fromImage(image));
+        beforeImage_ = image;
     } else if (key == afterKey_) {
-        after_->setPixmap(QPixmap::fromImage(image));
+        afterImage_ = image;
+    } else {
+        return;
     }
+    showImages();
+}
+
+void BeforeAfterView::showImages() {
+    // A picture drawn for a larger size is shown scaled down until its redrawing arrives.
+    const auto show = [](QLabel* label, const QImage& image) {
+        if (image.isNull()) {
+            return;
+        }
+        const QSize room = label->size() * image.devicePixelRatio();
+        QImage fitted = image.width() > room.width() || image.height() > room.height()
+                            ? image.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                            : image;
+        fitted.setDevicePixelRatio(image.devicePixelRatio());
+        label->setPixmap(QPixmap::fromImage(fitted));
+    };
+    show(before_, beforeImage_);
+    show(after_, afterImage_);
 }
 
 void BeforeAfterView::failed(const QString& key, const QString& error) {
     if (key == beforeKey_ || key == afterKey_) {
+        (key == beforeKey_ ? beforeImage_ : afterImage_) = QImage();
         (key == beforeKey_ ? before_ : after_)->setText(error);
         if (pageCount_ == 0) {
             next_->setEnabled(false); // past the last page of a document of unknown length
@@ -122,6 +151,7 @@ void BeforeAfterView::failed(const QString& key, const QString& error) {
 void BeforeAfterView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (!original_.isEmpty()) {
+        showImages();
         settle_->start(150); // drawn again at the new size once the resizing settles
     }
 }

@@ -2,6 +2,7 @@
 // navigation and both file sizes. The pages are drawn by the render service off the main thread.
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 
 class QLabel;
@@ -32,6 +33,7 @@ class BeforeAfterView : public QWidget {
     void rendered(const QString& key, const QImage& image);
     void failed(const QString& key, const QString& error);
     QSize pageBox() const;
+    void showImages();
 
     PageRenderService& renders_;
     QString original_;
@@ -40,6 +42,8 @@ class BeforeAfterView : public QWidget {
     int page_ = 0;
     QString beforeKey_;
     QString afterKey_;
+    QImage beforeImage_;
+    QImage afterImage_;
     QLabel* before_;
     QLabel* after_;
     QLabel* beforeSize_;
