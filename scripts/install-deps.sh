@@ -15,6 +15,7 @@ packages=(
     qt6-translations-l10n qt6-svg-dev libqt6svg6 qt6-qpa-plugins
     xvfb xauth dbus fonts-noto-cjk fonts-dejavu-core
     qpdf poppler-utils libimage-exiftool-perl
+    desktop-file-utils appstream librsvg2-bin dpkg-dev file
 )
 
 missing=()
