@@ -19,16 +19,17 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The window draws the SVG icons and needs a platform plugin; neither is a linked library.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6, qt6-qpa-plugins")
+# CPack puts the summary first and indents the lines; an empty line separates paragraphs.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"${CPACK_PACKAGE_DESCRIPTION_SUMMARY}
- Quillet works entirely on your own machine: no uploads, no account, no
- tracking. It compresses PDFs (quality tiers, lossless, or under a target
- size), merges PDFs and images, splits, organizes pages, converts pages to
- PNG, JPEG, TIFF or HEIC, builds PDFs from images, cleans metadata, protects
- and unprotects with a password, and analyses a PDF to recommend actions.
- .
- This package holds the command line (quillet) and the desktop app
- (quillet-app) with its desktop entry, D-Bus service and file-manager actions.")
+"Quillet works entirely on your own machine: no uploads, no account, no
+tracking. It compresses PDFs (quality tiers, lossless, or under a target
+size), merges PDFs and images, splits, organizes pages, converts pages to
+PNG, JPEG, TIFF or HEIC, builds PDFs from images, cleans metadata, protects
+and unprotects with a password, and analyses a PDF to recommend actions.
+
+This package holds the command line (quillet) and the desktop app
+(quillet-app) with its desktop entry, D-Bus service, man pages and bash
+completion.")
 include(CPack)
 
 if(QUILLET_BUILD_TESTS)
