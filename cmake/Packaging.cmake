@@ -35,6 +35,7 @@ include(CPack)
 if(QUILLET_BUILD_TESTS)
     # Installs into a temporary prefix and checks the installed files with the real validators.
     add_test(NAME quillet_install_validates
-             COMMAND ${PROJECT_SOURCE_DIR}/tests/packaging/check-install.sh ${PROJECT_BINARY_DIR})
+             COMMAND ${PROJECT_SOURCE_DIR}/tests/packaging/check-install.sh ${PROJECT_BINARY_DIR}
+                     ${CMAKE_COMMAND})
     set_tests_properties(quillet_install_validates PROPERTIES SKIP_RETURN_CODE 77 TIMEOUT 60)
 endif()

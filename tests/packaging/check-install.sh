@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# check-install.sh BUILD_DIR: installs the built project into a temporary prefix and checks what a
-# desktop reads from it: the desktop entry and the metainfo with their real validators, the D-Bus
-# service starting the installed app, the bash completion loading. Exit 77 (skipped) when a
-# validator is missing; never builds anything.
+# check-install.sh BUILD_DIR [CMAKE]: installs the built project into a temporary prefix and
+# checks what a desktop reads from it: the desktop entry and the metainfo with their real
+# validators, the D-Bus service starting the installed app, the icons, the bash completion.
+# Exit 77 (skipped) when a validator is missing; never builds anything.
 set -euo pipefail
-build=${1:?usage: check-install.sh BUILD_DIR}
+build=${1:?usage: check-install.sh BUILD_DIR [CMAKE]}
+cmake=${2:-cmake}
 id=org.quillet.Quillet
 
 for tool in desktop-file-validate appstreamcli; do
@@ -16,7 +17,7 @@ done
 
 prefix=$(mktemp -d)
 trap 'rm -rf "$prefix"' EXIT
-cmake --install "$build" --prefix "$prefix" >/dev/null
+"$cmake" --install "$build" --prefix "$prefix" >/dev/null
 
 failed=0
 fail() { echo "FAIL: $*"; failed=1; }
