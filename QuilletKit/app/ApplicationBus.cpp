@@ -133,6 +133,19 @@ bool ApplicationBus::handOver(const QList<QUrl>& urls) {
     return reply.type() == QDBusMessage::ReplyMessage;
 }
 
+bool ApplicationBus::handOverAction(const QString& name, const QVariantList& parameter) {
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return false;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(serviceName), QString::fromLatin1(objectPath),
+        QStringLiteral("org.freedesktop.Application"), QStringLiteral("ActivateAction"));
+    call << name << parameter << platformData();
+    const QDBusMessage reply = bus.call(call, QDBus::Block, handOverTimeoutMilliseconds);
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
 } // namespace quillet
 
 #include "ApplicationBus.moc"

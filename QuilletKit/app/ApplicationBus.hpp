@@ -36,6 +36,9 @@ class ApplicationBus : public QObject {
     /// Asks the running instance to open `urls` (or to come to the front when empty). False when
     /// no instance answered in time.
     static bool handOver(const QList<QUrl>& urls);
+    /// Asks the running instance to perform the application action `name` (ActivateAction).
+    /// False when no instance answered in time.
+    static bool handOverAction(const QString& name, const QVariantList& parameter);
 
   signals:
     void activateRequested();

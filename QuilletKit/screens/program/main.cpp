@@ -1,8 +1,12 @@
 // quillet-app [FILES...]: the desktop application. One instance per session: a second launch
 // hands its files to the running one and exits.
+// quillet-app --service WORD FILES...: a file manager's action on the selected files; the
+// running instance performs it (ActivateAction), or the instance this launch starts.
 #include "app/AppRelaunch.hpp"
 #include "app/ApplicationBus.hpp"
 #include "app/QuilletApp.hpp"
+#include "app/ServicesProvider.hpp"
+#include "app/ServicesRouter.hpp"
 #include "screens/Appearance.hpp"
 #include "screens/MainWindow.hpp"
 #include "tasks/AppDirectories.hpp"
@@ -47,12 +51,31 @@ int main(int argc, char** argv) {
     parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("PDFs, images or "
                                                                          "folders to load."),
                                  QStringLiteral("[FILES...]"));
+    const QCommandLineOption serviceOption(
+        QStringLiteral("service"),
+        QCoreApplication::translate("main", "Perform a file manager's action on the files: "
+                                            "compress, merge, convert, clean or images."),
+        QStringLiteral("word"));
+    parser.addOption(serviceOption);
     parser.process(qt);
     const QList<QUrl> files = locations(parser.positionalArguments());
+    const QString service = parser.value(serviceOption);
+    if (parser.isSet(serviceOption) && !ServicesRouter::plan(service)) {
+        std::fputs(qPrintable(QCoreApplication::translate("main", "quillet-app: unknown action "
+                                                                  "\"%1\"; use compress, merge, "
+                                                                  "convert, clean or images\n")
+                                  .arg(service)),
+                   stderr);
+        return 2;
+    }
 
     ApplicationBus bus;
     if (bus.claim() == ApplicationBus::Claim::anotherInstance) {
-        if (ApplicationBus::handOver(files)) {
+        const bool handedOver =
+            parser.isSet(serviceOption)
+                ? ApplicationBus::handOverAction(service, ServicesProvider::actionParameter(files))
+                : ApplicationBus::handOver(files);
+        if (handedOver) {
             return 0;
         }
         // A second instance beside a stuck one would run the same queue twice.
@@ -75,8 +98,15 @@ int main(int argc, char** argv) {
     QObject::connect(&bus, &ApplicationBus::openRequested, &window,
                      [&app](const QList<QUrl>& urls) { app.model().acceptDropped(urls); });
     QObject::connect(&app, &QuilletApp::quitRequested, &window, &MainWindow::quitNow);
+    ServicesProvider services(&app.model(), [&window] { window.bringToFront(); });
+    QObject::connect(&bus, &ApplicationBus::actionRequested, &services,
+                     &ServicesProvider::activateAction);
 
     window.show();
-    app.model().acceptDropped(files);
+    if (parser.isSet(serviceOption)) {
+        services.activateAction(service, ServicesProvider::actionParameter(files));
+    } else {
+        app.model().acceptDropped(files);
+    }
     return QApplication::exec();
 }
