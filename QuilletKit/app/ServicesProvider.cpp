@@ -23,7 +23,8 @@ QStringList payloadOf(const QVariantList& parameter) {
 
 ServicesProvider::ServicesProvider(AppModel* model, std::function<void()> bringToFront,
                                    QObject* parent)
-    : QObject(parent), model_(model), bringToFront_(std::move(bringToFront)) {}
+    : QObject(parent), model_(model), bringToFront_(std::move(bringToFront)) {
+}
 
 bool ServicesProvider::activateAction(const QString& name, const QVariantList& parameter) {
     if (!ServicesRouter::words().contains(name)) {

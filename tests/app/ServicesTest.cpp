@@ -24,16 +24,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path entriesFolder = fs::path(__FILE__).parent_path().parent_path().parent_path() /
-                               "data" / "filemanager";
+const fs::path entriesFolder =
+    fs::path(__FILE__).parent_path().parent_path().parent_path() / "data" / "filemanager";
 
 const QStringList imageTypes{"image/png",  "image/jpeg", "image/tiff", "image/heif",
                              "image/avif", "image/webp", "image/gif"};
 
-const std::map<QString, QString> titles{
-    {"compress", "Compress with Quillet"},      {"merge", "Merge with Quillet"},
-    {"convert", "Convert to PNG with Quillet"}, {"clean", "Remove metadata with Quillet"},
-    {"images", "Make a PDF with Quillet"}};
+const std::map<QString, QString> titles{{"compress", "Compress with Quillet"},
+                                        {"merge", "Merge with Quillet"},
+                                        {"convert", "Convert to PNG with Quillet"},
+                                        {"clean", "Remove metadata with Quillet"},
+                                        {"images", "Make a PDF with Quillet"}};
 
 /// MIME names as the database knows them, so an alias and its type compare equal.
 std::set<QString> canonical(const QStringList& names) {
@@ -85,7 +86,8 @@ Groups keyFile(const QString& text) {
 // profile, Nemo spells it Mimetypes: each key is looked up in the command's group first.
 void keyFileEntries(const QString& where, const QString& text, std::vector<Entry>& entries) {
     Groups groups = keyFile(text);
-    const auto main = groups.contains("Nemo Action") ? groups["Nemo Action"] : groups["Desktop Entry"];
+    const auto main =
+        groups.contains("Nemo Action") ? groups["Nemo Action"] : groups["Desktop Entry"];
     for (auto& [name, keys] : groups) {
         if (!keys.contains("Exec")) {
             continue;
@@ -240,7 +242,8 @@ void ServicesTest::everyFileManagerEntryNamesAKnownWordAndItsTypes() {
             nautilusEntries(where, text, entries);
         }
         QVERIFY2(entries.size() > before, qPrintable(where + " holds no action"));
-        const QString manager = qpath(fs::relative(path.parent_path(), entriesFolder)) + ext.c_str();
+        const QString manager =
+            qpath(fs::relative(path.parent_path(), entriesFolder)) + ext.c_str();
         for (auto it = entries.begin() + before; it != entries.end(); ++it) {
             wordsByManager[manager].insert(it->command.section(' ', 2, 2));
         }
@@ -254,7 +257,8 @@ void ServicesTest::everyFileManagerEntryNamesAKnownWordAndItsTypes() {
         const QString word = match.captured(1);
         QVERIFY2(ServicesRouter::plan(word).has_value(), where);
         QVERIFY2(entry.types == typesFor(word),
-                 where + ": " + QStringList(entry.types.begin(), entry.types.end()).join(' ').toUtf8());
+                 where + ": " +
+                     QStringList(entry.types.begin(), entry.types.end()).join(' ').toUtf8());
         QVERIFY2(entry.title == titles.at(word), where);
         QVERIFY2(!entry.translatedTitle.isEmpty() && entry.translatedTitle != entry.title, where);
     }
