@@ -28,8 +28,8 @@ PNG, JPEG, TIFF or HEIC, builds PDFs from images, cleans metadata, protects
 and unprotects with a password, and analyses a PDF to recommend actions.
 
 This package holds the command line (quillet) and the desktop app
-(quillet-app) with its desktop entry, D-Bus service, man pages and bash
-completion.")
+(quillet-app) with its desktop entry, D-Bus service, file-manager actions,
+man pages and bash completion.")
 include(CPack)
 
 if(QUILLET_BUILD_TESTS)
