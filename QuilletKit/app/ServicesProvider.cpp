@@ -43,12 +43,18 @@ QVariantList ServicesProvider::actionParameter(const QList<QUrl>& urls) {
 }
 
 void ServicesProvider::route(const QString& word, const QStringList& payload) {
-    const QList<QUrl> urls = ServicesRouter::fileURLs(payload);
-    if (urls.isEmpty()) {
-        return;
-    }
     const auto plan = ServicesRouter::plan(word);
     if (!plan || model_.isNull()) {
+        return;
+    }
+    QList<QUrl> urls = ServicesRouter::fileURLs(payload);
+    if (payload.isEmpty() && chooseFiles) {
+        if (bringToFront_) {
+            bringToFront_();
+        }
+        urls = chooseFiles();
+    }
+    if (urls.isEmpty()) {
         return;
     }
     QStringList paths;

@@ -3,8 +3,10 @@
 //
 // Each invocation is routed at once on the calling (main) thread: its files are loaded into the
 // model as the selection, the word's plan is submitted to the queue with exactly those files,
-// and the window is brought to the front. An invocation without files, or with a word that has
-// no plan, does nothing and reports nothing: a file manager has nowhere to show an error.
+// and the window is brought to the front. A word that has no plan does nothing and reports
+// nothing: a file manager has nowhere to show an error. An invocation without files is a
+// desktop action of the launcher ("Compress a PDF with Quillet"): the window comes to the front,
+// `chooseFiles` asks for the files, and the chosen ones are routed (none chosen: nothing).
 #pragma once
 
 #include <QList>
@@ -42,6 +44,9 @@ class ServicesProvider : public QObject {
 
     /// The parameter of ActivateAction that carries `urls`.
     static QVariantList actionParameter(const QList<QUrl>& urls);
+
+    /// Asks the user for files (the open dialog); empty when not set or cancelled.
+    std::function<QList<QUrl>()> chooseFiles;
 
   private:
     void route(const QString& word, const QStringList& payload);

@@ -37,8 +37,7 @@ QList<QUrl> showOpenPanel(QWidget* parent, const AppModel::OpenPanelRequest& req
 } // namespace
 
 MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget* parent)
-    : QMainWindow(parent), app_(app),
-      relaunch_([this, relaunch = std::move(relaunch)] {
+    : QMainWindow(parent), app_(app), relaunch_([this, relaunch = std::move(relaunch)] {
           quitting_ = true;
           if (relaunch) {
               relaunch();
@@ -149,8 +148,8 @@ QWidget* MainWindow::buildSidebar() {
     sidebar_->setFont(font);
     for (int i = 0; i < AppModel::sectionCount; ++i) {
         const auto section = static_cast<AppModel::Section>(i);
-        auto* item = new QListWidgetItem(SectionView::icon(section), SectionView::title(section),
-                                         sidebar_);
+        auto* item =
+            new QListWidgetItem(SectionView::icon(section), SectionView::title(section), sidebar_);
         item->setSizeHint(QSize(0, 40));
     }
     connect(sidebar_, &QListWidget::currentRowChanged, this, [this](int row) {
@@ -167,6 +166,10 @@ void MainWindow::showSection() {
     if (sidebar_->currentRow() != index) {
         sidebar_->setCurrentRow(index);
     }
+}
+
+QList<QUrl> MainWindow::chooseFiles() {
+    return showOpenPanel(this, {tr("Choose PDFs or images"), false});
 }
 
 void MainWindow::openSettings() {

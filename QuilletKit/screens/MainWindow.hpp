@@ -35,6 +35,8 @@ class MainWindow : public QMainWindow {
     /// Shows the window (again) in front of the others.
     void bringToFront();
     void openSettings();
+    /// The open dialog for PDFs and images; the chosen files, none when cancelled.
+    QList<QUrl> chooseFiles();
     /// Quits, asking first while a job runs or waits (quitting stops it).
     void requestQuit();
     /// Quits without asking: the window closes instead of hiding.

@@ -353,6 +353,18 @@ void ServicesTest::anActionRunsThroughTheModelAndQueue() {
         QVERIFY2(path.endsWith(".pdf") && path.startsWith(qpath(dir / "out")), qPrintable(path));
         QVERIFY(QFile::exists(path));
     }
+
+    // A launcher's action carries no files: the user chooses them; a cancelled choice runs
+    // nothing.
+    QList<QUrl> chosen;
+    services.chooseFiles = [&chosen] { return chosen; };
+    QVERIFY(services.activateAction("compress", {}));
+    QCOMPARE(app.queue().records().size(), 1u);
+    chosen = {QUrl::fromLocalFile(qpath(source))};
+    QVERIFY(services.activateAction("compress", {}));
+    QCOMPARE(app.queue().records().size(), 2u);
+    QVERIFY(app.queue().records()[1].operation == PDFOperationKind::compress);
+    app.queue().cancel(app.queue().records()[1].id);
 }
 
 static RegisterSuite registered([] { return std::make_unique<ServicesTest>(); });

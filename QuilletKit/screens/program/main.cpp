@@ -48,8 +48,9 @@ int main(int argc, char** argv) {
                                                     "own machine."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("PDFs, images or "
-                                                                         "folders to load."),
+    parser.addPositionalArgument(QStringLiteral("files"),
+                                 QStringLiteral("PDFs, images or "
+                                                "folders to load."),
                                  QStringLiteral("[FILES...]"));
     const QCommandLineOption serviceOption(
         QStringLiteral("service"),
@@ -57,10 +58,19 @@ int main(int argc, char** argv) {
                                             "compress, merge, convert, clean or images."),
         QStringLiteral("word"));
     parser.addOption(serviceOption);
+    // The launcher's actions: the same words, the files chosen in the window.
+    const QCommandLineOption actionOption(
+        QStringLiteral("action"),
+        QCoreApplication::translate("main", "Choose files, then compress, merge or clean them."),
+        QStringLiteral("word"));
+    parser.addOption(actionOption);
     parser.process(qt);
     const QList<QUrl> files = locations(parser.positionalArguments());
-    const QString service = parser.value(serviceOption);
-    if (parser.isSet(serviceOption) && !ServicesRouter::plan(service)) {
+    const bool desktopAction = parser.isSet(actionOption);
+    const bool serviceAsked = parser.isSet(serviceOption) || desktopAction;
+    const QString service =
+        desktopAction ? parser.value(actionOption) : parser.value(serviceOption);
+    if (serviceAsked && !ServicesRouter::plan(service)) {
         std::fputs(qPrintable(QCoreApplication::translate("main", "quillet-app: unknown action "
                                                                   "\"%1\"; use compress, merge, "
                                                                   "convert, clean or images\n")
@@ -72,9 +82,10 @@ int main(int argc, char** argv) {
     ApplicationBus bus;
     if (bus.claim() == ApplicationBus::Claim::anotherInstance) {
         const bool handedOver =
-            parser.isSet(serviceOption)
-                ? ApplicationBus::handOverAction(service, ServicesProvider::actionParameter(files))
-                : ApplicationBus::handOver(files);
+            serviceAsked ? ApplicationBus::handOverAction(
+                               service, desktopAction ? QVariantList{}
+                                                      : ServicesProvider::actionParameter(files))
+                         : ApplicationBus::handOver(files);
         if (handedOver) {
             return 0;
         }
@@ -93,8 +104,7 @@ int main(int argc, char** argv) {
 
     QuilletApp app(settings, AppDirectories::support(), TaskQueueService::defaultWorkerCommand());
     MainWindow window(app, [&bus] { AppRelaunch::relaunch([&bus] { bus.release(); }); });
-    QObject::connect(&bus, &ApplicationBus::activateRequested, &window,
-                     &MainWindow::bringToFront);
+    QObject::connect(&bus, &ApplicationBus::activateRequested, &window, &MainWindow::bringToFront);
     QObject::connect(&bus, &ApplicationBus::openRequested, &window,
                      [&app](const QList<QUrl>& urls) { app.model().acceptDropped(urls); });
     QObject::connect(&app, &QuilletApp::quitRequested, &window, &MainWindow::quitNow);
@@ -102,9 +112,12 @@ int main(int argc, char** argv) {
     QObject::connect(&bus, &ApplicationBus::actionRequested, &services,
                      &ServicesProvider::activateAction);
 
+    services.chooseFiles = [&window] { return window.chooseFiles(); };
+
     window.show();
-    if (parser.isSet(serviceOption)) {
-        services.activateAction(service, ServicesProvider::actionParameter(files));
+    if (serviceAsked) {
+        services.activateAction(service, desktopAction ? QVariantList{}
+                                                       : ServicesProvider::actionParameter(files));
     } else {
         app.model().acceptDropped(files);
     }
