@@ -4,6 +4,7 @@
 #include "cli/CommandPlumbing.hpp"
 #include "cli/Commands.hpp"
 #include "engines/PDFMetadataEngine.hpp"
+#include "platform/FreeNames.hpp"
 
 #include <map>
 
@@ -38,7 +39,7 @@ void runClean(const Arguments& arguments, CommandIO& io) {
                 [&](const std::filesystem::path& input, const std::filesystem::path& output) {
                     PDFMetadataEngine::clean(input, output, choice.preset);
                     io.out << input.filename().string() << ": cleaned (" << choice.displayName
-                           << ") → " << output.string() << '\n';
+                           << ") → " << FreeNames::placed(output).string() << '\n';
                     io.out.flush();
                 });
 }

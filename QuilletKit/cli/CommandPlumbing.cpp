@@ -2,6 +2,7 @@
 
 #include "cli/CLIError.hpp"
 #include "output/OutputResolver.hpp"
+#include "platform/FreeNames.hpp"
 
 #include <algorithm>
 
@@ -31,9 +32,16 @@ void withOutputs(const std::vector<fs::path>& inputs, const std::optional<std::s
             OutputResolver::applyTemplate("{name}-{action}", input.stem().string(), operation,
                                           std::nullopt) +
             ".pdf";
+        // Claimed: the write never replaces a file another process put there meanwhile.
         const fs::path output = OutputResolver::uniquify(input.parent_path() / name);
         OutputResolver::ensureDirectory(output);
-        body(input, output);
+        try {
+            body(input, output);
+        } catch (...) {
+            FreeNames::release(output);
+            throw;
+        }
+        FreeNames::release(output);
     }
 }
 
@@ -47,14 +55,16 @@ fs::path resolveSingleOutput(const CLIArgs& args, const std::vector<fs::path>& i
         std::error_code error;
         const auto status = fs::symlink_status(path, error);
         if (!fs::exists(status)) {
+            // Still refused, not replaced, when another process writes it first.
+            FreeNames::claimExactly(path);
             return path;
         }
         if (fs::is_directory(fs::status(path, error))) {
-            return path / fallbackName;
+            return OutputResolver::uniquify(path / fallbackName);
         }
         throw CLIError("output exists: " + *out + " (remove it or pass a new name)");
     }
-    return inputs.front().parent_path() / fallbackName;
+    return OutputResolver::uniquify(inputs.front().parent_path() / fallbackName);
 }
 
 void printProgress(std::ostream& err, double fraction) {

@@ -29,6 +29,8 @@ void withOutputs(const std::vector<std::filesystem::path>& inputs,
 /// The one output of a many-to-one command. With `-o`: the path when free; inside it when it is a
 /// folder; CLIError "output exists: <path> (remove it or pass a new name)" when a file is there.
 /// Without `-o`: `fallbackName` in the first input's folder. No inputs: CLIError "no inputs".
+/// A name inside a folder is made unique; every answer is claimed (FreeNames), so the write never
+/// replaces a file that another process put there meanwhile (`-o FILE` then fails instead).
 std::filesystem::path resolveSingleOutput(const CLIArgs& args,
                                           const std::vector<std::filesystem::path>& inputs,
                                           const std::string& fallbackName);

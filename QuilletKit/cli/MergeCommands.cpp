@@ -7,6 +7,7 @@
 #include "engines/Formatters.hpp"
 #include "engines/PDFMergeEngine.hpp"
 #include "output/OutputResolver.hpp"
+#include "platform/FreeNames.hpp"
 
 #include <charconv>
 #include <cmath>
@@ -58,8 +59,9 @@ void runMerge(const Arguments& arguments, CommandIO& io) {
     const fs::path output =
         resolveSingleOutput(args, inputs, "merged-" + OutputResolver::timestamp() + ".pdf");
     const int pages = mergeTo(inputs, output, ImageToPDFOptions{}, io);
-    io.out << "merged " << inputs.size() << " files → " << pages << " pages → " << output.string()
-           << " (" << sizeText(output) << ")\n";
+    const auto written = FreeNames::placed(output);
+    io.out << "merged " << inputs.size() << " files → " << pages << " pages → " << written.string()
+           << " (" << sizeText(written) << ")\n";
 }
 
 void runImages(const Arguments& arguments, CommandIO& io) {
@@ -73,7 +75,8 @@ void runImages(const Arguments& arguments, CommandIO& io) {
         args.value("fit") == "fill" ? ImageToPDFOptions::Fit::fill : ImageToPDFOptions::Fit::fit;
     options.marginPoints = marginOption(args.value("margin"));
     const int pages = mergeTo(inputs, output, options, io);
-    io.out << "created " << output.string() << " (" << pages << " pages, " << sizeText(output)
+    const auto written = FreeNames::placed(output);
+    io.out << "created " << written.string() << " (" << pages << " pages, " << sizeText(written)
            << ")\n";
 }
 

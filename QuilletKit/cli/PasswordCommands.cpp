@@ -9,6 +9,7 @@
 #include "cli/Commands.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFSecurityEngine.hpp"
+#include "platform/FreeNames.hpp"
 
 namespace quillet {
 namespace {
@@ -23,7 +24,9 @@ std::string requiredPassword(const CLIArgs& args, const std::string& command) {
 
 void printResult(CommandIO& io, const std::filesystem::path& input, const std::string& what,
                  const std::filesystem::path& output) {
-    io.out << input.filename().string() << ": " << what << " → " << output.string() << '\n';
+    // Where the file went: a free name another process took meanwhile moves it on.
+    io.out << input.filename().string() << ": " << what << " → "
+           << FreeNames::placed(output).string() << '\n';
     io.out.flush();
 }
 

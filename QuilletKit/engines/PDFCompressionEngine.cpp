@@ -40,13 +40,15 @@ CompressionOutcome keep(TemporaryFile& candidate, const fs::path& output, std::i
     if (!validation.ok) {
         throw PDFCoreError::validationFailed(validation.message);
     }
+    fs::path written;
     try {
-        candidate.commit(output);
+        // A free name taken meanwhile by another writer moves the output on to the next one.
+        written = candidate.commit(output);
     } catch (const fs::filesystem_error& error) {
         throw PDFCoreError::writeFailed(output.string() + ": " + error.code().message());
     }
     CompressionOutcome outcome;
-    outcome.outputURL = output;
+    outcome.outputURL = written;
     outcome.originalBytes = originalBytes;
     outcome.resultBytes = detail.bytes;
     outcome.rasterizedPages = detail.rasterizedPages;

@@ -133,8 +133,9 @@ WrittenPart writePart(PDFDocument& source, const SplitChunk& pages, const fs::pa
     return writeTemporary(chunk, usesObjectStreams(source.qpdf()), copied, url);
 }
 
-// Touches only the written file, so it may run on any thread.
-void finishPart(WrittenPart& part) {
+// Touches only the written file, so it may run on any thread. Returns where the part went (a
+// later name when its free name was taken meanwhile).
+fs::path finishPart(WrittenPart& part) {
     const auto validation = PDFDocumentEngine::validateOutput(part.file.path(), part.pageCount);
     if (!validation.ok) {
         throw PDFCoreError::validationFailed(validation.message);
@@ -142,7 +143,7 @@ void finishPart(WrittenPart& part) {
     const auto name = part.destination.filename().string();
     try {
         // Flushed together with the other parts once the split is done.
-        part.file.commit(part.destination, TemporaryFile::Durability::deferred);
+        return part.file.commit(part.destination, TemporaryFile::Durability::deferred);
     } catch (const std::exception&) {
         throw PDFCoreError::writeFailed(name);
     }
@@ -161,11 +162,9 @@ void flushParts(const std::vector<fs::path>& parts) {
 void writeInTurn(PDFDocument& source, const SplitPlan& plan,
                  const PDFSplitEngine::PartDestination& destination,
                  const PDFSplitEngine::PartWritten& written, std::vector<fs::path>& placed) {
-    std::future<void> finishing;
-    fs::path finishingPath;
+    std::future<fs::path> finishing;
     const auto settle = [&](std::size_t index) {
-        finishing.get();
-        placed.push_back(finishingPath);
+        placed.push_back(finishing.get());
         written(index);
     };
     for (std::size_t index = 0; index < plan.size(); ++index) {
@@ -182,9 +181,9 @@ void writeInTurn(PDFDocument& source, const SplitPlan& plan,
         if (index > 0) {
             settle(index - 1);
         }
-        finishingPath = part->destination;
-        finishing = std::async(std::launch::async,
-                               [finished = std::move(*part)]() mutable { finishPart(finished); });
+        finishing = std::async(std::launch::async, [finished = std::move(*part)]() mutable {
+            return finishPart(finished);
+        });
     }
     if (!plan.empty()) {
         settle(plan.size() - 1);
@@ -195,8 +194,7 @@ void writeInTurn(PDFDocument& source, const SplitPlan& plan,
 
 void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
     auto part = writePart(source, pages, url);
-    finishPart(part);
-    flushParts({url});
+    flushParts({finishPart(part)});
 }
 
 void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,

@@ -1,5 +1,7 @@
 #include "output/OutputResolver.hpp"
 
+#include "platform/FreeNames.hpp"
+
 #include <ctime>
 #include <system_error>
 
@@ -76,23 +78,15 @@ std::string applyTemplate(std::string_view nameTemplate, std::string_view stem,
 }
 
 fs::path uniquify(const fs::path& url, Clock::time_point now) {
-    if (!occupied(url)) {
-        return url;
-    }
-    auto folder = url.parent_path();
-    auto stem = url.stem().string();
-    auto extension = url.extension().string();
-    if (!extension.empty()) {
-        extension.erase(0, 1);
-    }
-    for (int n = 2; n <= 999; ++n) {
-        auto candidate = folder / (stem + "-" + std::to_string(n) + "." + extension);
-        if (!occupied(candidate)) {
+    // Past the numbered names comes the seconds name, unchecked: the write still never replaces.
+    for (int index = 1; index <= 1000; ++index) {
+        auto candidate = FreeNames::candidate(url, index, now);
+        if (index == 1000 || !occupied(candidate)) {
+            FreeNames::claim(candidate, url, index, now);
             return candidate;
         }
     }
-    auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch());
-    return folder / (stem + "-" + std::to_string(seconds.count()) + "." + extension);
+    return url;
 }
 
 fs::path outputFolder(const fs::path& input, const OutputRule& rule) {
@@ -116,7 +110,7 @@ Resolution resolve(const fs::path& input, const OutputRule& rule, PDFOperationKi
     if (rule.replaceOriginal) {
         return {candidate, exists && !part};
     }
-    return {exists ? uniquify(candidate, now) : candidate, false};
+    return {uniquify(candidate, now), false};
 }
 
 Resolution resolveMerge(const std::vector<fs::path>& inputs, const OutputRule& rule,

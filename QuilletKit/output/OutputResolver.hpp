@@ -1,6 +1,7 @@
 // Where an operation's result goes and what it is called.
 //
-// Stateless: nothing here writes an output. Resolution only looks at what already exists (any
+// Nothing here writes an output; a free name answered is claimed so that the write onto it is
+// exclusive (see uniquify). Resolution only looks at what already exists (any
 // directory entry counts, a dangling symbolic link included, so nothing is ever written through
 // one) and never fails; only `ensureDirectory` creates anything or throws.
 //
@@ -50,6 +51,10 @@ std::string applyTemplate(std::string_view nameTemplate, std::string_view stem,
 /// `url` itself when nothing is there, otherwise the first free "<stem>-<n>.<ext>" for n in
 /// 2...999. The dot is written even for an empty extension ("notes" gives "notes-2."). When all
 /// are taken: "<stem>-<seconds since 1970>.<ext>", unchecked.
+///
+/// The answer is claimed (FreeNames): a write onto it never replaces a file that appears there
+/// meanwhile (another process that chose the same name) but moves on along the same sequence;
+/// `FreeNames::placed` tells where the output went.
 std::filesystem::path uniquify(const std::filesystem::path& url,
                                Clock::time_point now = Clock::now());
 

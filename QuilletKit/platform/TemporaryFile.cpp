@@ -1,5 +1,6 @@
 #include "platform/TemporaryFile.hpp"
 
+#include "platform/FreeNames.hpp"
 #include "platform/UUID.hpp"
 
 #include <fcntl.h>
@@ -112,28 +113,47 @@ void TemporaryFile::discard() noexcept {
     registration_.reset();
 }
 
-void TemporaryFile::commit(const fs::path& destination, Durability durability) {
+fs::path TemporaryFile::commit(const fs::path& destination, Durability durability) {
     const bool flush = durability == Durability::flushed;
     if (flush) {
         syncPath(path_, O_RDONLY);
     }
-    adoptPermissions(path_, destination);
-    if (::rename(path_.c_str(), destination.c_str()) != 0) {
-        const int error = errno;
-        if (error != EXDEV) {
-            fail("cannot move the finished file into place", destination, error);
-        }
+    const auto copyBeside = [&] {
         TemporaryFile nearby = beside(destination);
         fs::copy_file(path_, nearby.path(), fs::copy_options::overwrite_existing);
-        nearby.commit(destination, durability);
+        auto where = nearby.commit(destination, durability);
         discard();
-        return;
+        return where;
+    };
+    fs::path where = destination;
+    if (FreeNames::isClaimed(destination)) {
+        if (::chmod(path_.c_str(), defaultFileMode()) != 0) {
+            fail("cannot set permissions", path_, errno);
+        }
+        try {
+            where = FreeNames::placeExclusively(path_, destination);
+        } catch (const fs::filesystem_error& error) {
+            if (error.code().value() != EXDEV) {
+                throw;
+            }
+            return copyBeside();
+        }
+    } else {
+        adoptPermissions(path_, destination);
+        if (::rename(path_.c_str(), destination.c_str()) != 0) {
+            const int error = errno;
+            if (error != EXDEV) {
+                fail("cannot move the finished file into place", destination, error);
+            }
+            return copyBeside();
+        }
     }
     path_.clear();
     registration_.reset();
     if (flush) {
-        syncPath(folderOf(destination), O_RDONLY | O_DIRECTORY);
+        syncPath(folderOf(where), O_RDONLY | O_DIRECTORY);
     }
+    return where;
 }
 
 void TemporaryFile::flushToDisk(const std::vector<fs::path>& files) {

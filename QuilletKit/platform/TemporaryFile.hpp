@@ -47,7 +47,11 @@ class TemporaryFile {
     /// destination, so the final step is still one rename. The file is then given the permissions
     /// a new file gets from the umask. Afterwards this object owns nothing. Throws
     /// std::filesystem::filesystem_error; on failure the destination is unchanged.
-    void commit(const std::filesystem::path& destination,
+    ///
+    /// A `destination` chosen as a free name (FreeNames::claim) is never replaced: the file goes
+    /// there only if the name is still free, else to the next free name of its sequence. Returns
+    /// where the file went.
+    std::filesystem::path commit(const std::filesystem::path& destination,
                 Durability durability = Durability::flushed);
 
     /// Flushes the given files, then each of their folders once. Throws

@@ -4,6 +4,7 @@
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PDFOrganizeEngine.hpp"
 #include "output/OutputResolver.hpp"
+#include "platform/FreeNames.hpp"
 #include "platform/UUID.hpp"
 #include "tasks/HistoryStore.hpp"
 
@@ -268,7 +269,7 @@ OrganizeModel::SaveOutcome OrganizeModel::save(bool skipWarning, const OutputRul
         return SaveOutcome::needsConfirmation;
     }
     showSignatureWarning_ = false;
-    const auto output =
+    const auto chosen =
         OutputResolver::resolve(*sourceURL_, rule, PDFOperationKind::organize, std::nullopt, ".pdf")
             .outputURL;
     // Measured first: with replaceOriginal the write puts the result where the source was.
@@ -277,12 +278,15 @@ OrganizeModel::SaveOutcome OrganizeModel::save(bool skipWarning, const OutputRul
     // deleted page through a form field or an outline entry, and its content must not survive.
     PDFDocument saved = copyOfPages(false);
     try {
-        OutputResolver::ensureDirectory(output);
-        saved.write(output);
+        OutputResolver::ensureDirectory(chosen);
+        saved.write(chosen);
     } catch (const std::exception&) {
+        FreeNames::release(chosen);
         notify();
-        throw PDFCoreError::writeFailed(output.filename().string());
+        throw PDFCoreError::writeFailed(chosen.filename().string());
     }
+    // A free name taken meanwhile by another writer moved the file on to the next one.
+    const auto output = FreeNames::placed(chosen);
     lastOutput_ = output;
     record(output, originalBytes);
     notify();

@@ -11,6 +11,7 @@
 #include "engines/PDFSecurityEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
 #include "output/OutputResolver.hpp"
+#include "platform/FreeNames.hpp"
 #include "tasks/MergeSeparators.hpp"
 
 #include <algorithm>
@@ -103,6 +104,19 @@ fs::path replaceableOutput(const fs::path& input, const OutputRule& rule,
     return rule.replaceOriginal ? input : resolvedOutput(input, rule, operation);
 }
 
+/// Runs `write` onto `output`, then answers where the file went: a free name that another
+/// writer took meanwhile moves the output on to the next name of its sequence.
+template <typename Write>
+fs::path writeAndPlace(const fs::path& output, Write&& write) {
+    try {
+        write();
+    } catch (...) {
+        FreeNames::release(output);
+        throw;
+    }
+    return FreeNames::placed(output);
+}
+
 FileResult writtenFile(const fs::path& output) {
     return FileResult{{output}, TaskRunner::inputSize(output), std::nullopt};
 }
@@ -137,7 +151,10 @@ FileBody compressBody(const TaskSpec& spec, const TaskRunner::CancellationTest& 
         }
         auto withProgress = options;
         withProgress.progress = progress;
-        const auto outcome = PDFCompressionEngine::compress(input, output, withProgress);
+        CompressionOutcome outcome;
+        writeAndPlace(output, [&] {
+            outcome = PDFCompressionEngine::compress(input, output, withProgress);
+        });
         FileResult file{{}, outcome.resultBytes, outcome.note};
         if (outcome.outputURL) {
             file.outputs.push_back(*outcome.outputURL);
@@ -165,9 +182,19 @@ FileBody splitBody(const TaskSpec& spec) {
             ensureDirectory(parts[index]);
             return parts[index];
         };
-        PDFSplitEngine::writeChunks(source, plan, destination, [&](std::size_t index) {
-            progress(static_cast<double>(index + 1) / static_cast<double>(plan.size()));
-        });
+        try {
+            PDFSplitEngine::writeChunks(source, plan, destination, [&](std::size_t index) {
+                progress(static_cast<double>(index + 1) / static_cast<double>(plan.size()));
+            });
+        } catch (...) {
+            for (const auto& part : parts) {
+                FreeNames::release(part);
+            }
+            throw;
+        }
+        for (auto& part : parts) {
+            part = FreeNames::placed(part);
+        }
         return FileResult{parts, totalSize(parts), std::to_string(parts.size()) + " files"};
     };
 }
@@ -196,8 +223,9 @@ FileBody cleanBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isC
     return [&spec, &parameters, &isCancelled](const fs::path& input,
                                               const TaskRunner::Progress& progress) {
         const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
-        PDFMetadataEngine::clean(input, output, parameters.preset, progress, isCancelled);
-        return writtenFile(output);
+        return writtenFile(writeAndPlace(output, [&] {
+            PDFMetadataEngine::clean(input, output, parameters.preset, progress, isCancelled);
+        }));
     };
 }
 
@@ -205,9 +233,10 @@ FileBody protectBody(const TaskSpec& spec) {
     const auto& parameters = requireParameters<P::Protect>(spec, "Missing password.");
     return [&spec, &parameters](const fs::path& input, const TaskRunner::Progress& progress) {
         const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
-        PDFSecurityEngine::protect(input, output, parameters.userPassword,
-                                   parameters.ownerPassword, progress);
-        return writtenFile(output);
+        return writtenFile(writeAndPlace(output, [&] {
+            PDFSecurityEngine::protect(input, output, parameters.userPassword,
+                                       parameters.ownerPassword, progress);
+        }));
     };
 }
 
@@ -215,8 +244,9 @@ FileBody unprotectBody(const TaskSpec& spec) {
     const auto& parameters = requireParameters<P::Unprotect>(spec, "Missing password.");
     return [&spec, &parameters](const fs::path& input, const TaskRunner::Progress& progress) {
         const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
-        PDFSecurityEngine::removePassword(input, output, parameters.password, progress);
-        return writtenFile(output);
+        return writtenFile(writeAndPlace(output, [&] {
+            PDFSecurityEngine::removePassword(input, output, parameters.password, progress);
+        }));
     };
 }
 
@@ -227,8 +257,9 @@ FileBody organizeBody(const TaskSpec& spec, const TaskRunner::CancellationTest& 
         // A file that cannot be read fails before any output folder is made.
         (void)PDFDocumentEngine::openCG(input);
         const auto output = resolvedOutput(input, spec.outputRule, PDFOperationKind::organize);
-        PDFOrganizeEngine::organize(input, output, parameters, progress, isCancelled);
-        return writtenFile(output);
+        return writtenFile(writeAndPlace(output, [&] {
+            PDFOrganizeEngine::organize(input, output, parameters, progress, isCancelled);
+        }));
     };
 }
 
@@ -248,9 +279,10 @@ Result runWholeBatch(const TaskSpec& spec, const std::vector<fs::path>& inputs,
                      const TaskRunner::Progress& progress,
                      const TaskRunner::CancellationTest& isCancelled) {
     const bool merge = spec.operation == PDFOperationKind::merge;
-    const auto output = merge ? OutputResolver::resolveMerge(inputs, spec.outputRule).outputURL
+    const auto resolved = merge
+                              ? OutputResolver::resolveMerge(inputs, spec.outputRule).outputURL
                               : OutputResolver::resolveImagesToPDF(inputs, spec.outputRule).outputURL;
-    ensureDirectory(output);
+    ensureDirectory(resolved);
     const auto options = imageOptions(spec.parameters);
     const auto* parameters = spec.parameters.as<P::Merge>();
     std::optional<MergeSeparators> separators;
@@ -258,8 +290,11 @@ Result runWholeBatch(const TaskSpec& spec, const std::vector<fs::path>& inputs,
         separators.emplace(inputs, options, isCancelled);
     }
     // The blank pages are among the pages counted: the note tells the pages of the output.
-    const int pages = PDFMergeEngine::merge(separators ? separators->inputs() : inputs, output,
-                                            options, progress, isCancelled);
+    int pages = 0;
+    const auto output = writeAndPlace(resolved, [&] {
+        pages = PDFMergeEngine::merge(separators ? separators->inputs() : inputs, resolved,
+                                      options, progress, isCancelled);
+    });
     Result result;
     result.outputs = {output};
     result.originalBytes = totalSize(inputs);
