@@ -2,8 +2,13 @@
 // hands its files to the running one and exits.
 // quillet-app --service WORD FILES...: a file manager's action on the selected files; the
 // running instance performs it (ActivateAction), or the instance this launch starts.
+// quillet-app --gapplication-service: started by D-Bus activation; no window until Activate or
+// Open asks for one, and without one it quits a minute after its last automation action.
 #include "app/AppRelaunch.hpp"
 #include "app/ApplicationBus.hpp"
+#include "app/AutomationBus.hpp"
+#include "app/BackgroundLifetime.hpp"
+#include "app/IntentRunner.hpp"
 #include "app/QuilletApp.hpp"
 #include "app/ServicesProvider.hpp"
 #include "app/ServicesRouter.hpp"
@@ -64,7 +69,13 @@ int main(int argc, char** argv) {
         QCoreApplication::translate("main", "Choose files, then compress, merge or clean them."),
         QStringLiteral("word"));
     parser.addOption(actionOption);
+    const QCommandLineOption backgroundOption(
+        QStringLiteral("gapplication-service"),
+        QCoreApplication::translate("main", "Start for the session bus only: no window until one "
+                                            "is asked for."));
+    parser.addOption(backgroundOption);
     parser.process(qt);
+    const bool background = parser.isSet(backgroundOption);
     const QList<QUrl> files = locations(parser.positionalArguments());
     const bool desktopAction = parser.isSet(actionOption);
     const bool serviceAsked = parser.isSet(serviceOption) || desktopAction;
@@ -79,8 +90,14 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+    // Declared before the bus: the exported interface uses it until the bus goes.
+    IntentRunner intents(TaskQueueService::defaultWorkerCommand());
     ApplicationBus bus;
+    AutomationBus automation(&bus, intents);
     if (bus.claim() == ApplicationBus::Claim::anotherInstance) {
+        if (background) {
+            return 0;
+        }
         const bool handedOver =
             serviceAsked ? ApplicationBus::handOverAction(
                                service, desktopAction ? QVariantList{}
@@ -114,7 +131,18 @@ int main(int argc, char** argv) {
 
     services.chooseFiles = [&window] { return window.chooseFiles(); };
 
-    window.show();
+    std::unique_ptr<BackgroundLifetime> lifetime;
+    if (background) {
+        lifetime = std::make_unique<BackgroundLifetime>();
+        lifetime->watchWindow(&window);
+        lifetime->setBusy(intents.isBusy());
+        QObject::connect(&intents, &IntentRunner::busyChanged, lifetime.get(),
+                         &BackgroundLifetime::setBusy);
+        QObject::connect(lifetime.get(), &BackgroundLifetime::quitRequested, &window,
+                         &MainWindow::quitNow);
+    } else {
+        window.show();
+    }
     if (serviceAsked) {
         services.activateAction(service, desktopAction ? QVariantList{}
                                                        : ServicesProvider::actionParameter(files));

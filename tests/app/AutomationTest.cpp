@@ -1,0 +1,220 @@
+// Automation actions: the spec each action builds, private work folders, real calls over the
+// session bus answered with the "out-" files or with the error, and the lifetime of an instance
+// started only for them.
+#include "app/AppTests.hpp"
+
+#include "app/AutomationBus.hpp"
+#include "app/BackgroundLifetime.hpp"
+#include "app/IntentRunner.hpp"
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QDBusPendingCall>
+#include <QDBusPendingReply>
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+#include <fstream>
+
+using namespace quillet;
+using namespace quillet::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int longCallMilliseconds = 10 * 60 * 1000;
+const QString path = QStringLiteral("/org/quillet/Quillet");
+const QString interface = QString::fromLatin1(AutomationBus::interfaceName);
+
+/// Runs nothing: keeps the spec and answers one file written beside the first input.
+struct Recorder {
+    std::vector<TaskSpec> specs;
+    std::vector<fs::path> operator()(const TaskSpec& spec) {
+        specs.push_back(spec);
+        const fs::path output = fs::path(spec.inputs.front()).parent_path() / "result.pdf";
+        std::ofstream(output) << "%PDF-1.7\n";
+        return {output};
+    }
+};
+
+} // namespace
+
+class AutomationTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void compressBuildsItsSpec_data();
+    void compressBuildsItsSpec();
+    void callsNeverShareAWorkFolder();
+    void callsOverTheBusAnswerTheOutFiles();
+    void errorsAnswerTheFailedError();
+    void backgroundInstanceQuitsWhenIdle();
+};
+
+void AutomationTest::compressBuildsItsSpec_data() {
+    QTest::addColumn<QString>("quality");
+    QTest::addColumn<int>("targetSizeMB");
+    QTest::addColumn<QString>("parameters");
+    QTest::newRow("absent quality") << "" << 0 << R"({"type":"compress","tier":"balanced"})";
+    QTest::newRow("zero target") << "smallest" << 0 << R"({"type":"compress","tier":"smallest"})";
+    QTest::newRow("negative target")
+        << "lossless" << -1 << R"({"type":"compress","tier":"lossless"})";
+    QTest::newRow("five MB") << "highQuality" << 5 << R"({"type":"targetSize","bytes":5242880})";
+    QTest::newRow("one MB, no quality") << "" << 1 << R"({"type":"targetSize","bytes":1048576})";
+}
+
+void AutomationTest::compressBuildsItsSpec() {
+    QFETCH(QString, quality);
+    QFETCH(int, targetSizeMB);
+    QFETCH(QString, parameters);
+    TempDir dir;
+    const auto source = samplePDF(dir, "report.pdf");
+    Recorder recorder;
+    const auto answers = IntentRunner::perform(
+        Intent::compress({source}, AutomationBus::quality(quality), targetSizeMB),
+        dir / "tmp", std::ref(recorder));
+
+    QCOMPARE(recorder.specs.size(), 1u);
+    const TaskSpec& spec = recorder.specs[0];
+    QCOMPARE(QString::fromStdString(toJSON(spec.parameters).dump()), parameters);
+    QVERIFY(spec.outputRule == OutputRule{});
+    QCOMPARE(spec.inputs.size(), 1u);
+    const fs::path staged = spec.inputs[0];
+    QCOMPARE(staged.filename().string(), std::string("report.pdf"));
+    QCOMPARE(readFile(staged), readFile(source));
+    QVERIFY(staged.parent_path().filename().string().starts_with("quillet-intent-compress-"));
+    QCOMPARE(answers, std::vector<fs::path>{staged.parent_path() / "out-result.pdf"});
+    QVERIFY(fs::exists(answers[0]));
+}
+
+void AutomationTest::callsNeverShareAWorkFolder() {
+    TempDir dir;
+    const auto a = samplePDF(dir, "a.pdf");
+    const auto b = samplePDF(dir, "b.pdf");
+    Recorder recorder;
+    const auto first = IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
+    const auto second = IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
+    QCOMPARE(first.size(), 1u);
+    QCOMPARE(second.size(), 1u);
+    QVERIFY(first[0].parent_path() != second[0].parent_path());
+    QVERIFY(first[0].is_absolute());
+    QCOMPARE(fileNames(first[0].parent_path()),
+             (std::vector<std::string>{"a.pdf", "b.pdf", "out-result.pdf", "result.pdf"}));
+}
+
+void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
+    if (!QDBusConnection::sessionBus().isConnected()) {
+        QSKIP("no session bus: run under dbus-run-session for the calls over D-Bus");
+    }
+    TempDir dir;
+    IntentRunner runner(realWorker(), dir.path());
+    QObject exported;
+    AutomationBus automation(&exported, runner);
+    QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
+                                                        QDBusConnection::ExportAdaptors));
+    // Through the daemon, as another program calls, from a connection of its own.
+    auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
+    QDBusInterface intents(QDBusConnection::sessionBus().baseService(), path, interface, client);
+    intents.setTimeout(longCallMilliseconds);
+
+    const QString four = qpath(corpus("004-pdflatex-4-pages/pdflatex-4-pages.pdf"));
+    const QString one = qpath(corpus("001-trivial/minimal-document.pdf"));
+    struct Call {
+        QString method;
+        QVariantList arguments;
+        QString word;
+        QString names; ///< a pattern for the answered names, joined by ","
+    };
+    const std::vector<Call> calls{
+        {"CleanPDF", {QStringList{one}}, "clean", "out-minimal-document-clean\\.pdf"},
+        {"SplitPDF", {four, 2}, "split",
+         "out-pdflatex-4-pages-part-part1\\.pdf,out-pdflatex-4-pages-part-part2\\.pdf"},
+        {"MergePDFs", {QStringList{one, four}}, "merge", "out-merged-[0-9-]+\\.pdf"},
+        {"ConvertPDFToImages", {one, 72}, "convert", "out-minimal-document-.*1\\.png"},
+    };
+    // All sent at once: the runner queues them and answers each.
+    std::vector<QDBusPendingCall> pending;
+    for (const Call& call : calls) {
+        pending.push_back(intents.asyncCallWithArgumentList(call.method, call.arguments));
+    }
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        QTRY_VERIFY_WITH_TIMEOUT(pending[i].isFinished(), 120000);
+        QDBusPendingReply<QStringList> reply = pending[i];
+        QVERIFY2(!reply.isError(), qPrintable(calls[i].method + ": " + reply.error().message()));
+        QStringList names;
+        for (const QString& output : reply.value()) {
+            const fs::path file(output.toStdString());
+            QVERIFY(file.is_absolute() && fs::file_size(file) > 0);
+            QVERIFY(file.parent_path().filename().string().starts_with(
+                "quillet-intent-" + calls[i].word.toStdString() + "-"));
+            QCOMPARE(file.parent_path().parent_path(), dir.path());
+            names << QString::fromStdString(file.filename().string());
+        }
+        QVERIFY2(QRegularExpression("^" + calls[i].names + "$").match(names.join(',')).hasMatch(),
+                 qPrintable(names.join(',')));
+    }
+    QDBusConnection::sessionBus().unregisterObject(path);
+    QDBusConnection::disconnectFromBus("automation-client");
+}
+
+void AutomationTest::errorsAnswerTheFailedError() {
+    if (!QDBusConnection::sessionBus().isConnected()) {
+        QSKIP("no session bus: run under dbus-run-session for the calls over D-Bus");
+    }
+    TempDir dir;
+    IntentRunner runner(realWorker(), dir.path());
+    QObject exported;
+    AutomationBus automation(&exported, runner);
+    QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
+                                                        QDBusConnection::ExportAdaptors));
+    auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
+    QDBusInterface intents(QDBusConnection::sessionBus().baseService(), path, interface, client);
+    intents.setTimeout(longCallMilliseconds);
+    const QString missing = qpath(dir / "missing.pdf");
+    const QString one = qpath(corpus("001-trivial/minimal-document.pdf"));
+    const std::vector<std::pair<QDBusPendingCall, QString>> cases{
+        {intents.asyncCall("CompressPDF", QStringList{missing}, QString(), 0), "missing.pdf"},
+        {intents.asyncCall("CompressPDF", QStringList{one}, QString("Balanced"), 0),
+         "use highQuality, balanced, smallest or lossless"},
+        {intents.asyncCall("CleanPDF", QStringList{"relative.pdf"}), "not an absolute path"},
+    };
+    for (const auto& [call, text] : cases) {
+        QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), 60000);
+        QVERIFY(call.isError());
+        QCOMPARE(call.error().name(), QString::fromLatin1(AutomationBus::errorName));
+        QVERIFY2(call.error().message().contains(text), qPrintable(call.error().message()));
+    }
+    QDBusConnection::sessionBus().unregisterObject(path);
+    QDBusConnection::disconnectFromBus("automation-client");
+}
+
+void AutomationTest::backgroundInstanceQuitsWhenIdle() {
+    using namespace std::chrono_literals;
+    BackgroundLifetime idle(50ms);
+    QSignalSpy quit(&idle, &BackgroundLifetime::quitRequested);
+    QTRY_COMPARE(quit.count(), 1);
+
+    BackgroundLifetime working(50ms);
+    QSignalSpy workingQuit(&working, &BackgroundLifetime::quitRequested);
+    working.setBusy(true);
+    QTest::qWait(150);
+    QCOMPARE(workingQuit.count(), 0);
+    working.setBusy(false);
+    QTRY_COMPARE(workingQuit.count(), 1);
+
+    BackgroundLifetime shown(50ms);
+    QSignalSpy shownQuit(&shown, &BackgroundLifetime::quitRequested);
+    QObject window;
+    shown.watchWindow(&window);
+    QEvent show(QEvent::Show);
+    QCoreApplication::sendEvent(&window, &show);
+    shown.setBusy(true);
+    shown.setBusy(false);
+    QTest::qWait(150);
+    QCOMPARE(shownQuit.count(), 0);
+    QVERIFY(shown.hasOpenedWindow());
+}
+
+static RegisterSuite registered([] { return std::make_unique<AutomationTest>(); });
+
+#include "AutomationTest.moc"
