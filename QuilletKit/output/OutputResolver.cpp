@@ -108,6 +108,9 @@ Resolution resolve(const fs::path& input, const OutputRule& rule, PDFOperationKi
     auto candidate = outputFolder(input, rule) / name;
     bool exists = occupied(candidate);
     if (rule.replaceOriginal) {
+        // Asked to be replaced: an earlier free-name answer for it must not make the write
+        // exclusive.
+        FreeNames::release(candidate);
         return {candidate, exists && !part};
     }
     return {uniquify(candidate, now), false};
