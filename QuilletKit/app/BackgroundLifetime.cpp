@@ -41,7 +41,6 @@ bool BackgroundLifetime::eventFilter(QObject* watched, QEvent* event) {
 void BackgroundLifetime::windowOpened() {
     windowOpened_ = true;
     idle_.stop();
-    busWatch_.stop();
 }
 
 void BackgroundLifetime::setBusy(bool busy) {
@@ -54,7 +53,7 @@ void BackgroundLifetime::setBusy(bool busy) {
 }
 
 void BackgroundLifetime::checkBus() {
-    if (!windowOpened_ && !QDBusConnection::sessionBus().isConnected()) {
+    if (!QDBusConnection::sessionBus().isConnected()) {
         emit quitRequested();
     }
 }

@@ -1,7 +1,8 @@
 // How long an instance started only for automation stays: started by D-Bus activation, it shows
 // no window, and asks to quit `idleDelay` after its last work ends (or after its start, when no
-// work comes), and at once when the session bus goes away. Once a window has been shown it
-// never asks: the user decides when that instance ends.
+// work comes). Once a window has been shown the idle delay no longer applies: the user decides
+// when that instance ends. It asks at once, window or not, when the session bus that started it
+// goes away: nothing could reach it any more, and a new session starts an instance of its own.
 #pragma once
 
 #include <QObject>
