@@ -25,6 +25,7 @@ QStringList paths(const std::vector<fs::path>& files) {
 class IntentsAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.quillet.Quillet.Intents")
+    // clang-format off
     Q_CLASSINFO("D-Bus Introspection",
         "  <interface name=\"org.quillet.Quillet.Intents\">\n"
         "    <!-- Compress PDF: \"Compress FILES at QUALITY\". Answers the compressed copies. -->\n"
@@ -83,6 +84,7 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
         "    </method>\n"
         "  </interface>\n")
+    // clang-format on
 
   public:
     IntentsAdaptor(QObject* exported, IntentRunner& runner)
@@ -102,15 +104,13 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         return {};
     }
     QStringList SplitPDF(const QString& file, int everyN, const QDBusMessage& message) {
-        answer(message, [&] {
-            return Intent::split(AutomationBus::absolutePaths({file}).front(), everyN);
-        });
+        answer(message,
+               [&] { return Intent::split(AutomationBus::absolutePaths({file}).front(), everyN); });
         return {};
     }
     QStringList ConvertPDFToImages(const QString& file, int dpi, const QDBusMessage& message) {
-        answer(message, [&] {
-            return Intent::convert(AutomationBus::absolutePaths({file}).front(), dpi);
-        });
+        answer(message,
+               [&] { return Intent::convert(AutomationBus::absolutePaths({file}).front(), dpi); });
         return {};
     }
     QStringList CleanPDF(const QStringList& files, const QDBusMessage& message) {
@@ -126,7 +126,7 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         const QString error = QString::fromLatin1(AutomationBus::errorName);
         try {
             runner_.submit(make(), [message, error](const std::vector<fs::path>& outputs,
-                                                   std::exception_ptr failure) {
+                                                    std::exception_ptr failure) {
                 QDBusMessage reply = message.createReply(QVariant(paths(outputs)));
                 if (failure) {
                     try {
@@ -134,7 +134,8 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
                     } catch (const std::exception& e) {
                         reply = message.createErrorReply(error, QString::fromStdString(e.what()));
                     } catch (...) {
-                        reply = message.createErrorReply(error, AutomationBus::tr("Unknown error."));
+                        reply =
+                            message.createErrorReply(error, AutomationBus::tr("Unknown error."));
                     }
                 }
                 QDBusConnection::sessionBus().send(reply);
@@ -148,8 +149,7 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
     IntentRunner& runner_;
 };
 
-AutomationBus::AutomationBus(QObject* exported, IntentRunner& runner)
-    : runner_(runner) {
+AutomationBus::AutomationBus(QObject* exported, IntentRunner& runner) : runner_(runner) {
     new IntentsAdaptor(exported, runner);
 }
 

@@ -57,7 +57,8 @@ Intent Intent::clean(std::vector<fs::path> files) {
 
 IntentRunner::IntentRunner(QStringList workerCommand, fs::path temporaryFolder, QObject* parent)
     : QObject(parent), workerCommand_(std::move(workerCommand)),
-      temporaryFolder_(std::move(temporaryFolder)) {}
+      temporaryFolder_(std::move(temporaryFolder)) {
+}
 
 IntentRunner::~IntentRunner() {
     if (running_ != nullptr) {
@@ -84,8 +85,8 @@ std::vector<fs::path> IntentRunner::stage(const std::vector<fs::path>& files,
         fs::path copy = folder / file.filename();
         // Two received files of one name (a merge from two folders) must both stay.
         for (int n = 2; fs::exists(copy); ++n) {
-            copy = folder / (file.stem().string() + "-" + std::to_string(n) +
-                             file.extension().string());
+            copy = folder /
+                   (file.stem().string() + "-" + std::to_string(n) + file.extension().string());
         }
         fs::copy_file(file, copy);
         staged.push_back(copy);
@@ -155,16 +156,16 @@ void IntentRunner::pump() {
     waiting_.pop_front();
     auto outputs = std::make_shared<std::vector<fs::path>>();
     auto error = std::make_shared<std::exception_ptr>();
-    running_ = QThread::create([pending, outputs, error, command = workerCommand_,
-                                folder = temporaryFolder_] {
-        try {
-            *outputs = perform(pending->intent, folder, [&command](const TaskSpec& spec) {
-                return runInWorker(command, spec);
-            });
-        } catch (...) {
-            *error = std::current_exception();
-        }
-    });
+    running_ = QThread::create(
+        [pending, outputs, error, command = workerCommand_, folder = temporaryFolder_] {
+            try {
+                *outputs = perform(pending->intent, folder, [&command](const TaskSpec& spec) {
+                    return runInWorker(command, spec);
+                });
+            } catch (...) {
+                *error = std::current_exception();
+            }
+        });
     connect(running_, &QThread::finished, this, [this, pending, outputs, error] {
         running_->deleteLater();
         running_ = nullptr;

@@ -59,8 +59,7 @@ class IntentRunner : public QObject {
     /// Runs a spec to its end and answers its outputs; throws the job's error.
     using Execute = std::function<std::vector<std::filesystem::path>(const TaskSpec&)>;
     /// The outputs, or the error that ended the action.
-    using Done =
-        std::function<void(const std::vector<std::filesystem::path>&, std::exception_ptr)>;
+    using Done = std::function<void(const std::vector<std::filesystem::path>&, std::exception_ptr)>;
 
     /// Jobs run by `workerCommand` (TaskQueueService::defaultWorkerCommand in the app); work
     /// folders go under `temporaryFolder`, the system's when empty.
@@ -72,12 +71,12 @@ class IntentRunner : public QObject {
     static std::filesystem::path workDirectory(const std::string& name,
                                                const std::filesystem::path& temporaryFolder);
     /// Copies each file into `folder` under its file name; answers the copies in order.
-    static std::vector<std::filesystem::path>
-    stage(const std::vector<std::filesystem::path>& files, const std::filesystem::path& folder);
+    static std::vector<std::filesystem::path> stage(const std::vector<std::filesystem::path>& files,
+                                                    const std::filesystem::path& folder);
     /// The steps of every action, on the calling thread.
-    static std::vector<std::filesystem::path>
-    perform(const Intent& intent, const std::filesystem::path& temporaryFolder,
-            const Execute& execute);
+    static std::vector<std::filesystem::path> perform(const Intent& intent,
+                                                      const std::filesystem::path& temporaryFolder,
+                                                      const Execute& execute);
     /// Runs `spec` in a worker process started with `workerCommand`, waiting for its end.
     static std::vector<std::filesystem::path> runInWorker(const QStringList& workerCommand,
                                                           const TaskSpec& spec);

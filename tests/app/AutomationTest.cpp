@@ -83,8 +83,8 @@ void AutomationTest::compressBuildsItsSpec() {
     const auto source = samplePDF(dir, "report.pdf");
     Recorder recorder;
     const auto answers = IntentRunner::perform(
-        Intent::compress({source}, AutomationBus::quality(quality), targetSizeMB),
-        dir / "tmp", std::ref(recorder));
+        Intent::compress({source}, AutomationBus::quality(quality), targetSizeMB), dir / "tmp",
+        std::ref(recorder));
 
     QCOMPARE(recorder.specs.size(), 1u);
     const TaskSpec& spec = recorder.specs[0];
@@ -104,8 +104,10 @@ void AutomationTest::callsNeverShareAWorkFolder() {
     const auto a = samplePDF(dir, "a.pdf");
     const auto b = samplePDF(dir, "b.pdf");
     Recorder recorder;
-    const auto first = IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
-    const auto second = IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
+    const auto first =
+        IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
+    const auto second =
+        IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
     QCOMPARE(first.size(), 1u);
     QCOMPARE(second.size(), 1u);
     QVERIFY(first[0].parent_path() != second[0].parent_path());
@@ -123,7 +125,7 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
     QObject exported;
     AutomationBus automation(&exported, runner);
     QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
-                                                        QDBusConnection::ExportAdaptors));
+                                                         QDBusConnection::ExportAdaptors));
     // Through the daemon, as another program calls, from a connection of its own.
     auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
     const Caller intents{client};
@@ -138,7 +140,9 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
     };
     const std::vector<Call> calls{
         {"CleanPDF", {QStringList{one}}, "clean", "out-minimal-document-clean\\.pdf"},
-        {"SplitPDF", {four, 2}, "split",
+        {"SplitPDF",
+         {four, 2},
+         "split",
          "out-pdflatex-4-pages-part-part1\\.pdf,out-pdflatex-4-pages-part-part2\\.pdf"},
         {"MergePDFs", {QStringList{one, four}}, "merge", "out-merged-[0-9-]+\\.pdf"},
         {"ConvertPDFToImages", {one, 72}, "convert", "out-minimal-document-.*1\\.png"},
@@ -177,7 +181,7 @@ void AutomationTest::errorsAnswerTheFailedError() {
     QObject exported;
     AutomationBus automation(&exported, runner);
     QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
-                                                        QDBusConnection::ExportAdaptors));
+                                                         QDBusConnection::ExportAdaptors));
     auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
     const Caller intents{client};
     const QString missing = qpath(dir / "missing.pdf");
