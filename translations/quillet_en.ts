@@ -173,6 +173,26 @@
     </message>
 </context>
 <context>
+    <name>main</name>
+    <message>
+        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean or images.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose files, then compress, merge or clean them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start for the session bus only: no window until one is asked for.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean or images
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillet::AnalysisService</name>
     <message numerus="yes">
         <source>the analysis took longer than %n minute(s)</source>
@@ -198,6 +218,21 @@
     <name>quillet::AppModel</name>
     <message>
         <source>Choose PDFs or images</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>quillet::AutomationBus</name>
+    <message>
+        <source>Unknown error.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown quality &quot;%1&quot;; use highQuality, balanced, smallest or lossless.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an absolute path.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1046,6 +1081,13 @@
     </message>
 </context>
 <context>
+    <name>quillet::IntentRunner</name>
+    <message>
+        <source>The action was stopped before it finished.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillet::LoadedFilesModel</name>
     <message>
         <source>Analysing…</source>
@@ -1118,6 +1160,10 @@
     </message>
     <message>
         <source>A job is still running. Quitting stops it; jobs that wait are offered again at the next start.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose PDFs or images</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -168,6 +168,27 @@
     </message>
 </context>
 <context>
+    <name>main</name>
+    <message>
+        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean or images.</source>
+        <translation>对这些文件执行文件管理器中的操作：compress（压缩）、merge（合并）、convert（转换）、clean（清理）或 images（图像制作 PDF）。</translation>
+    </message>
+    <message>
+        <source>Choose files, then compress, merge or clean them.</source>
+        <translation>先选择文件，再压缩、合并或清理它们。</translation>
+    </message>
+    <message>
+        <source>Start for the session bus only: no window until one is asked for.</source>
+        <translation>仅为会话总线启动：在请求窗口之前不显示窗口。</translation>
+    </message>
+    <message>
+        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean or images
+</source>
+        <translation>quillet-app：未知操作“%1”；请使用 compress、merge、convert、clean 或 images
+</translation>
+    </message>
+</context>
+<context>
     <name>quillet::AnalysisService</name>
     <message numerus="yes">
         <source>the analysis took longer than %n minute(s)</source>
@@ -193,6 +214,21 @@
     <message>
         <source>Choose PDFs or images</source>
         <translation>选择 PDF 或图片</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::AutomationBus</name>
+    <message>
+        <source>Unknown error.</source>
+        <translation>未知错误。</translation>
+    </message>
+    <message>
+        <source>Unknown quality &quot;%1&quot;; use highQuality, balanced, smallest or lossless.</source>
+        <translation>未知的质量“%1”；请使用 highQuality、balanced、smallest 或 lossless。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an absolute path.</source>
+        <translation>“%1”不是绝对路径。</translation>
     </message>
 </context>
 <context>
@@ -1025,6 +1061,13 @@
     </message>
 </context>
 <context>
+    <name>quillet::IntentRunner</name>
+    <message>
+        <source>The action was stopped before it finished.</source>
+        <translation>操作在完成前被停止。</translation>
+    </message>
+</context>
+<context>
     <name>quillet::LoadedFilesModel</name>
     <message>
         <source>Analysing…</source>
@@ -1096,6 +1139,10 @@
     <message>
         <source>A job is still running. Quitting stops it; jobs that wait are offered again at the next start.</source>
         <translation>仍有任务正在运行。退出会中止该任务；排队中的任务会在下次启动时提示你继续。</translation>
+    </message>
+    <message>
+        <source>Choose PDFs or images</source>
+        <translation>选择 PDF 或图片</translation>
     </message>
 </context>
 <context>
