@@ -32,8 +32,9 @@ appstreamcli validate --no-net "$prefix/share/metainfo/$id.metainfo.xml" >/dev/n
 service=$prefix/share/dbus-1/services/$id.service
 grep -qx "Name=$id" "$service" || fail "service file names no $id"
 exec_line=$(grep '^Exec=' "$service" || true)
-[[ $exec_line == "Exec=$prefix/bin/quillet-app" ]] ||
-    fail "service file starts '${exec_line#Exec=}', not the installed $prefix/bin/quillet-app"
+# The installed program, started for activation (no window until one is asked for).
+[[ $exec_line == "Exec=$prefix/bin/quillet-app --gapplication-service" ]] ||
+    fail "service file starts '${exec_line#Exec=}', not the installed $prefix/bin/quillet-app --gapplication-service"
 
 [[ -f $prefix/share/icons/hicolor/scalable/apps/$id.svg ]] || fail "scalable icon missing"
 for size in 16 48 256 512; do
