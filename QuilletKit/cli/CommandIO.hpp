@@ -9,6 +9,9 @@ namespace quillet {
 struct CommandIO {
     std::ostream& out;
     std::ostream& err;
+    /// Draw progress bars on `err`: only when it is a terminal, so that a script capturing
+    /// standard error gets the "error: " line and nothing else.
+    bool drawProgress = false;
 };
 
 } // namespace quillet

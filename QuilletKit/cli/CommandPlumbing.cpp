@@ -22,7 +22,8 @@ void withOutputs(const std::vector<fs::path>& inputs, const std::optional<std::s
         body(inputs.front(), fs::path(*explicitOut));
         return;
     }
-    const auto operation = suffix == "compressed" ? PDFOperationKind::compress : PDFOperationKind::clean;
+    const auto operation =
+        suffix == "compressed" ? PDFOperationKind::compress : PDFOperationKind::clean;
     for (const auto& input : inputs) {
         if (replace) {
             body(input, input);
@@ -81,6 +82,12 @@ void printProgress(std::ostream& err, double fraction) {
         err << '\n';
     }
     err.flush();
+}
+
+void printProgress(const CommandIO& io, double fraction) {
+    if (io.drawProgress) {
+        printProgress(io.err, fraction);
+    }
 }
 
 } // namespace quillet

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/CLIArgs.hpp"
+#include "cli/CommandIO.hpp"
 
 #include <filesystem>
 #include <functional>
@@ -38,5 +39,7 @@ std::filesystem::path resolveSingleOutput(const CLIArgs& args,
 /// "\r  [████····] 37%": 24 cells, truncated fill and percentage, a line break at 1.0.
 /// `fraction` is expected in 0...1 and clamped to it.
 void printProgress(std::ostream& err, double fraction);
+/// The same on `io.err`, when `io` draws progress at all.
+void printProgress(const CommandIO& io, double fraction);
 
 } // namespace quillet

@@ -38,11 +38,11 @@ std::string compressionResultLine(const std::filesystem::path& input,
     if (outcome.status == CompressionOutcome::Status::alreadyOptimized) {
         return name + ": this PDF is already optimized — original kept\n";
     }
-    const double saving =
-        outcome.originalBytes < 1
-            ? 0.0
-            : static_cast<double>(std::max<std::int64_t>(0, outcome.originalBytes - outcome.resultBytes)) /
-                  static_cast<double>(outcome.originalBytes);
+    const double saving = outcome.originalBytes < 1
+                              ? 0.0
+                              : static_cast<double>(std::max<std::int64_t>(
+                                    0, outcome.originalBytes - outcome.resultBytes)) /
+                                    static_cast<double>(outcome.originalBytes);
     std::string line = name + ": " + formattedBytes(outcome.originalBytes, 2) + " → " +
                        formattedBytes(outcome.resultBytes, 2) + " (−" +
                        PercentFormat::string(saving, 1) + ") → " +
@@ -64,7 +64,7 @@ void runCompress(const Arguments& arguments, CommandIO& io) {
     double shown = 1.0;
     options.progress = [&io, &shown](double fraction) {
         shown = fraction;
-        printProgress(io.err, fraction);
+        printProgress(io, fraction);
     };
     withOutputs(inputs, args.value("o"), args.flag("replace"), "compressed",
                 [&](const std::filesystem::path& input, const std::filesystem::path& output) {
@@ -72,7 +72,7 @@ void runCompress(const Arguments& arguments, CommandIO& io) {
                     // Some paths stop reporting short of 1 (the lossless rewrite ends at 0.95):
                     // finish the bar so the result starts on a line of its own.
                     if (shown < 1.0) {
-                        printProgress(io.err, 1.0);
+                        printProgress(io, 1.0);
                     }
                     io.out << compressionResultLine(input, outcome);
                     io.out.flush();

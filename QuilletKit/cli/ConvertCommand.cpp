@@ -66,14 +66,14 @@ void runConvert(const Arguments& arguments, CommandIO& io) {
         double shown = 1.0;
         auto progress = [&io, &shown](double fraction) {
             shown = fraction;
-            printProgress(io.err, fraction);
+            printProgress(io, fraction);
         };
         const auto result =
             PDFImageEngine::pdfToImages(input, folder, input.stem().string(), format, dpi, pages,
                                         commandLineJPEGQuality, progress);
         // Skipped pages still advance the bar, but make sure the line is finished.
         if (shown < 1.0) {
-            printProgress(io.err, 1.0);
+            printProgress(io, 1.0);
         }
         io.out << input.filename().string() << ": " << result.files.size() << " × "
                << upperCased(rawValue(format)) << " @ " << dpi << " DPI → " << folder.string()

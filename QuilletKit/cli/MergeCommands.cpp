@@ -45,7 +45,7 @@ std::string sizeText(const fs::path& output) {
 int mergeTo(const std::vector<fs::path>& inputs, const fs::path& output,
             const ImageToPDFOptions& options, CommandIO& io) {
     return PDFMergeEngine::merge(inputs, output, options,
-                                 [&io](double fraction) { printProgress(io.err, fraction); });
+                                 [&io](double fraction) { printProgress(io, fraction); });
 }
 
 } // namespace

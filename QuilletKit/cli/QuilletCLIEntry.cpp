@@ -78,7 +78,7 @@ int QuilletCLIEntry::main(int argc, char** argv) {
     installInterruptHandler();
     std::ios::sync_with_stdio(true);
     std::vector<std::string> arguments(argv + 1, argv + argc);
-    CommandIO io{std::cout, std::cerr};
+    CommandIO io{std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1};
     const int status = run(arguments, io);
     std::cout.flush();
     std::cerr.flush();

@@ -88,8 +88,7 @@ void writeParts(PDFDocument& source, const SplitPlan& plan, const fs::path& inpu
         PDFSplitEngine::writeChunks(source, plan, partPath, [&](std::size_t index) {
             const fs::path output = partPath(index);
             lines.push_back(resultLine(output.filename().string(), plan[index], output));
-            printProgress(io.err,
-                          static_cast<double>(index + 1) / static_cast<double>(plan.size()));
+            printProgress(io, static_cast<double>(index + 1) / static_cast<double>(plan.size()));
         });
     } catch (...) {
         printLines();

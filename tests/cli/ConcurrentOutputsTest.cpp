@@ -58,6 +58,8 @@ TEST_P(RacingWriters, EachGetsItsOwnCompleteOutput) {
     for (auto& process : running) {
         const auto result = process.get();
         ASSERT_EQ(result.status, 0) << result.err;
+        // Standard error captured by a script: no progress bar frames, nothing at all.
+        EXPECT_EQ(result.err, "");
         reported.insert(reportedOutput(result.out));
     }
 
