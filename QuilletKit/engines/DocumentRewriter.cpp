@@ -206,6 +206,9 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
                                         const Progress& progress, const Cancelled& cancelled) {
     PDFDocument document = PDFDocumentEngine::openCG(input);
     const int count = document.pageCount();
+    if (count < 1) {
+        throw PDFCoreError::emptyDocument();
+    }
     const auto checkCancelled = [&] {
         if (cancelled && cancelled()) {
             throw CancellationError();

@@ -34,7 +34,8 @@ class DocumentRewriter {
 
     /// Rebuilds `input` into the existing file `output` (overwritten). Pages are rendered and
     /// encoded on all cores; `progress` sees (i + 1) / n for every page i in page order, on the
-    /// calling thread. Throws PDFCoreError (opening, writing) and CancellationError.
+    /// calling thread. `analysis` is read only when `raster` is set. Throws PDFCoreError (opening, a
+    /// document without pages, writing) and CancellationError.
     static RewriteDetail rewrite(const std::filesystem::path& input,
                                  const std::filesystem::path& output, const PDFAnalysis& analysis,
                                  std::optional<RasterSetting> raster, const Progress& progress,

@@ -130,7 +130,10 @@ CompressionOutcome PDFCompressionEngine::compress(const fs::path& input, const f
                                                   const CompressionOptions& options) {
     requireWritableFolder(output);
     const std::int64_t originalBytes = fileSize(input);
-    const PDFAnalysis analysis = PDFAnalysisEngine::analyze(input);
+    // Only the rasterizing tiers and the target search read the page analysis; a lossless
+    // rewrite does not, and skipping it halves the work on long documents.
+    const bool rasterizes = options.targetBytes || tierSetting(options.tier);
+    const PDFAnalysis analysis = rasterizes ? PDFAnalysisEngine::analyze(input) : PDFAnalysis{};
     if (options.targetBytes) {
         return compressToTarget(input, output, analysis, originalBytes, *options.targetBytes,
                                 options);

@@ -120,7 +120,8 @@ int PDFDocument::pageCount() const {
         return 0;
     }
     return translatingQPDFErrors(Kind::damaged, [&] {
-        return static_cast<int>(QPDFPageDocumentHelper(*storage_->qpdf).getAllPages().size());
+        // qpdf keeps its page list; a helper per page on every call made page(i) cost O(n).
+        return static_cast<int>(storage_->qpdf->getAllPages().size());
     });
 }
 

@@ -4,6 +4,7 @@
 #include "engines/PageRasterizer.hpp"
 #include "platform/PDFDocument.hpp"
 #include "platform/PDFRenderer.hpp"
+#include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
@@ -180,6 +181,16 @@ TEST_F(CompressionFixture, TextOnlyDocumentIsNeverRasterized) {
             EXPECT_EQ(result.outcome.note, "This PDF is already optimized.");
             EXPECT_EQ(result.outcome.resultBytes, result.outcome.originalBytes);
         }
+    }
+}
+
+TEST_F(CompressionFixture, DocumentWithoutPagesFailsOnEveryTierAndWritesNothing) {
+    const auto input = PDFBuilder().write(dir_ / "no-pages.pdf");
+    for (auto t : {CompressionQualityTier::lossless, CompressionQualityTier::balanced}) {
+        const auto output = dir_ / "no-pages-out.pdf";
+        EXPECT_EQ(test::caughtCase([&] { PDFCompressionEngine::compress(input, output, tier(t)); }),
+                  PDFCoreError::Case::emptyDocument);
+        EXPECT_FALSE(fs::exists(output));
     }
 }
 
