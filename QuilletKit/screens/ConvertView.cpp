@@ -29,24 +29,6 @@ QString pagesExample() {
     return QStringLiteral("1-3, 8");
 }
 
-QLabel* note(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setWordWrap(true);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    return label;
-}
-
-QFormLayout* form(QWidget* page) {
-    auto* layout = new QFormLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setHorizontalSpacing(12);
-    layout->setVerticalSpacing(8);
-    // Only what asks to grow does: the notes take the width, the fields keep theirs.
-    layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    return layout;
-}
-
 } // namespace
 
 ConvertView::ConvertView(const ScreenContext& context, QWidget* parent)
@@ -100,7 +82,7 @@ ConvertView::ConvertView(const ScreenContext& context, QWidget* parent)
 
 QWidget* ConvertView::buildToImages() {
     auto* page = new QWidget(this);
-    QFormLayout* layout = form(page);
+    QFormLayout* layout = formLayout(page);
     format_ = new QComboBox(page);
     format_->setObjectName(QStringLiteral("format"));
     for (const auto format : {ImageOutputFormat::png, ImageOutputFormat::jpeg,
@@ -140,17 +122,18 @@ QWidget* ConvertView::buildToImages() {
     layout->addRow(tr("Resolution:"), dpi_);
     layout->addRow(tr("Pages:"), selection_);
     layout->addRow(tr("Quality:"), qualityRow);
-    layout->addRow(QString(), note(tr("The images of each PDF go into a folder beside it, named "
-                                      "after it."),
-                                   page));
+    layout->addRow(QString(),
+                   noteLabel(tr("The images of each PDF go into a folder beside it, named "
+                                "after it."),
+                             page));
     format_->setAccessibleName(tr("Format"));
     dpi_->setAccessibleName(tr("Resolution"));
     selection_->setAccessibleName(tr("Pages"));
     quality_->setAccessibleName(tr("Quality"));
 
     const auto qualityShown = [this] {
-        const auto format = fromRawValue<ImageOutputFormat>(
-            format_->currentData().toString().toStdString());
+        const auto format =
+            fromRawValue<ImageOutputFormat>(format_->currentData().toString().toStdString());
         const bool takesQuality = format && supportsQuality(*format);
         quality_->setEnabled(takesQuality);
         qualityValue_->setEnabled(takesQuality);
@@ -166,7 +149,7 @@ QWidget* ConvertView::buildToImages() {
 
 QWidget* ConvertView::buildToPDF() {
     auto* page = new QWidget(this);
-    QFormLayout* layout = form(page);
+    QFormLayout* layout = formLayout(page);
     pageSize_ = new QComboBox(page);
     pageSize_->setObjectName(QStringLiteral("pageSize"));
     pageSize_->addItem(tr("Size of each image"), QStringLiteral("original"));
@@ -186,9 +169,10 @@ QWidget* ConvertView::buildToPDF() {
     layout->addRow(tr("Page size:"), pageSize_);
     layout->addRow(tr("Placement:"), fit_);
     layout->addRow(tr("Margin:"), margin_);
-    layout->addRow(QString(), note(tr("The images become the pages of one PDF, in the order they "
-                                      "were loaded."),
-                                   page));
+    layout->addRow(QString(),
+                   noteLabel(tr("The images become the pages of one PDF, in the order they "
+                                "were loaded."),
+                             page));
     pageSize_->setAccessibleName(tr("Page size"));
     fit_->setAccessibleName(tr("Placement"));
     margin_->setAccessibleName(tr("Margin"));
@@ -228,8 +212,8 @@ OperationParameters ConvertView::parameters() const {
 
 void ConvertView::filesChanged() {
     // Images alone can only become a PDF; a PDF among the files means its pages are wanted.
-    const bool imagesOnly =
-        ScreenFiles::pdfs(context_.model()).isEmpty() && !ScreenFiles::images(context_.model()).isEmpty();
+    const bool imagesOnly = ScreenFiles::pdfs(context_.model()).isEmpty() &&
+                            !ScreenFiles::images(context_.model()).isEmpty();
     setDirection(imagesOnly ? Direction::toPDF : Direction::toImages);
     refresh();
 }
@@ -269,11 +253,10 @@ void ConvertView::refresh() {
                             : tr("%n PDF(s) into images.", nullptr, int(inputs.size()))};
     if (!toPDF && inputs.size() == 1) {
         if (const PDFAnalysis* analysis = model.analysis(inputs.front())) {
-            const auto selection = PageSelection::read(selection_->text(), analysis->pageCount,
-                                                       true, pagesExample());
-            const int count = selection.ranges.empty()
-                                  ? analysis->pageCount
-                                  : static_cast<int>(selection.pages().size());
+            const auto selection =
+                PageSelection::read(selection_->text(), analysis->pageCount, true, pagesExample());
+            const int count = selection.ranges.empty() ? analysis->pageCount
+                                                       : static_cast<int>(selection.pages().size());
             lines = QStringList{tr("%n page(s) into images.", nullptr, count)};
             if (!selection.warning.isEmpty()) {
                 lines << selection.warning;

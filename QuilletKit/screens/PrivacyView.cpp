@@ -47,8 +47,7 @@ QList<PresetText> presetTexts() {
 
 QString date(const std::chrono::system_clock::time_point& time) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time.time_since_epoch());
-    return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds.count()),
-                              QLocale::ShortFormat);
+    return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds.count()), QLocale::ShortFormat);
 }
 
 /// The personal details of `metadata` that are present, as (name, value) pairs.
@@ -79,24 +78,6 @@ QLineEdit* passwordField(const QString& name, QWidget* parent) {
     field->setMinimumWidth(240);
     field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return field;
-}
-
-QFormLayout* form(QWidget* page) {
-    auto* layout = new QFormLayout(page);
-    layout->setContentsMargins(12, 12, 12, 12);
-    layout->setHorizontalSpacing(12);
-    layout->setVerticalSpacing(8);
-    // Only what asks to grow does: the notes take the width, the fields keep theirs.
-    layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    return layout;
-}
-
-QLabel* note(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setWordWrap(true);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    return label;
 }
 
 } // namespace
@@ -160,9 +141,10 @@ QWidget* PrivacyView::buildClean() {
     int row = 0;
     for (const PresetText& text : presetTexts()) {
         // A button reads "&" as the mark of its shortcut key.
-        auto* radio = new QRadioButton(QString(text.label).replace(QLatin1Char('&'), QStringLiteral("&&")), page);
-        radio->setObjectName(
-            QStringLiteral("preset-%1").arg(QString::fromStdString(std::string(rawValue(text.preset)))));
+        auto* radio = new QRadioButton(
+            QString(text.label).replace(QLatin1Char('&'), QStringLiteral("&&")), page);
+        radio->setObjectName(QStringLiteral("preset-%1")
+                                 .arg(QString::fromStdString(std::string(rawValue(text.preset)))));
         radio->setAccessibleDescription(text.line);
         presets_->addButton(radio, static_cast<int>(text.preset));
         grid->addWidget(radio, row, 0, Qt::AlignTop);
@@ -189,7 +171,7 @@ QWidget* PrivacyView::buildClean() {
 
 QWidget* PrivacyView::buildProtect() {
     auto* page = new QWidget(this);
-    QFormLayout* layout = form(page);
+    QFormLayout* layout = formLayout(page, 12);
     password_ = passwordField(tr("Open password"), page);
     password_->setObjectName(QStringLiteral("password"));
     repeat_ = passwordField(tr("Repeat the open password"), page);
@@ -199,11 +181,12 @@ QWidget* PrivacyView::buildProtect() {
     layout->addRow(tr("Open password:"), password_);
     layout->addRow(tr("Repeat:"), repeat_);
     layout->addRow(tr("Owner password:"), owner_);
-    layout->addRow(QString(),
-                   note(tr("The file is encrypted with AES-256; it opens only with the open "
-                           "password. Without an owner password, the open password is used for "
-                           "both."),
-                        page));
+    layout->addRow(
+        QString(),
+        noteLabel(tr("The file is encrypted with AES-256; it opens only with the open "
+                     "password. Without an owner password, the open password is used for "
+                     "both."),
+                  page));
     for (QLineEdit* field : {password_, repeat_, owner_}) {
         connect(field, &QLineEdit::textChanged, this, &PrivacyView::refresh);
     }
@@ -212,13 +195,14 @@ QWidget* PrivacyView::buildProtect() {
 
 QWidget* PrivacyView::buildRemovePassword() {
     auto* page = new QWidget(this);
-    QFormLayout* layout = form(page);
+    QFormLayout* layout = formLayout(page, 12);
     current_ = passwordField(tr("Current password"), page);
     current_->setObjectName(QStringLiteral("current"));
     layout->addRow(tr("Current password:"), current_);
-    layout->addRow(QString(), note(tr("Writes a copy that opens without a password; the document "
-                                      "details are kept."),
-                                   page));
+    layout->addRow(QString(),
+                   noteLabel(tr("Writes a copy that opens without a password; the document "
+                                "details are kept."),
+                             page));
     connect(current_, &QLineEdit::textChanged, this, &PrivacyView::refresh);
     return page;
 }
@@ -247,9 +231,9 @@ void PrivacyView::refreshMetadata() {
         file->setToolTip(0, path);
         if (const PDFAnalysis* analysis = model.analysis(path)) {
             const auto details = personalDetails(analysis->metadata);
-            file->setText(1, details.isEmpty() ? tr("nothing personal found")
-                                               : tr("%n detail(s)", nullptr,
-                                                    static_cast<int>(details.size())));
+            file->setText(1, details.isEmpty()
+                                 ? tr("nothing personal found")
+                                 : tr("%n detail(s)", nullptr, static_cast<int>(details.size())));
             for (const auto& [name, value] : details) {
                 auto* item = new QTreeWidgetItem(file, {name, value});
                 item->setToolTip(1, value);
@@ -302,8 +286,8 @@ void PrivacyView::refresh() {
     QString text = pdfs == 0 ? tr("Drop PDFs above.")
                              : tr("%n PDF(s) loaded.", nullptr, static_cast<int>(pdfs));
     if (const auto others = model.files().size() - pdfs; pdfs > 0 && others > 0) {
-        text += QLatin1Char(' ') + tr("%n other file(s) are left out.", nullptr,
-                                      static_cast<int>(others));
+        text += QLatin1Char(' ') +
+                tr("%n other file(s) are left out.", nullptr, static_cast<int>(others));
     }
     bar_->showNote(text);
 }
@@ -334,8 +318,8 @@ void PrivacyView::runTask() {
         current_->clear();
         break;
     }
-    bar_->showNote(tr("%n PDF(s) queued: follow them in the queue.", nullptr,
-                      static_cast<int>(pdfs.size())));
+    bar_->showNote(
+        tr("%n PDF(s) queued: follow them in the queue.", nullptr, static_cast<int>(pdfs.size())));
 }
 
 void PrivacyView::showEvent(QShowEvent* event) {

@@ -1,5 +1,7 @@
 #include "screens/ScreenParts.hpp"
 
+#include <QFormLayout>
+
 #include "app/AppModel.hpp"
 #include "platform/FileTypes.hpp"
 #include "screens/Components.hpp"
@@ -129,6 +131,24 @@ std::vector<int> PageSelection::pages() const {
     std::sort(pages.begin(), pages.end());
     pages.erase(std::unique(pages.begin(), pages.end()), pages.end());
     return pages;
+}
+
+QLabel* noteLabel(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setWordWrap(true);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    return label;
+}
+
+QFormLayout* formLayout(QWidget* page, int margin) {
+    auto* layout = new QFormLayout(page);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setHorizontalSpacing(12);
+    layout->setVerticalSpacing(8);
+    // Only what asks to grow does: the notes take the width, the fields keep theirs.
+    layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    return layout;
 }
 
 namespace ScreenFiles {

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+class QFormLayout;
 class QLabel;
 class QPushButton;
 
@@ -66,6 +67,11 @@ struct PageSelection {
     /// The distinct pages selected, ascending (zero-based).
     std::vector<int> pages() const;
 };
+
+/// A quiet explanatory line: wrapped, in the placeholder colour, as wide as it may grow.
+QLabel* noteLabel(const QString& text, QWidget* parent);
+/// A form on `page` whose notes take the width while its fields keep theirs.
+QFormLayout* formLayout(QWidget* page, int margin = 0);
 
 namespace ScreenFiles {
 
