@@ -158,6 +158,86 @@ CompressionOutcome PDFCompressionEngine::compressWithProfile(const fs::path& inp
     return keep(candidate, output, originalBytes, detail);
 }
 
+void PDFCompressionEngine::refineBetweenRungs(
+    const fs::path& input, const PDFAnalysis& analysis, std::int64_t targetBytes,
+    const CompressionOptions& options, int keptRung, int attempts,
+    const std::array<std::int64_t, ladder.size()>& measured, std::int64_t refRaster,
+    std::int64_t vectorParts, std::optional<TemporaryFile>& candidate, RewriteDetail& kept) {
+    const auto target = static_cast<double>(targetBytes);
+    if (!candidate || kept.bytes <= 0 || kept.bytes > targetBytes || kept.bytes >= target * 0.85 ||
+        keptRung == 0) {
+        return;
+    }
+    // The nearest rung above that overshoots: by its measured size, or by its prediction scaled
+    // by how far the kept rung's prediction was off. Between it and the kept rung lies the target.
+    const auto keptPrediction = predictForRung(keptRung, refRaster, vectorParts);
+    const double factor =
+        keptPrediction > 0 ? static_cast<double>(kept.bytes) / static_cast<double>(keptPrediction) : 1.0;
+    int above = -1;
+    double aboveBytes = 0;
+    for (int r = keptRung - 1; r >= 0 && above < 0; --r) {
+        const auto known = measured[static_cast<std::size_t>(r)];
+        const double bytes = known > 0 ? static_cast<double>(known)
+                                       : factor * static_cast<double>(predictForRung(r, refRaster, vectorParts));
+        if (bytes > target) {
+            above = r;
+            aboveBytes = bytes;
+        }
+    }
+    if (above < 0) {
+        return;
+    }
+
+    // Sizes grow with the square of the resolution and steadily with quality, so the log of the
+    // size is close to linear along a path that is linear in log DPI and in quality.
+    struct Point {
+        double logDpi;
+        double quality;
+        double logBytes;
+    };
+    const auto point = [](const RasterSetting& setting, double bytes) {
+        return Point{std::log(static_cast<double>(setting.dpi)), setting.quality, std::log(bytes)};
+    };
+    Point low = point(ladder[static_cast<std::size_t>(keptRung)], static_cast<double>(kept.bytes));
+    Point high = point(ladder[static_cast<std::size_t>(above)], aboveBytes);
+    const double aim = std::log(target * 0.94);
+
+    constexpr int rebuilds = 2;
+    const double start = 0.35 + 0.25 * attempts;
+    const double span = std::max(0.0, 1.0 - start) / rebuilds;
+    for (int step = 0; step < rebuilds; ++step) {
+        if (options.isCancelled && options.isCancelled()) {
+            throw CancellationError();
+        }
+        const double rise = high.logBytes - low.logBytes;
+        const double t = std::clamp(rise > 0 ? (aim - low.logBytes) / rise : 0.5, 0.1, 0.9);
+        const RasterSetting setting{
+            static_cast<int>(std::lround(std::exp(low.logDpi + t * (high.logDpi - low.logDpi)))),
+            low.quality + t * (high.quality - low.quality)};
+        TemporaryFile file = temporaryCandidate();
+        const auto detail = DocumentRewriter::rewrite(input, file.path(), analysis, setting,
+                                                      mapped(options, start + span * step, span),
+                                                      options.isCancelled);
+        if (detail.bytes <= 0) {
+            return;
+        }
+        const Point reached = point(setting, static_cast<double>(detail.bytes));
+        if (detail.bytes > targetBytes) {
+            high = reached;
+            continue;
+        }
+        if (detail.bytes > kept.bytes) {
+            candidate = std::move(file);
+            kept = detail;
+        }
+        // Close enough to the aim; a result just over 85% gets the second try.
+        if (detail.bytes >= target * 0.9) {
+            return;
+        }
+        low = reached;
+    }
+}
+
 CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
                                                           const fs::path& output,
                                                           const PDFAnalysis& analysis,
@@ -199,6 +279,9 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     RewriteDetail kept;
     int previousRung = rung;
     std::int64_t previousBytes = 0;
+    int keptRung = rung;
+    int attempts = 0;
+    std::array<std::int64_t, ladder.size()> measured{}; // bytes per rung, 0 when not built
     for (int attempt = 0; attempt < 3; ++attempt) {
         if (options.isCancelled && options.isCancelled()) {
             throw CancellationError();
@@ -209,6 +292,9 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
             mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled);
         candidate = std::move(file); // the previous candidate's file goes here
         kept = detail;
+        keptRung = rung;
+        ++attempts;
+        measured[static_cast<std::size_t>(rung)] = detail.bytes;
 
         int next = rung;
         if (detail.bytes > 0) {
@@ -230,6 +316,8 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     if (!candidate) {
         throw PDFCoreError::writeFailed("compression produced no output");
     }
+    refineBetweenRungs(input, analysis, targetBytes, options, keptRung, attempts, measured,
+                       refRaster, vectorParts, candidate, kept);
     if (kept.bytes >= originalBytes) {
         return notKept(originalBytes, alreadyOptimizedNote);
     }

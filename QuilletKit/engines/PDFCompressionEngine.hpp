@@ -1,7 +1,8 @@
 // Makes a PDF smaller: by a quality tier (image-dominated pages replaced by one image each at
 // the tier's resolution and quality), losslessly (the document rewritten with object streams
 // and recompressed streams, no page touched), or under a target size (a calibrated search over a
-// ladder of nine resolution/quality rungs: one probe and at most three rebuilds).
+// ladder of nine resolution/quality rungs: one probe and at most three rebuilds, then at most two
+// more between two rungs that straddle the target).
 //
 // The input is never modified. Every candidate is written to a "quillet-<UUID>.pdf" file in the
 // system temporary folder; the kept one is validated and then moved onto `output` in one rename
@@ -12,6 +13,7 @@
 
 #include "engines/CompressionTypes.hpp"
 #include "engines/DocumentRewriter.hpp"
+#include "platform/TemporaryFile.hpp"
 
 #include <array>
 #include <filesystem>
@@ -66,6 +68,15 @@ class PDFCompressionEngine {
                                                std::int64_t originalBytes,
                                                std::int64_t targetBytes,
                                                const CompressionOptions& options);
+    /// When the kept result of the rung search is under 85% of the target and a rung above it
+    /// overshoots, rebuilds at most twice at settings between the two and makes the largest
+    /// result that fits the candidate.
+    static void refineBetweenRungs(const std::filesystem::path& input, const PDFAnalysis& analysis,
+                                   std::int64_t targetBytes, const CompressionOptions& options,
+                                   int keptRung, int attempts,
+                                   const std::array<std::int64_t, ladder.size()>& measured,
+                                   std::int64_t refRaster, std::int64_t vectorParts,
+                                   std::optional<TemporaryFile>& candidate, RewriteDetail& kept);
 };
 
 } // namespace quillet

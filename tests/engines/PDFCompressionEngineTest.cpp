@@ -1,3 +1,4 @@
+#include "engines/DocumentRewriter.hpp"
 #include "engines/PDFAnalysisEngine.hpp"
 #include "engines/PDFCompressionEngine.hpp"
 #include "engines/PDFCoreError.hpp"
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 
 namespace quillet {
 namespace {
@@ -290,6 +292,38 @@ TEST_F(CompressionFixture, TargetSizeOutcomes) {
     ASSERT_FALSE(seen.empty());
     EXPECT_EQ(seen.front(), 0.02);
     EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+}
+
+// Rungs 2 and 3 straddle a target at 90% of rung 2 with no rung between 85% and 100% of it; the
+// result still lands there.
+TEST_F(CompressionFixture, TargetBetweenTwoRungsIsReached) {
+    // Three pages of the thesis scanned at 300 DPI, stored as JPEG as a scanner stores them.
+    const fs::path source = fs::path(__FILE__).parent_path().parent_path().parent_path();
+    const auto pages = dir_ / "page";
+    const auto input = dir_ / "scan.pdf";
+    const std::string make =
+        "pdftoppm -r 300 -jpeg -jpegopt quality=95 -f 5 -l 7 '" +
+        test::corpus("009-pdflatex-geotopo/GeoTopo-komprimiert.pdf").string() + "' '" +
+        pages.string() + "' && python3 '" + (source / "bench" / "make-scan.py").string() + "' '" +
+        input.string() + "' --dpi 300 '" + pages.string() + "'-*.jpg";
+    ASSERT_EQ(std::system(make.c_str()), 0);
+
+    const auto analysis = PDFAnalysisEngine::analyze(input);
+    const auto rungBytes = [&](std::size_t rung) {
+        const auto file = dir_ / ("rung-" + std::to_string(rung) + ".pdf");
+        std::ofstream{file};
+        return DocumentRewriter::rewrite(input, file, analysis, PDFCompressionEngine::ladder[rung],
+                                         {}, {}).bytes;
+    };
+    CompressionOptions options;
+    options.targetBytes = rungBytes(2) * 9 / 10;
+    const std::int64_t floor = *options.targetBytes * 85 / 100;
+    ASSERT_LT(rungBytes(3), floor);
+
+    const auto result = run(input, options);
+    EXPECT_EQ(result.outcome.status, CompressionOutcome::Status::compressed);
+    EXPECT_GE(result.outcome.resultBytes, floor);
+    EXPECT_LE(result.outcome.resultBytes, *options.targetBytes);
 }
 
 TEST_F(CompressionFixture, CancellationLeavesNoFileBehind) {
