@@ -86,17 +86,27 @@ Bitmap AreaResampler::resample(const std::uint8_t* pixels, int width, int height
     const Taps down = areaTaps(height, outHeight);
     const std::size_t outRow = static_cast<std::size_t>(outWidth) * bands;
 
-    // Horizontal pass: every input row shrunk to the output width.
-    std::vector<std::uint8_t> narrow(outRow * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y) {
-        const std::uint8_t* src = pixels + static_cast<std::size_t>(y) * width * bands;
-        std::uint8_t* dst = narrow.data() + static_cast<std::size_t>(y) * outRow;
-        if (bands == 3) {
-            shrinkRow<3>(src, dst, outWidth, across);
-        } else {
-            shrinkRow<1>(src, dst, outWidth, across);
+    // Horizontal pass on demand: an input row is shrunk to the output width when an output row
+    // first needs it and kept in a ring of as many rows as one output row reads (each output row
+    // reads consecutive input rows, and the first of them never moves back), instead of holding
+    // every input row shrunk at once.
+    const int ringRows = down.stride;
+    std::vector<std::uint8_t> ring(outRow * static_cast<std::size_t>(ringRows));
+    std::vector<int> held(static_cast<std::size_t>(ringRows), -1);
+    const auto narrowRow = [&](int y) -> const std::uint8_t* {
+        const auto slot = static_cast<std::size_t>(y % ringRows);
+        std::uint8_t* dst = ring.data() + slot * outRow;
+        if (held[slot] != y) {
+            const std::uint8_t* src = pixels + static_cast<std::size_t>(y) * width * bands;
+            if (bands == 3) {
+                shrinkRow<3>(src, dst, outWidth, across);
+            } else {
+                shrinkRow<1>(src, dst, outWidth, across);
+            }
+            held[slot] = y;
         }
-    }
+        return dst;
+    };
 
     // Vertical pass, row by row over contiguous bytes.
     Bitmap out(outWidth, outHeight, format);
@@ -105,7 +115,7 @@ Bitmap AreaResampler::resample(const std::uint8_t* pixels, int width, int height
         std::fill(sums.begin(), sums.end(), weightOne / 2);
         const auto* w = &down.weights[static_cast<std::size_t>(y) * down.stride];
         for (int k = 0; k < down.count[y]; ++k) {
-            const std::uint8_t* row = narrow.data() + static_cast<std::size_t>(down.first[y] + k) * outRow;
+            const std::uint8_t* row = narrowRow(down.first[y] + k);
             const std::uint32_t weight = w[k];
             for (std::size_t i = 0; i < outRow; ++i) {
                 sums[i] += weight * row[i];
