@@ -1,4 +1,4 @@
-// Automation actions: the spec each action builds, private work folders, real calls over the
+// Automation actions: the task each action builds, private work folders, real calls over the
 // session bus answered with the "out-" files or with the error, and the lifetime of an instance
 // started only for them.
 #include "app/AppTests.hpp"
@@ -26,7 +26,7 @@ constexpr int longCallMilliseconds = 10 * 60 * 1000;
 const QString path = QStringLiteral("/org/quillet/Quillet");
 const QString interface = QString::fromLatin1(AutomationBus::interfaceName);
 
-/// Runs nothing: keeps the spec and answers one file written beside the first input.
+/// Runs nothing: keeps the task and answers one file written beside the first input.
 struct Recorder {
     std::vector<TaskSpec> specs;
     std::vector<fs::path> operator()(const TaskSpec& spec) {
@@ -47,6 +47,26 @@ struct Caller {
         call.setArguments(arguments);
         return client.asyncCall(call, longCallMilliseconds);
     }
+};
+
+/// The interface exported on the test's session bus over a real runner, and a second
+/// connection that calls it as another program does. Unexported when it goes.
+struct ExportedIntents {
+    explicit ExportedIntents(const TempDir& dir)
+        : runner(realWorker(), dir.path()), automation(&exported, runner),
+          registered(QDBusConnection::sessionBus().registerObject(path, &exported,
+                                                                  QDBusConnection::ExportAdaptors)),
+          call{QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client")} {}
+    ~ExportedIntents() {
+        QDBusConnection::sessionBus().unregisterObject(path);
+        QDBusConnection::disconnectFromBus("automation-client");
+    }
+
+    IntentRunner runner;
+    QObject exported;
+    AutomationBus automation;
+    bool registered;
+    Caller call;
 };
 
 } // namespace
@@ -121,14 +141,10 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
         QSKIP("no session bus: run under dbus-run-session for the calls over D-Bus");
     }
     TempDir dir;
-    IntentRunner runner(realWorker(), dir.path());
-    QObject exported;
-    AutomationBus automation(&exported, runner);
-    QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
-                                                         QDBusConnection::ExportAdaptors));
     // Through the daemon, as another program calls, from a connection of its own.
-    auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
-    const Caller intents{client};
+    ExportedIntents bus(dir);
+    QVERIFY(bus.registered);
+    const Caller& intents = bus.call;
 
     const QString four = qpath(corpus("004-pdflatex-4-pages/pdflatex-4-pages.pdf"));
     const QString one = qpath(corpus("001-trivial/minimal-document.pdf"));
@@ -168,8 +184,6 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
         QVERIFY2(QRegularExpression("^" + calls[i].names + "$").match(names.join(',')).hasMatch(),
                  qPrintable(names.join(',')));
     }
-    QDBusConnection::sessionBus().unregisterObject(path);
-    QDBusConnection::disconnectFromBus("automation-client");
 }
 
 void AutomationTest::errorsAnswerTheFailedError() {
@@ -177,13 +191,9 @@ void AutomationTest::errorsAnswerTheFailedError() {
         QSKIP("no session bus: run under dbus-run-session for the calls over D-Bus");
     }
     TempDir dir;
-    IntentRunner runner(realWorker(), dir.path());
-    QObject exported;
-    AutomationBus automation(&exported, runner);
-    QVERIFY(QDBusConnection::sessionBus().registerObject(path, &exported,
-                                                         QDBusConnection::ExportAdaptors));
-    auto client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "automation-client");
-    const Caller intents{client};
+    ExportedIntents bus(dir);
+    QVERIFY(bus.registered);
+    const Caller& intents = bus.call;
     const QString missing = qpath(dir / "missing.pdf");
     const QString one = qpath(corpus("001-trivial/minimal-document.pdf"));
     const std::vector<std::pair<QDBusPendingCall, QString>> cases{
@@ -198,8 +208,6 @@ void AutomationTest::errorsAnswerTheFailedError() {
         QCOMPARE(call.error().name(), QString::fromLatin1(AutomationBus::errorName));
         QVERIFY2(call.error().message().contains(text), qPrintable(call.error().message()));
     }
-    QDBusConnection::sessionBus().unregisterObject(path);
-    QDBusConnection::disconnectFromBus("automation-client");
 }
 
 void AutomationTest::backgroundInstanceQuitsWhenIdle() {
