@@ -910,7 +910,7 @@
     <message numerus="yes">
         <source>%1 and %n more</source>
         <translation>
-            <numerusform>%1 等 %n 种</numerusform>
+            <numerusform>%1 及另外 %n 种</numerusform>
         </translation>
     </message>
     <message numerus="yes">
