@@ -4,6 +4,7 @@
 #include "app/Texts.hpp"
 #include "screens/BeforeAfterView.hpp"
 #include "screens/Components.hpp"
+#include "screens/ScreenParts.hpp"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -29,10 +30,6 @@ constexpr int targetChoice = 100; ///< the button id of "Under a size"
 constexpr std::int64_t kibibyte = 1024;
 constexpr std::int64_t mebibyte = 1024 * 1024;
 
-bool isPDF(const QString& path) {
-    return QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) == 0;
-}
-
 struct TierText {
     CompressionQualityTier tier;
     QString label;
@@ -50,11 +47,6 @@ QList<TierText> tierTexts() {
         {CompressionQualityTier::lossless, CompressView::tr("Lossless Optimize"),
          CompressView::tr("Nothing visible changes: only the file's structure is tightened.")},
     };
-}
-
-QString path(const std::string& url) {
-    const QUrl parsed(QString::fromStdString(url));
-    return parsed.isLocalFile() ? parsed.toLocalFile() : QString::fromStdString(url);
 }
 
 } // namespace
@@ -267,13 +259,7 @@ void CompressView::setTarget(std::int64_t bytes) {
 }
 
 QStringList CompressView::loadedPDFs() const {
-    QStringList pdfs;
-    for (const QString& file : context_.model().files()) {
-        if (isPDF(file)) {
-            pdfs << file;
-        }
-    }
-    return pdfs;
+    return ScreenFiles::pdfs(context_.model());
 }
 
 void CompressView::refreshFiles() {
@@ -360,7 +346,8 @@ void CompressView::queueChanged() {
         if (record.state == TaskState::completed && !record.inputURLs.empty() &&
             !record.outputURLs.empty()) {
             watchedJob_.reset();
-            showComparison(path(record.inputURLs.front()), path(record.outputURLs.front()));
+            showComparison(ScreenFiles::localPath(record.inputURLs.front()),
+                           ScreenFiles::localPath(record.outputURLs.front()));
         } else if (record.state == TaskState::failed || record.state == TaskState::cancelled) {
             watchedJob_.reset();
         }
