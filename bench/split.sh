@@ -9,7 +9,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
-"$root/scripts/build.sh" quillet
+[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
 corpus="$root/../shared/corpus"
 work=$(mktemp -d)

@@ -5,6 +5,9 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 ./scripts/install-deps.sh
+# Compiler cache keys relative to the checkout, so that a fresh clone elsewhere (as CI makes)
+# reuses what an earlier build compiled.
+export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1
 
 build_dir=${QUILLET_BUILD_DIR:-build}
 mkdir -p "$build_dir"

@@ -137,6 +137,32 @@ PDFDocument PDFDocumentEngine::openCG(const std::filesystem::path& url,
     return document;
 }
 
+namespace {
+
+PDFDocumentEngine::ValidationResult validated(const PDFDocument& document,
+                                              std::optional<int> expectedPageCount) {
+    const int pageCount = document.pageCount();
+    if (expectedPageCount && pageCount != *expectedPageCount) {
+        return {false,
+                fmt::format("Page count mismatch ({} vs {}).", pageCount, *expectedPageCount)};
+    }
+    if (pageCount > 0) {
+        std::optional<PDFRect> box;
+        try {
+            box = document.page(0).mediaBox();
+        } catch (const std::exception&) {
+            // A first page that cannot be fetched is let through; page presence is checked by
+            // the engines themselves.
+        }
+        if (box && !(box->width > 0 && box->height > 0)) {
+            return {false, "First page has invalid geometry."};
+        }
+    }
+    return {true, "OK"};
+}
+
+} // namespace
+
 PDFDocumentEngine::ValidationResult
 PDFDocumentEngine::validateOutput(const std::filesystem::path& url,
                                   std::optional<int> expectedPageCount) {
@@ -149,24 +175,21 @@ PDFDocumentEngine::validateOutput(const std::filesystem::path& url,
     } catch (const std::exception&) {
         return {false, "Could not re-open the generated PDF."};
     }
-    const int pageCount = document->pageCount();
-    if (expectedPageCount && pageCount != *expectedPageCount) {
-        return {false,
-                fmt::format("Page count mismatch ({} vs {}).", pageCount, *expectedPageCount)};
+    return validated(*document, expectedPageCount);
+}
+
+PDFDocumentEngine::ValidationResult
+PDFDocumentEngine::validateOutput(std::string bytes, std::optional<int> expectedPageCount) {
+    std::optional<PDFDocument> document;
+    try {
+        document.emplace(PDFDocument::open(std::move(bytes), "output"));
+    } catch (const std::exception&) {
+        return {false, "Could not re-open the generated PDF."};
     }
-    if (pageCount > 0) {
-        std::optional<PDFRect> box;
-        try {
-            box = document->page(0).mediaBox();
-        } catch (const std::exception&) {
-            // A first page that cannot be fetched is let through; page presence is checked by
-            // the engines themselves.
-        }
-        if (box && !(box->width > 0 && box->height > 0)) {
-            return {false, "First page has invalid geometry."};
-        }
+    if (document->isLocked()) {
+        return {false, "Could not re-open the generated PDF."};
     }
-    return {true, "OK"};
+    return validated(*document, expectedPageCount);
 }
 
 std::optional<std::string> PDFDocumentEngine::stringKey(QPDFObjectHandle dictionary,

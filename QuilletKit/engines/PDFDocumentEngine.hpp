@@ -54,6 +54,10 @@ class PDFDocumentEngine {
     static ValidationResult validateOutput(const std::filesystem::path& url,
                                            std::optional<int> expectedPageCount = {});
 
+    /// The same checks on an output still in memory (`bytes`, the whole file), for writers that
+    /// assemble a small file before putting it on disk.
+    static ValidationResult validateOutput(std::string bytes, std::optional<int> expectedPageCount);
+
     /// The information fields, looked up first in an /Info dictionary of the *catalog* (where
     /// some producers put it), then, for the fields still absent, in the trailer's Info
     /// dictionary. Empty texts and unparsable dates count as absent. A file that cannot be

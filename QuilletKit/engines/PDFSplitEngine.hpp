@@ -82,13 +82,15 @@ class PDFSplitEngine {
     using PartWritten = std::function<void(std::size_t index)>;
 
     /// Writes every chunk of `plan` as `writeChunk` would, to `destination(index)`, and calls
-    /// `written(index)` for 0, 1, 2, ... on the calling thread once that part is in place. Reading
-    /// a part back and moving it into place run on a second thread while the next part is built,
-    /// and the parts are flushed to disk together at the end rather than one by one, which is what
-    /// makes this faster than calling `writeChunk` in a loop. What a caller sees is the same: the
-    /// first failure (of a part, or thrown by a callback) ends the split with the parts before it
-    /// in place and nothing of the later ones left behind. `source` is read on the calling thread
-    /// only.
+    /// `written(index)` for 0, 1, 2, ... on the calling thread once that part is in place.
+    /// `destination` is asked for every part first, on the calling thread. Parts are built,
+    /// written and read back on several threads, each with its own reading of the source (opened
+    /// again from `source.path()` with `source.password()`; `source` itself is read by one of
+    /// them, and by no other thread meanwhile), and are flushed to disk together at the end rather
+    /// than one by one. What a caller sees is the same as from a loop of `writeChunk`: the first
+    /// failure (of a part, or thrown by a callback) ends the split with the parts before it in
+    /// place and nothing of the later ones left behind. A document without a path, or a plan of a
+    /// few parts, is written on the calling thread alone.
     static void writeChunks(PDFDocument& source, const SplitPlan& plan,
                             const PartDestination& destination, const PartWritten& written);
 

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include <qpdf/Pl_Buffer.hh>
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -16,6 +18,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
 #include <fstream>
 #include <functional>
 #include <optional>
@@ -383,17 +386,29 @@ TEST(SplitWriteChunks, StopsAtTheFirstFailureWithTheEarlierPartsInPlace) {
         std::vector<std::size_t> reported;
         std::optional<Case> failure;
     };
+    // Four parts are written on the calling thread; ten on several.
     const SplitPlan four{{0}, {1}, {2}, {3}};
+    const SplitPlan ten{{0}, {1}, {2}, {3}, {4}, {5}, {6}, {7}, {8}, {9}};
+    auto tenWithEmpty = ten;
+    tenWithEmpty[4] = {17, 19};
+    const auto upTo = [](std::size_t count) {
+        std::vector<std::size_t> indices(count);
+        std::iota(indices.begin(), indices.end(), 0);
+        return indices;
+    };
     std::vector<Row> rows{
-        {{four}, {0, 1, 2, 3}, std::nullopt},
+        {{four}, upTo(4), std::nullopt},
+        {{ten}, upTo(10), std::nullopt},
         {{four, 2}, {0, 1}, Case::writeFailed},
-        {{{{0}, {1}, {7, 9}, {3}}}, {0, 1}, Case::emptyDocument},
-        {{four, 99, 1}, {0}, Case::invalidInput},
+        {{ten, 6}, upTo(6), Case::writeFailed},
+        {{{{0}, {1}, {17, 19}, {3}}}, {0, 1}, Case::emptyDocument},
+        {{tenWithEmpty}, upTo(4), Case::emptyDocument},
+        {{ten, 99, 1}, {0}, Case::invalidInput},
         {{four, 3}, {0, 1, 2}, Case::writeFailed},
     };
     for (auto& row : rows) {
         TempDir dir;
-        auto source = PDFDocumentEngine::openUnlock(numberedPages(dir, 4), "");
+        auto source = PDFDocumentEngine::openUnlock(numberedPages(dir, 10), "");
         run(dir, source, row.run);
         EXPECT_EQ(row.run.reported, row.reported);
         EXPECT_EQ(row.run.failure, row.failure);
