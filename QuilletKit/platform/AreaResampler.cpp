@@ -78,6 +78,13 @@ void shrinkRow(const std::uint8_t* src, std::uint8_t* dst, int outWidth, const T
 
 Bitmap AreaResampler::resample(const std::uint8_t* pixels, int width, int height,
                                PixelFormat format, int outWidth, int outHeight) {
+    const auto rowBytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(format);
+    return resample([&](int y) { return pixels + static_cast<std::size_t>(y) * rowBytes; }, width,
+                    height, format, outWidth, outHeight);
+}
+
+Bitmap AreaResampler::resample(const RowSource& rows, int width, int height, PixelFormat format,
+                               int outWidth, int outHeight) {
     if (width < 1 || height < 1 || outWidth < 1 || outHeight < 1) {
         throw std::invalid_argument("resampling needs non-empty sizes");
     }
@@ -97,7 +104,7 @@ Bitmap AreaResampler::resample(const std::uint8_t* pixels, int width, int height
         const auto slot = static_cast<std::size_t>(y % ringRows);
         std::uint8_t* dst = ring.data() + slot * outRow;
         if (held[slot] != y) {
-            const std::uint8_t* src = pixels + static_cast<std::size_t>(y) * width * bands;
+            const std::uint8_t* src = rows(y);
             if (bands == 3) {
                 shrinkRow<3>(src, dst, outWidth, across);
             } else {

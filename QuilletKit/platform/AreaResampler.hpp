@@ -9,6 +9,7 @@
 #include "platform/Bitmap.hpp"
 
 #include <cstdint>
+#include <functional>
 
 namespace quillet {
 
@@ -19,6 +20,16 @@ class AreaResampler {
     /// Throws std::invalid_argument for empty sizes and std::length_error when the result
     /// cannot be held.
     static Bitmap resample(const std::uint8_t* pixels, int width, int height, PixelFormat format,
+                           int outWidth, int outHeight);
+
+    /// Input row `y` (width × bands bytes), valid until the next call. Rows are asked for in
+    /// ascending order, each at most once (enlarging may skip some), so a source can decode them
+    /// as they are asked for and hold one at a time. A source may throw to abandon the work.
+    using RowSource = std::function<const std::uint8_t*(int y)>;
+
+    /// The same from rows produced on demand: memory holds a few rows of the output's width
+    /// besides the output, never the whole input.
+    static Bitmap resample(const RowSource& rows, int width, int height, PixelFormat format,
                            int outWidth, int outHeight);
 };
 

@@ -4,18 +4,34 @@
 #include "platform/ImageIO.hpp"
 #include "platform/ScaledJPEGDecoder.hpp"
 
+#include <stdexcept>
+#include <vector>
+
 namespace quillet {
 
 std::optional<Bitmap> JPEGScaler::decodeScaled(std::span<const std::uint8_t> jpeg, int width,
                                                int height, PixelFormat format) noexcept {
     try {
-        const auto decoded =
-            ScaledJPEGDecoder::decode(jpeg, width, height, format == PixelFormat::gray);
-        if (!decoded) {
+        const auto decoder =
+            ScaledJPEGDecoder::open(jpeg, width, height, format == PixelFormat::gray);
+        if (!decoder) {
             return std::nullopt;
         }
-        return AreaResampler::resample(decoded->pixels.get(), decoded->width, decoded->height,
-                                       format, width, height);
+        // Rows go from the codec straight into the resampler: the decoded image is never held
+        // whole (a 300-DPI page would be 25 MB per page in flight).
+        std::vector<std::uint8_t> row(static_cast<std::size_t>(decoder->width()) *
+                                      static_cast<std::size_t>(decoder->bands()));
+        int decoded = 0;
+        const auto next = [&](int y) -> const std::uint8_t* {
+            for (; decoded <= y; ++decoded) {
+                if (!decoder->readRow(row.data())) {
+                    throw std::runtime_error("damaged JPEG data");
+                }
+            }
+            return row.data();
+        };
+        return AreaResampler::resample(next, decoder->width(), decoder->height(), format, width,
+                                       height);
     } catch (const std::exception&) {
         return std::nullopt;
     }
