@@ -1,32 +1,20 @@
 #!/usr/bin/env bash
-# Times `quillet split` (every page) against `qpdf --split-pages` on the same 300-page document
-# built from the shared corpus, prints the median of five runs of each and their ratio, and the
+# Times `quillet split` (every page) against `qpdf --split-pages` on the 311-page gnuplot manual
+# (Debian's gnuplot-doc, fetched by bench/manuals.sh), prints the median of five runs of each and their ratio, and the
 # peak memory of both on that document and on one three times as long (memory must not grow with
 # the page count).
 #
-#   bench/split.sh [PDF]     (default: the corpus's 117-page thesis twice and a mix of the other
-#                             corpus files, joined to 300 pages)
+#   bench/split.sh [PDF]     (default: the gnuplot manual)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
+source "$root/bench/manuals.sh"
 [[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
 quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
-corpus="$root/../shared/corpus"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-pdf=${1:-}
-if [[ -z "$pdf" ]]; then
-    thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
-    pdf="$work/book.pdf"
-    qpdf --empty --pages "$thesis" "$thesis" "$thesis" 1-41 \
-        "$corpus/006-pdflatex-outline/pdflatex-outline.pdf" \
-        "$corpus/004-pdflatex-4-pages/pdflatex-4-pages.pdf" \
-        "$corpus/007-imagemagick-images/imagemagick-images.pdf" \
-        "$corpus/015-arabic/habibi-rotated.pdf" \
-        "$corpus/026-latex-multicolumn/multicolumn.pdf" \
-        "$corpus/014-outlines/mistitled_outlines_example.pdf" -- "$pdf"
-fi
+pdf=${1:-$(manual gnuplot)}
 long="$work/long.pdf"
 qpdf --empty --pages "$pdf" "$pdf" "$pdf" -- "$long"
 pages() { pdfinfo "$1" | awk '/^Pages:/ {print $2}'; }
