@@ -34,6 +34,10 @@ void writeFile(const fs::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
+std::string bigEndian(std::uint32_t value) {
+    return {char(value >> 24), char(value >> 16), char(value >> 8), char(value)};
+}
+
 std::string zlibCompressed(const std::string& data) {
     uLongf size = compressBound(data.size());
     std::string out(size, '\0');
@@ -111,11 +115,8 @@ std::string flateBomb() {
     for (std::size_t i = 0; i < chunks; ++i) {
         inner += body;
     }
-    inner += std::string("\x03\x00", 2); // final empty fixed block
-    const std::uint32_t adler = ((chunk * chunks) % 65521) << 16 | 1;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        inner += static_cast<char>((adler >> shift) & 0xFF);
-    }
+    // A final empty fixed block, then the Adler-32 of the zeros.
+    inner += std::string("\x03\x00", 2) + bigEndian(((chunk * chunks) % 65521) << 16 | 1);
     return zlibCompressed(inner);
 }
 
@@ -130,28 +131,14 @@ std::string chainedFilters(int rounds) {
 }
 
 std::string pngChunk(const std::string& type, const std::string& data) {
-    std::string out;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        out += static_cast<char>((data.size() >> shift) & 0xFF);
-    }
     const auto typed = type + data;
     const auto crc = crc32(0, reinterpret_cast<const Bytef*>(typed.data()), typed.size());
-    out += typed;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        out += static_cast<char>((crc >> shift) & 0xFF);
-    }
-    return out;
+    return bigEndian(data.size()) + typed + bigEndian(crc);
 }
 
 // A gray PNG whose header claims `width` x `height` and whose data holds a 1 x 1 image.
 std::string png(std::uint32_t width, std::uint32_t height) {
-    std::string header;
-    for (auto value : {width, height}) {
-        for (int shift = 24; shift >= 0; shift -= 8) {
-            header += static_cast<char>((value >> shift) & 0xFF);
-        }
-    }
-    header += std::string("\x08\x00\x00\x00\x00", 5);
+    const auto header = bigEndian(width) + bigEndian(height) + std::string("\x08\0\0\0\0", 5);
     return "\x89PNG\r\n\x1a\n" + pngChunk("IHDR", header) +
            pngChunk("IDAT", zlibCompressed(std::string("\x00\x80", 2))) + pngChunk("IEND", "");
 }
@@ -446,7 +433,8 @@ TEST(HostileMessages, DecompressionBombSaysWhy) {
     const auto bomb = dir.write(
         "bomb.pdf", onePage(flateBomb(), "<< >>", {}, "/Filter [/FlateDecode /FlateDecode]"));
     for (const char* command : {"info", "compress", "split"}) {
-        const auto result = test::runProcess(QUILLET_BINARY, {command, bomb.string()}, {}, perRunTimeout);
+        const auto result =
+            test::runProcess(QUILLET_BINARY, {command, bomb.string()}, {}, perRunTimeout);
         EXPECT_EQ(result.status, 1) << command;
         EXPECT_EQ(result.err, "error: bomb.pdf is not processed: its streams expand to more than "
                               "256 MB when decoded.\n")

@@ -50,58 +50,43 @@ int darkPixels(const Bitmap& image, int x0, int y0, int x1, int y1) {
     return dark;
 }
 
-struct SelectionCase {
-    std::string text;
-    int pageCount;
-    std::vector<int> pages; // empty: "No pages matched" expected
-};
-
-class ImageEngineSelection : public testing::TestWithParam<SelectionCase> {};
-
-TEST_P(ImageEngineSelection, PagesOnceAscendingOrRefused) {
-    const auto& c = GetParam();
-    if (!c.pages.empty()) {
-        EXPECT_EQ(PDFImageEngine::selectedPages(c.text, c.pageCount), c.pages);
-        return;
+TEST(ImageEngineSelection, PagesOnceAscendingOrRefused) {
+    const struct {
+        std::string text;
+        int pageCount;
+        std::vector<int> pages;
+    } cases[] = {
+        // clang-format off
+        {"", 3, {0, 1, 2}}, {" \t ", 2, {0, 1}}, {"3,1,3", 5, {0, 2}}, {"99", 5, {4}},
+        {"0", 5, {0}}, {"10-8, 9", 10, {7, 8, 9}}, {"4-6;2 5", 10, {1, 3, 4, 5}},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(PDFImageEngine::selectedPages(c.text, c.pageCount), c.pages) << c.text;
     }
-    try {
-        PDFImageEngine::selectedPages(c.text, c.pageCount);
-        ADD_FAILURE() << "nothing selected, yet no error";
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
-        EXPECT_EQ(error.text(), "No pages matched \"" + c.text + "\".");
+    for (const std::string text : {"abc", " abc ", "-3, 5-", ",;"}) {
+        try {
+            PDFImageEngine::selectedPages(text, 5);
+            ADD_FAILURE() << "nothing selected by \"" << text << "\", yet no error";
+        } catch (const PDFCoreError& error) {
+            EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+            EXPECT_EQ(error.text(), "No pages matched \"" + text + "\".");
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, ImageEngineSelection,
-    testing::Values(SelectionCase{"", 3, {0, 1, 2}}, SelectionCase{" \t ", 2, {0, 1}},
-                    SelectionCase{"3,1,3", 5, {0, 2}}, SelectionCase{"99", 5, {4}},
-                    SelectionCase{"0", 5, {0}}, SelectionCase{"10-8, 9", 10, {7, 8, 9}},
-                    SelectionCase{"4-6;2 5", 10, {1, 3, 4, 5}}, SelectionCase{"abc", 5, {}},
-                    SelectionCase{" abc ", 5, {}}, SelectionCase{"-3, 5-", 5, {}},
-                    SelectionCase{",;", 5, {}}));
-
-struct NameCase {
-    int pageNumber;
-    int pageCount;
-    std::string expected;
-};
-
-class ImageEngineNames : public testing::TestWithParam<NameCase> {};
-
-TEST_P(ImageEngineNames, PaddedToTheDigitsOfThePageCount) {
-    const auto& c = GetParam();
-    EXPECT_EQ(PDFImageEngine::fileName("report", c.pageNumber, c.pageCount, "png"), c.expected);
+TEST(ImageEngineNames, PaddedToTheDigitsOfThePageCount) {
+    const struct {
+        int pageNumber;
+        int pageCount;
+        std::string expected;
+    } cases[] = {{1, 1, "report-page-01.png"},    {9, 9, "report-page-09.png"},
+                 {10, 99, "report-page-10.png"},  {7, 100, "report-page-007.png"},
+                 {1, 120, "report-page-001.png"}, {42, 10000, "report-page-00042.png"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(PDFImageEngine::fileName("report", c.pageNumber, c.pageCount, "png"), c.expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Widths, ImageEngineNames,
-                         testing::Values(NameCase{1, 1, "report-page-01.png"},
-                                         NameCase{9, 9, "report-page-09.png"},
-                                         NameCase{10, 99, "report-page-10.png"},
-                                         NameCase{7, 100, "report-page-007.png"},
-                                         NameCase{1, 120, "report-page-001.png"},
-                                         NameCase{42, 10000, "report-page-00042.png"}));
 
 // Files appear in page order even though several pages are in flight: whenever progress is
 // reported, exactly the pages before it are visible under their final names.
@@ -139,103 +124,85 @@ TEST(ImageEngineExport, ThreeDigitsForAHundredPages) {
     EXPECT_EQ(result.files[0].filename(), "doc-page-007.png");
 }
 
-struct SizeCase {
-    double width;
-    double height;
-    int dpi;
-    int pixelWidth;
-    int pixelHeight;
-};
-
-class ImageEngineSize : public testing::TestWithParam<SizeCase> {};
-
-TEST_P(ImageEngineSize, SidesTruncatedAtLeastOnePixel) {
-    const auto& c = GetParam();
-    TempDir dir;
-    PDFBuilder builder;
-    builder.addPage(c.width, c.height);
-    const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", c.dpi);
-    const auto image = ImageIO::decode(result.files.at(0));
-    ASSERT_TRUE(image.has_value());
-    EXPECT_EQ(image->width(), c.pixelWidth);
-    EXPECT_EQ(image->height(), c.pixelHeight);
+TEST(ImageEngineExport, SidesTruncatedAtLeastOnePixel) {
+    const struct {
+        double width, height;
+        int dpi;
+        int pixelWidth, pixelHeight;
+    } cases[] = {{612, 792, 144, 1224, 1584},
+                 {612, 792, 72, 612, 792},
+                 {595.276, 841.89, 150, 1240, 1753},
+                 {0.2, 0.2, 72, 1, 1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(fmt::format("{} x {} at {}", c.width, c.height, c.dpi));
+        TempDir dir;
+        PDFBuilder builder;
+        builder.addPage(c.width, c.height);
+        const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", c.dpi);
+        const auto image = ImageIO::decode(result.files.at(0));
+        ASSERT_TRUE(image.has_value());
+        EXPECT_EQ(image->width(), c.pixelWidth);
+        EXPECT_EQ(image->height(), c.pixelHeight);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Boxes, ImageEngineSize,
-                         testing::Values(SizeCase{612, 792, 144, 1224, 1584},
-                                         SizeCase{612, 792, 72, 612, 792},
-                                         SizeCase{595.276, 841.89, 150, 1240, 1753},
-                                         SizeCase{0.2, 0.2, 72, 1, 1}));
-
-struct FormatCase {
-    ImageOutputFormat format;
-    std::string extension;
-    std::size_t offset;
-    std::string magic;
-};
-
-class ImageEngineFormats : public testing::TestWithParam<FormatCase> {};
-
-TEST_P(ImageEngineFormats, ExtensionAndBytesOfTheFormat) {
-    const auto& c = GetParam();
-    TempDir dir;
-    const auto result = exportPages(numberedPages(dir, 1), dir / "out", "", 36, c.format);
-    ASSERT_EQ(result.files.size(), 1u);
-    EXPECT_EQ(result.files[0].filename(), "doc-page-01." + c.extension);
-    const std::string bytes = test::readFile(result.files[0]);
-    ASSERT_GT(bytes.size(), c.offset + c.magic.size());
-    EXPECT_EQ(bytes.substr(c.offset, c.magic.size()), c.magic);
-    const auto image = ImageIO::decode(result.files[0]);
-    ASSERT_TRUE(image.has_value());
-    EXPECT_EQ(image->width(), 306);
+TEST(ImageEngineExport, ExtensionAndBytesOfTheFormat) {
+    const struct {
+        ImageOutputFormat format;
+        std::string extension;
+        std::size_t offset;
+        std::string magic;
+    } cases[] = {{ImageOutputFormat::png, "png", 0, "\x89PNG\r\n\x1a\n"},
+                 {ImageOutputFormat::jpeg, "jpeg", 0, "\xff\xd8\xff"},
+                 {ImageOutputFormat::tiff, "tiff", 0, std::string("II*\0", 4)},
+                 {ImageOutputFormat::heic, "heic", 4, "ftypheic"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.extension);
+        TempDir dir;
+        const auto result = exportPages(numberedPages(dir, 1), dir / "out", "", 36, c.format);
+        ASSERT_EQ(result.files.size(), 1u);
+        EXPECT_EQ(result.files[0].filename(), "doc-page-01." + c.extension);
+        const std::string bytes = test::readFile(result.files[0]);
+        ASSERT_GT(bytes.size(), c.offset + c.magic.size());
+        EXPECT_EQ(bytes.substr(c.offset, c.magic.size()), c.magic);
+        const auto image = ImageIO::decode(result.files[0]);
+        ASSERT_TRUE(image.has_value());
+        EXPECT_EQ(image->width(), 306);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ImageEngineFormats,
-    testing::Values(FormatCase{ImageOutputFormat::png, "png", 0, "\x89PNG\r\n\x1a\n"},
-                    FormatCase{ImageOutputFormat::jpeg, "jpeg", 0, "\xff\xd8\xff"},
-                    FormatCase{ImageOutputFormat::tiff, "tiff", 0, std::string("II*\0", 4)},
-                    FormatCase{ImageOutputFormat::heic, "heic", 4, "ftypheic"}));
 
 // A mark in the box's lower-left corner: where it lands says how the page was placed.
-struct PlacementCase {
-    const char* name;
-    int rotation;
-    double originX;
-    double originY;
-    // Where the mark must appear in the 72-DPI image (pixels), and the image's size.
-    int markX0, markY0, markX1, markY1;
-    int width, height;
-};
-
-class ImageEnginePlacement : public testing::TestWithParam<PlacementCase> {};
-
-TEST_P(ImageEnginePlacement, ShownAsAViewerShowsIt) {
-    const auto& c = GetParam();
-    TempDir dir;
-    PDFBuilder builder;
-    builder.addPage()
-        .mediaBox(c.originX, c.originY, c.originX + 300, c.originY + 400)
-        .rotate(c.rotation)
-        .content(fmt::format("0 g {} {} 100 50 re f", c.originX, c.originY));
-    const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", 72);
-    const auto image = ImageIO::decode(result.files.at(0));
-    ASSERT_TRUE(image.has_value());
-    ASSERT_EQ(image->width(), c.width);
-    ASSERT_EQ(image->height(), c.height);
-    const int markArea = (c.markX1 - c.markX0) * (c.markY1 - c.markY0);
-    EXPECT_GT(darkPixels(*image, c.markX0, c.markY0, c.markX1, c.markY1), markArea * 9 / 10);
-    EXPECT_LT(darkPixels(*image, 0, 0, c.width, c.height), markArea * 11 / 10);
+TEST(ImageEngineExport, ShownAsAViewerShowsIt) {
+    const struct {
+        const char* name;
+        int rotation;
+        double originX, originY;
+        // Where the mark must appear in the 72-DPI image (pixels), and the image's size.
+        int markX0, markY0, markX1, markY1;
+        int width, height;
+    } cases[] = {{"upright", 0, 0, 0, 0, 350, 100, 400, 300, 400},
+                 {"shiftedBox", 0, 200, -100, 0, 350, 100, 400, 300, 400},
+                 {"quarterTurn", 90, 0, 0, 0, 0, 50, 100, 400, 300},
+                 {"halfTurn", 180, 0, 0, 200, 0, 300, 50, 300, 400},
+                 {"threeQuarters", 270, 0, 0, 350, 200, 400, 300, 400, 300}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempDir dir;
+        PDFBuilder builder;
+        builder.addPage()
+            .mediaBox(c.originX, c.originY, c.originX + 300, c.originY + 400)
+            .rotate(c.rotation)
+            .content(fmt::format("0 g {} {} 100 50 re f", c.originX, c.originY));
+        const auto result = exportPages(builder.write(dir / "doc.pdf"), dir / "out", "", 72);
+        const auto image = ImageIO::decode(result.files.at(0));
+        ASSERT_TRUE(image.has_value());
+        ASSERT_EQ(image->width(), c.width);
+        ASSERT_EQ(image->height(), c.height);
+        const int markArea = (c.markX1 - c.markX0) * (c.markY1 - c.markY0);
+        EXPECT_GT(darkPixels(*image, c.markX0, c.markY0, c.markX1, c.markY1), markArea * 9 / 10);
+        EXPECT_LT(darkPixels(*image, 0, 0, c.width, c.height), markArea * 11 / 10);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages, ImageEnginePlacement,
-    testing::Values(PlacementCase{"upright", 0, 0, 0, 0, 350, 100, 400, 300, 400},
-                    PlacementCase{"shiftedBox", 0, 200, -100, 0, 350, 100, 400, 300, 400},
-                    PlacementCase{"quarterTurn", 90, 0, 0, 0, 0, 50, 100, 400, 300},
-                    PlacementCase{"halfTurn", 180, 0, 0, 200, 0, 300, 50, 300, 400},
-                    PlacementCase{"threeQuarters", 270, 0, 0, 350, 200, 400, 300, 400, 300}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(ImageEngineExport, RotatedCorpusPagesMatchAnIndependentRenderer) {
     TempDir dir;
@@ -323,39 +290,34 @@ TEST(ImageEngineExport, CancelledAfterTheFirstPageKeepsItOnly) {
 }
 
 // The oversized page comes last, so an export that checked late would already have written.
-struct LimitCase {
-    double width;
-    double height;
-    int dpi;
-    std::string size;
-};
-
-class ImageEngineLimit : public testing::TestWithParam<LimitCase> {};
-
-TEST_P(ImageEngineLimit, RefusedWithAClearMessageAndNothingWritten) {
-    const auto& c = GetParam();
-    TempDir dir;
-    PDFBuilder builder;
-    builder.addPage(1, 1);
-    builder.addPage(c.width, c.height);
-    const auto input = builder.write(dir / "big.pdf");
-    try {
-        exportPages(input, dir / "out", "", c.dpi);
-        ADD_FAILURE() << "an oversized render was accepted";
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
-        const std::string message = error.what();
-        EXPECT_NE(message.find("big.pdf, page 2"), std::string::npos) << message;
-        EXPECT_NE(message.find(c.size), std::string::npos) << message;
-        EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
+TEST(ImageEngineErrors, OversizedRenderRefusedWithAClearMessageAndNothingWritten) {
+    const struct {
+        double width, height;
+        int dpi;
+        std::string size;
+    } cases[] = {{612, 792, 2100, "17850 x 23100"},
+                 {14400, 14400, 150, "30000 x 30000"},
+                 {14400, 1, 100000, "20000000 x 1388"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.size);
+        TempDir dir;
+        PDFBuilder builder;
+        builder.addPage(1, 1);
+        builder.addPage(c.width, c.height);
+        const auto input = builder.write(dir / "big.pdf");
+        try {
+            exportPages(input, dir / "out", "", c.dpi);
+            ADD_FAILURE() << "an oversized render was accepted";
+        } catch (const PDFCoreError& error) {
+            EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+            const std::string message = error.what();
+            EXPECT_NE(message.find("big.pdf, page 2"), std::string::npos) << message;
+            EXPECT_NE(message.find(c.size), std::string::npos) << message;
+            EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
+        }
+        EXPECT_TRUE(test::fileNames(dir / "out").empty());
     }
-    EXPECT_TRUE(test::fileNames(dir / "out").empty());
 }
-
-INSTANTIATE_TEST_SUITE_P(Pages, ImageEngineLimit,
-                         testing::Values(LimitCase{612, 792, 2100, "17850 x 23100"},
-                                         LimitCase{14400, 14400, 150, "30000 x 30000"},
-                                         LimitCase{14400, 1, 100000, "20000000 x 1388"}));
 
 TEST(ImageEngineErrors, OpeningAndArgumentFailures) {
     TempDir dir;

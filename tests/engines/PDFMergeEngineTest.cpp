@@ -68,79 +68,48 @@ struct Written {
     }
 };
 
-struct GeometryCase {
-    const char* name;
-    int width, height;
-    ImageToPDFOptions options;
-    PDFRect page, drawn;
-    std::optional<PDFRect> clip;
-};
-
-class MergeGeometry : public testing::TestWithParam<GeometryCase> {};
-
-TEST_P(MergeGeometry, PlacesTheUprightPicture) {
-    const auto& c = GetParam();
-    const auto placement = ImagePlacement::compute(c.width, c.height, c.options);
-    for (const auto& [got, want] :
-         {std::pair{placement.page, c.page}, {placement.drawn, c.drawn}}) {
-        EXPECT_NEAR(got.x, want.x, 0.01);
-        EXPECT_NEAR(got.y, want.y, 0.01);
-        EXPECT_NEAR(got.width, want.width, 0.01);
-        EXPECT_NEAR(got.height, want.height, 0.01);
+TEST(MergeGeometry, PlacesTheUprightPicture) {
+    const struct {
+        const char* name;
+        int width, height;
+        ImageToPDFOptions options;
+        PDFRect page, drawn;
+        std::optional<PDFRect> clip;
+    } cases[] = {
+        // clang-format off
+        {"A4Fit", 4000, 3000, {PageSize::a4, Fit::fit, 0, {}}, {0, 0, 595.28, 841.89},
+         {0, 197.715, 595.28, 446.46}, std::nullopt},
+        {"A4Fill", 4000, 3000, {PageSize::a4, Fit::fill, 0, {}}, {0, 0, 595.28, 841.89},
+         {-263.62, 0, 1122.52, 841.89}, PDFRect{0, 0, 595.28, 841.89}},
+        {"LetterFitMargin", 1000, 1000, {PageSize::letter, Fit::fit, 36, {}}, {0, 0, 612, 792},
+         {36, 126, 540, 540}, std::nullopt},
+        {"LegalFillMargin", 100, 200, {PageSize::legal, Fit::fill, 10, {}}, {0, 0, 612, 1008},
+         {10, -88, 592, 1184}, PDFRect{10, 10, 592, 988}},
+        {"MarginWiderThanPage", 10, 10, {PageSize::a4, Fit::fit, 400, {}},
+         {0, 0, 595.28, 841.89}, {400, 420.945, 0, 0}, std::nullopt},
+        {"OriginalIgnoresMarginAndFit", 300, 200,
+         {PageSize::original, Fit::fill, 50, RGBColor{1, 0, 0}}, {0, 0, 300, 200},
+         {0, 0, 300, 200}, std::nullopt},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto placement = ImagePlacement::compute(c.width, c.height, c.options);
+        for (const auto& [got, want] :
+             {std::pair{placement.page, c.page}, {placement.drawn, c.drawn}}) {
+            EXPECT_NEAR(got.x, want.x, 0.01);
+            EXPECT_NEAR(got.y, want.y, 0.01);
+            EXPECT_NEAR(got.width, want.width, 0.01);
+            EXPECT_NEAR(got.height, want.height, 0.01);
+        }
+        ASSERT_EQ(placement.clip.has_value(), c.clip.has_value());
+        if (c.clip) {
+            EXPECT_NEAR(placement.clip->width, c.clip->width, 0.01);
+            EXPECT_NEAR(placement.clip->x, c.clip->x, 0.01);
+        }
+        EXPECT_EQ(placement.paintsBackground, c.options.pageSize != PageSize::original);
     }
-    ASSERT_EQ(placement.clip.has_value(), c.clip.has_value());
-    if (c.clip) {
-        EXPECT_NEAR(placement.clip->width, c.clip->width, 0.01);
-        EXPECT_NEAR(placement.clip->x, c.clip->x, 0.01);
-    }
-    EXPECT_EQ(placement.paintsBackground, c.options.pageSize != PageSize::original);
 }
-
-INSTANTIATE_TEST_SUITE_P(Merge, MergeGeometry,
-                         testing::Values(GeometryCase{"A4Fit",
-                                                      4000,
-                                                      3000,
-                                                      {PageSize::a4, Fit::fit, 0, {}},
-                                                      {0, 0, 595.28, 841.89},
-                                                      {0, 197.715, 595.28, 446.46},
-                                                      std::nullopt},
-                                         GeometryCase{"A4Fill",
-                                                      4000,
-                                                      3000,
-                                                      {PageSize::a4, Fit::fill, 0, {}},
-                                                      {0, 0, 595.28, 841.89},
-                                                      {-263.62, 0, 1122.52, 841.89},
-                                                      PDFRect{0, 0, 595.28, 841.89}},
-                                         GeometryCase{"LetterFitMargin",
-                                                      1000,
-                                                      1000,
-                                                      {PageSize::letter, Fit::fit, 36, {}},
-                                                      {0, 0, 612, 792},
-                                                      {36, 126, 540, 540},
-                                                      std::nullopt},
-                                         GeometryCase{"LegalFillMargin",
-                                                      100,
-                                                      200,
-                                                      {PageSize::legal, Fit::fill, 10, {}},
-                                                      {0, 0, 612, 1008},
-                                                      {10, -88, 592, 1184},
-                                                      PDFRect{10, 10, 592, 988}},
-                                         GeometryCase{"MarginWiderThanPage",
-                                                      10,
-                                                      10,
-                                                      {PageSize::a4, Fit::fit, 400, {}},
-                                                      {0, 0, 595.28, 841.89},
-                                                      {400, 420.945, 0, 0},
-                                                      std::nullopt},
-                                         GeometryCase{
-                                             "OriginalIgnoresMarginAndFit",
-                                             300,
-                                             200,
-                                             {PageSize::original, Fit::fill, 50, RGBColor{1, 0, 0}},
-                                             {0, 0, 300, 200},
-                                             {0, 0, 300, 200},
-                                             std::nullopt}),
-                         [](const auto& info) { return info.param.name; });
 
 TEST(MergeJPEG, EmbedsTheFileBytesUnchangedWithTheirColourSpace) {
     TempDir dir;
@@ -175,43 +144,36 @@ TEST(MergeJPEG, EmbedsTheFileBytesUnchangedWithTheirColourSpace) {
     EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
 }
 
-struct OrientationCase {
-    int orientation;
-    int pageWidth, pageHeight;
-    PDFRect dark; // from the page's top-left corner, in points
-};
+TEST(MergeOrientation, TurnsThePictureUprightWithoutReencoding) {
+    const struct {
+        int orientation;
+        int pageWidth, pageHeight;
+        PDFRect dark; // from the page's top-left corner, in points
+    } cases[] = {{1, 40, 20, {0, 0, 20, 20}},
+                 {2, 40, 20, {20, 0, 20, 20}},
+                 {3, 40, 20, {20, 0, 20, 20}},
+                 {6, 20, 40, {0, 0, 20, 20}},
+                 {8, 20, 40, {0, 20, 20, 20}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.orientation);
+        TempDir dir;
+        const auto jpeg = withOrientation(jpegOf(halfBlack(40, 20)), c.orientation);
+        ASSERT_EQ(PDFMergeEngine::merge({dir.write("turned.jpg", jpeg)}, dir / "out.pdf", {}, {}),
+                  1);
 
-class MergeOrientation : public testing::TestWithParam<OrientationCase> {};
-
-TEST_P(MergeOrientation, TurnsThePictureUprightWithoutReencoding) {
-    const auto& c = GetParam();
-    TempDir dir;
-    const auto jpeg = withOrientation(jpegOf(halfBlack(40, 20)), c.orientation);
-    const auto input = dir.write("turned.jpg", jpeg);
-    ASSERT_EQ(PDFMergeEngine::merge({input}, dir / "out.pdf", {}, {}), 1);
-
-    Written out(dir / "out.pdf");
-    EXPECT_EQ(out.mediaBox(0),
-              (std::vector<double>{0, 0, double(c.pageWidth), double(c.pageHeight)}));
-    const auto raw = out.image(0).getRawStreamData();
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize()), jpeg);
-    const auto page = test::renderGray(dir / "out.pdf", 1, 72);
-    const auto& d = c.dark;
-    const double area = d.width * d.height;
-    EXPECT_GT(page.darkPixels(d.x + 1, d.y + 1, d.x + d.width - 1, d.y + d.height - 1, 72),
-              0.8 * (d.width - 2) * (d.height - 2));
-    EXPECT_LT(page.darkPixels(0, 0, c.pageWidth, c.pageHeight, 72), 1.2 * area);
+        Written out(dir / "out.pdf");
+        EXPECT_EQ(out.mediaBox(0),
+                  (std::vector<double>{0, 0, double(c.pageWidth), double(c.pageHeight)}));
+        const auto raw = out.image(0).getRawStreamData();
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize()),
+                  jpeg);
+        const auto page = test::renderGray(dir / "out.pdf", 1, 72);
+        const auto& d = c.dark;
+        EXPECT_GT(page.darkPixels(d.x + 1, d.y + 1, d.x + d.width - 1, d.y + d.height - 1, 72),
+                  0.8 * (d.width - 2) * (d.height - 2));
+        EXPECT_LT(page.darkPixels(0, 0, c.pageWidth, c.pageHeight, 72), 1.2 * d.width * d.height);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Merge, MergeOrientation,
-                         testing::Values(OrientationCase{1, 40, 20, {0, 0, 20, 20}},
-                                         OrientationCase{2, 40, 20, {20, 0, 20, 20}},
-                                         OrientationCase{3, 40, 20, {20, 0, 20, 20}},
-                                         OrientationCase{6, 20, 40, {0, 0, 20, 20}},
-                                         OrientationCase{8, 20, 40, {0, 20, 20, 20}}),
-                         [](const auto& info) {
-                             return fmt::format("o{}", info.param.orientation);
-                         });
 
 TEST(MergeImages, StoresOtherFormatsLosslesslyAndAlphaOnWhite) {
     TempDir dir;
@@ -295,98 +257,80 @@ TEST(MergePDFs, KeepsEveryPageInOrderWithContentRotationAndLinks) {
     EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
 }
 
-struct FailureCase {
-    const char* name;
-    std::function<std::vector<fs::path>(const TempDir&)> inputs;
-    PDFCoreError::Case errorCase;
-    std::string message;
-};
-
-class MergeFailure : public testing::TestWithParam<FailureCase> {};
-
-TEST_P(MergeFailure, ReportsTheFileAndWritesNothing) {
-    const auto& c = GetParam();
-    TempDir dir;
-    const auto inputs = c.inputs(dir);
-    const auto output = dir.write("out.pdf", "earlier result");
-    try {
-        PDFMergeEngine::merge(inputs, output, {}, {});
-        FAIL() << "no error";
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), c.errorCase);
-        EXPECT_EQ(error.what(), c.message);
-    }
-    EXPECT_EQ(test::readFile(output), "earlier result");
-    std::size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir.path())) {
-        ++files;
-    }
-    const auto present = std::count_if(inputs.begin(), inputs.end(),
-                                       [](const fs::path& input) { return fs::exists(input); });
-    EXPECT_EQ(files, static_cast<std::size_t>(present) + 1);
-}
-
 fs::path good(const TempDir& dir) {
     return textPages(dir, "good", 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Merge, MergeFailure,
-    testing::Values(
-        FailureCase{"NoInputs", [](const TempDir&) { return std::vector<fs::path>{}; },
-                    PDFCoreError::Case::invalidInput, "No input files."},
-        FailureCase{"PDFNamedJPEG",
-                    [](const TempDir& d) {
-                        return std::vector{good(d), d.write("scan.jpg", test::readFile(good(d)))};
-                    },
-                    PDFCoreError::Case::invalidInput, "Unsupported image: scan.jpg"},
-        FailureCase{"TruncatedJPEG",
-                    [](const TempDir& d) {
-                        const auto jpeg = jpegOf(halfBlack(64, 64));
-                        return std::vector{d.write("cut.jpeg", jpeg.substr(0, jpeg.size() / 2))};
-                    },
-                    PDFCoreError::Case::invalidInput, "Unsupported image: cut.jpeg"},
-        FailureCase{"UnknownExtension",
-                    [](const TempDir& d) {
-                        return std::vector{good(d), d.write("notes.txt", "hello")};
-                    },
-                    PDFCoreError::Case::cannotOpen, "Could not open notes.txt."},
-        FailureCase{"Missing",
-                    [](const TempDir& d) {
-                        return std::vector{good(d), d / "gone.pdf"};
-                    },
-                    PDFCoreError::Case::cannotOpen, "Could not open gone.pdf."},
-        FailureCase{
-            "Damaged",
-            [](const TempDir& d) {
-                PDFBuilder b;
-                b.addPage().text("x");
-                return std::vector{good(d), b.write(d / "cut.pdf", test::Damage::truncated)};
-            },
-            PDFCoreError::Case::cannotOpen, "Could not open cut.pdf."},
-        FailureCase{"NeedsPassword",
-                    [](const TempDir& d) {
-                        PDFBuilder b;
-                        b.addPage().text("secret");
-                        b.encrypt({.user = "u", .owner = "o"});
-                        return std::vector{good(d), b.write(d / "locked.pdf")};
-                    },
-                    PDFCoreError::Case::cannotOpen, "Could not open locked.pdf."},
-        FailureCase{"NoPages",
-                    [](const TempDir& d) {
-                        PDFBuilder b;
-                        return std::vector{b.write(d / "empty.pdf")};
-                    },
-                    PDFCoreError::Case::emptyDocument, "The document has no pages."}),
-    [](const auto& info) { return info.param.name; });
+fs::path locked(const TempDir& dir, const std::string& user) {
+    PDFBuilder b;
+    b.addPage().text("secret");
+    b.encrypt({.user = user, .owner = "owner"});
+    return b.write(dir / (user.empty() ? "owned.pdf" : "locked.pdf"));
+}
+
+TEST(MergeFailure, ReportsTheFileAndWritesNothing) {
+    using Case = PDFCoreError::Case;
+    using Inputs = std::vector<fs::path>;
+    const auto truncated = [](const TempDir& d) {
+        PDFBuilder b;
+        b.addPage().text("x");
+        return b.write(d / "cut.pdf", test::Damage::truncated);
+    };
+    const struct {
+        const char* name;
+        std::function<Inputs(const TempDir&)> inputs;
+        Case errorCase;
+        std::string message;
+    } cases[] = {
+        // clang-format off
+        {"NoInputs", [](const TempDir&) { return Inputs{}; }, Case::invalidInput,
+         "No input files."},
+        {"PDFNamedJPEG",
+         [](const TempDir& d) {
+             return Inputs{good(d), d.write("scan.jpg", test::readFile(good(d)))};
+         },
+         Case::invalidInput, "Unsupported image: scan.jpg"},
+        {"TruncatedJPEG",
+         [](const TempDir& d) {
+             const auto jpeg = jpegOf(halfBlack(64, 64));
+             return Inputs{d.write("cut.jpeg", jpeg.substr(0, jpeg.size() / 2))};
+         },
+         Case::invalidInput, "Unsupported image: cut.jpeg"},
+        {"UnknownExtension",
+         [](const TempDir& d) { return Inputs{good(d), d.write("notes.txt", "hello")}; },
+         Case::cannotOpen, "Could not open notes.txt."},
+        {"Missing", [](const TempDir& d) { return Inputs{good(d), d / "gone.pdf"}; },
+         Case::cannotOpen, "Could not open gone.pdf."},
+        {"Damaged", [&](const TempDir& d) { return Inputs{good(d), truncated(d)}; },
+         Case::cannotOpen, "Could not open cut.pdf."},
+        {"NeedsPassword", [](const TempDir& d) { return Inputs{good(d), locked(d, "u")}; },
+         Case::cannotOpen, "Could not open locked.pdf."},
+        {"NoPages", [](const TempDir& d) { return Inputs{PDFBuilder().write(d / "empty.pdf")}; },
+         Case::emptyDocument, "The document has no pages."},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempDir dir;
+        const auto inputs = c.inputs(dir);
+        const auto output = dir.write("out.pdf", "earlier result");
+        try {
+            PDFMergeEngine::merge(inputs, output, {}, {});
+            ADD_FAILURE() << "no error";
+        } catch (const PDFCoreError& error) {
+            EXPECT_EQ(error.errorCase(), c.errorCase);
+            EXPECT_EQ(error.what(), c.message);
+        }
+        EXPECT_EQ(test::readFile(output), "earlier result");
+        const auto present = std::count_if(inputs.begin(), inputs.end(),
+                                           [](const fs::path& input) { return fs::exists(input); });
+        EXPECT_EQ(test::fileNames(dir.path()).size(), static_cast<std::size_t>(present) + 1);
+    }
+}
 
 TEST(MergePDFs, MergesAFileWithOnlyAnOwnerPassword) {
     TempDir dir;
-    PDFBuilder builder;
-    builder.addPage().text("open to all");
-    builder.encrypt({.user = "", .owner = "owner"});
-    const auto owned = builder.write(dir / "owned.pdf");
-    EXPECT_EQ(PDFMergeEngine::merge({owned, good(dir)}, dir / "out.pdf", {}, {}), 3);
+    EXPECT_EQ(PDFMergeEngine::merge({locked(dir, ""), good(dir)}, dir / "out.pdf", {}, {}), 3);
     EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
 }
 
@@ -397,16 +341,6 @@ TEST(MergePDFs, CancellationStopsBeforeTheNextInputAndWritesNothing) {
                                        [&] { return ++asked == 2; }),
                  CancellationError);
     EXPECT_FALSE(fs::exists(dir / "out.pdf"));
-}
-
-TEST(MergeImages, RenderImagePageWritesAStandAloneQuilletPage) {
-    const auto image = PageImage::load(test::corpus("007-imagemagick-images/smile.png"));
-    ASSERT_TRUE(image);
-    const auto file = PDFMergeEngine::renderImagePage(*image, {PageSize::letter, Fit::fit, 0, {}});
-    EXPECT_TRUE(file.filename().string().starts_with("quillet-"));
-    Written out(file);
-    EXPECT_EQ(out.mediaBox(0), (std::vector<double>{0, 0, 612, 792}));
-    fs::remove(file);
 }
 
 TEST(MergeJPEGHeader, ReadsOrientationInBothByteOrders) {
