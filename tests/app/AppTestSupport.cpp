@@ -10,7 +10,7 @@ std::vector<SuiteFactory>& appSuites() {
 }
 
 QStringList realWorker() {
-    return {QStringLiteral(QUILLET_BINARY)};
+    return {QString::fromUtf8(QUILLET_BINARY)};
 }
 
 QStringList holdingWorker() {
@@ -18,7 +18,7 @@ QStringList holdingWorker() {
         R"(if [ "$1" = job ]; then spec=$(cat); case "$spec" in *slow*) exec sleep 60;; esac; )"
         R"(printf '%s' "$spec" | exec "$0" "$@"; else exec "$0" "$@"; fi)";
     return {QStringLiteral("/bin/sh"), QStringLiteral("-c"), QString::fromLatin1(wrapper),
-            QStringLiteral(QUILLET_BINARY)};
+            QString::fromUtf8(QUILLET_BINARY)};
 }
 
 std::unique_ptr<AppSettings> settingsIn(const TempDir& dir) {

@@ -225,7 +225,7 @@ void MainWindowTest::aSecondLaunchHandsItsFilesToTheFirst() {
     environment.insert("XDG_DATA_HOME", qpath(dir / "data"));
     second.setProcessEnvironment(environment);
     second.setWorkingDirectory(qpath(dir.path()));
-    second.start(QStringLiteral(QUILLET_APP_BINARY), {"other.pdf"});
+    second.start(QString::fromUtf8(QUILLET_APP_BINARY), {"other.pdf"});
     QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 20000);
     QTRY_COMPARE_WITH_TIMEOUT(second.state(), QProcess::NotRunning, 20000);
     QCOMPARE(second.exitStatus(), QProcess::NormalExit);

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const fs::path entriesFolder =
-    fs::path(__FILE__).parent_path().parent_path().parent_path() / "data" / "filemanager";
+    fs::path(sourceFolder()) / "data" / "filemanager";
 
 const QStringList imageTypes{"image/png",  "image/jpeg", "image/tiff", "image/heif",
                              "image/avif", "image/webp", "image/gif"};
@@ -294,7 +294,7 @@ void ServicesTest::serviceLaunchHandsTheActionToTheRunningInstance() {
         environment.insert("XDG_DATA_HOME", qpath(dir / "data"));
         second.setProcessEnvironment(environment);
         second.setWorkingDirectory(qpath(dir.path()));
-        second.start(QStringLiteral(QUILLET_APP_BINARY), arguments);
+        second.start(QString::fromUtf8(QUILLET_APP_BINARY), arguments);
         // The bus call of the second process is answered by this thread's event loop.
         QDeadlineTimer deadline(20000);
         while (second.state() != QProcess::NotRunning && !deadline.hasExpired()) {

@@ -296,7 +296,7 @@ TEST_F(CompressionFixture, TargetSizeOutcomes) {
 // result still lands there.
 TEST_F(CompressionFixture, TargetBetweenTwoRungsIsReached) {
     // Three pages of the thesis scanned at 300 DPI, stored as JPEG as a scanner stores them.
-    const fs::path source = fs::path(__FILE__).parent_path().parent_path().parent_path();
+    const fs::path source = test::sourceFolder();
     const auto pages = dir_ / "page";
     const auto input = dir_ / "scan.pdf";
     const std::string make =

@@ -67,7 +67,7 @@ void save(QWidget& widget, const QString& path) {
 }
 
 QString corpus(const char* relative) {
-    return QStringLiteral(QUILLET_CORPUS_DIR "/") + QString::fromLatin1(relative);
+    return QString::fromUtf8(test::corpusFolder()) + QLatin1Char('/') + QString::fromLatin1(relative);
 }
 
 } // namespace

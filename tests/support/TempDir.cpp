@@ -59,7 +59,7 @@ std::vector<std::string> fileNames(const std::filesystem::path& folder) {
 }
 
 std::filesystem::path corpus(const std::string& relative) {
-    return std::filesystem::path(QUILLET_CORPUS_DIR) / relative;
+    return std::filesystem::path(corpusFolder()) / relative;
 }
 
 } // namespace quillet::test
