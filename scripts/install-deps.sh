@@ -9,6 +9,7 @@ packages=(
     libmupdf-dev libmujs-dev libgumbo-dev libjbig2dec0-dev libopenjp2-7-dev
     libharfbuzz-dev libfreetype-dev libjpeg-dev
     libvips-dev libheif-dev
+    libtesseract-dev tesseract-ocr-eng tesseract-ocr-chi-sim
     nlohmann-json3-dev libfmt-dev
     libgtest-dev libgmock-dev
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools

@@ -22,8 +22,9 @@ void withOutputs(const std::vector<fs::path>& inputs, const std::optional<std::s
         body(inputs.front(), fs::path(*explicitOut));
         return;
     }
-    const auto operation =
-        suffix == "compressed" ? PDFOperationKind::compress : PDFOperationKind::clean;
+    const auto operation = suffix == "compressed" ? PDFOperationKind::compress
+                           : suffix == "ocr"      ? PDFOperationKind::ocr
+                                                  : PDFOperationKind::clean;
     for (const auto& input : inputs) {
         if (replace) {
             body(input, input);

@@ -140,9 +140,8 @@ std::vector<RecommendedAction> PDFAnalysisEngine::recommendations(const PDFAnaly
                            PDFOperationKind::compress, false});
     }
     if (analysis.scannedPageCount() > 0 && analysis.textCoverage() < 0.3) {
-        actions.push_back({"ocr", "Scanned document detected",
-                           "Make searchable (OCR) · arriving in V0.3", PDFOperationKind::compress,
-                           true});
+        actions.push_back({"ocr", "Scanned document detected", "Make searchable (OCR)",
+                           PDFOperationKind::ocr, false});
     }
     if (hasPersonalMetadata(analysis.metadata)) {
         actions.push_back({"clean", "Personal metadata found",

@@ -14,6 +14,7 @@ std::string_view displayName(PDFOperationKind kind) {
     case PDFOperationKind::clean: return "Privacy Clean";
     case PDFOperationKind::protect: return "Protect";
     case PDFOperationKind::unprotect: return "Remove Password";
+    case PDFOperationKind::ocr: return "Make Searchable";
     }
     return {};
 }

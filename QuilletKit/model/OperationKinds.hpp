@@ -19,6 +19,7 @@ enum class PDFOperationKind {
     clean,
     protect,
     unprotect,
+    ocr,
 };
 
 /// The user-facing name of an operation ("PDF → Images", "Privacy Clean", ...).
@@ -38,9 +39,9 @@ constexpr bool supportsQuality(ImageOutputFormat format) {
 }
 
 template <> struct RawValueNames<PDFOperationKind> {
-    static constexpr std::array<std::string_view, 10> names{
-        "compress",    "targetSize",  "merge", "split",   "organize",
-        "pdfToImages", "imagesToPDF", "clean", "protect", "unprotect"};
+    static constexpr std::array<std::string_view, 11> names{
+        "compress",    "targetSize",  "merge", "split",     "organize", "pdfToImages",
+        "imagesToPDF", "clean",       "protect", "unprotect", "ocr"};
 };
 template <> struct RawValueNames<CompressionQualityTier> {
     static constexpr std::array<std::string_view, 4> names{"highQuality", "balanced", "smallest",

@@ -63,6 +63,10 @@ void encode(Json& json, const P::Unprotect& c) {
     json["password"] = c.password;
 }
 
+void encode(Json& json, const P::OCR& c) {
+    json["languages"] = c.languages;
+}
+
 // Decoders, one per kind: required keys through `require`, the rest with their defaults.
 
 P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
@@ -88,6 +92,7 @@ P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
         return P::Protect{r.require<std::string>("userPassword"),
                           r.value<std::string>("ownerPassword", "")};
     case PDFOperationKind::unprotect: return P::Unprotect{r.value<std::string>("password", "")};
+    case PDFOperationKind::ocr: return P::OCR{r.value<std::string>("languages", "eng")};
     }
     return {};
 }

@@ -81,10 +81,14 @@ struct Unprotect {
     std::string password;
     bool operator==(const Unprotect&) const = default;
 };
+struct OCR {
+    std::string languages = "eng"; // Tesseract's codes joined by "+": "eng+chi_sim"
+    bool operator==(const OCR&) const = default;
+};
 
 /// Alternatives in `PDFOperationKind` order: the index is the kind.
 using Any = std::variant<Compress, TargetSize, Merge, Split, Organize, PDFToImages, ImagesToPDF,
-                         Clean, Protect, Unprotect>;
+                         Clean, Protect, Unprotect, OCR>;
 
 template <typename C, typename Variant> inline constexpr bool isAlternativeOf = false;
 template <typename C, typename... Alternatives>
@@ -107,6 +111,7 @@ struct OperationParameters {
     using Clean = parameter_cases::Clean;
     using Protect = parameter_cases::Protect;
     using Unprotect = parameter_cases::Unprotect;
+    using OCR = parameter_cases::OCR;
 
     using Case = parameter_cases::Any;
 

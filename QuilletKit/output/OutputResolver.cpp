@@ -43,6 +43,7 @@ std::string_view actionWord(PDFOperationKind operation) {
     case PDFOperationKind::clean: return "clean";
     case PDFOperationKind::protect: return "protected";
     case PDFOperationKind::unprotect: return "unlocked";
+    case PDFOperationKind::ocr: return "ocr";
     }
     return "";
 }

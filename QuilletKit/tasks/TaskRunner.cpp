@@ -7,6 +7,7 @@
 #include "engines/PDFImageEngine.hpp"
 #include "engines/PDFMergeEngine.hpp"
 #include "engines/PDFMetadataEngine.hpp"
+#include "engines/PDFOCREngine.hpp"
 #include "engines/PDFOrganizeEngine.hpp"
 #include "engines/PDFSecurityEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
@@ -250,6 +251,26 @@ FileBody unprotectBody(const TaskSpec& spec) {
     };
 }
 
+FileBody ocrBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
+    const auto& parameters = requireParameters<P::OCR>(spec, "Missing OCR parameters.");
+    // A language that is not installed fails the job before any file is read or named.
+    PDFOCREngine::requireLanguages(parameters.languages);
+    return [&spec, &parameters, &isCancelled](const fs::path& input,
+                                              const TaskRunner::Progress& progress) {
+        const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
+        OCROptions options;
+        options.languages = parameters.languages;
+        options.progress = progress;
+        options.isCancelled = isCancelled;
+        OCROutcome outcome;
+        auto file = writtenFile(writeAndPlace(
+            output, [&] { outcome = PDFOCREngine::makeSearchable(input, output, options); }));
+        file.note = std::to_string(outcome.pagesRead) + " of " +
+                    std::to_string(outcome.pageCount) + " pages made searchable";
+        return file;
+    };
+}
+
 FileBody organizeBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
     const auto& parameters = requireParameters<P::Organize>(spec, "Missing organize parameters.");
     return [&spec, &parameters, &isCancelled](const fs::path& input,
@@ -321,6 +342,8 @@ FileBody bodyFor(const TaskSpec& spec, const TaskRunner::CancellationTest& isCan
         return unprotectBody(spec);
     case PDFOperationKind::organize:
         return organizeBody(spec, isCancelled);
+    case PDFOperationKind::ocr:
+        return ocrBody(spec, isCancelled);
     case PDFOperationKind::merge:
     case PDFOperationKind::imagesToPDF:
         break;
