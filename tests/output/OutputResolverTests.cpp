@@ -24,58 +24,57 @@ Clock::time_point march14At0905() {
     return Clock::from_time_t(std::mktime(&local));
 }
 
-struct TemplateRow {
-    const char* nameTemplate;
-    const char* stem;
-    PDFOperationKind operation;
-    std::optional<int> part;
-    const char* expected;
-};
-
-class TemplateExpansion : public ::testing::TestWithParam<TemplateRow> {};
-
-TEST_P(TemplateExpansion, Expands) {
-    const auto& row = GetParam();
-    EXPECT_EQ(applyTemplate(row.nameTemplate, row.stem, row.operation, row.part, march14At0905()),
-              row.expected);
-}
-
 using K = PDFOperationKind;
-INSTANTIATE_TEST_SUITE_P(
-    Tokens, TemplateExpansion,
-    ::testing::Values(TemplateRow{"", "a", K::compress, {}, "a-compressed"},
-                      TemplateRow{"{name}", "a", K::pdfToImages, {}, "a"},
-                      TemplateRow{"{name}-{action}", "a", K::imagesToPDF, {}, "a-"},
-                      TemplateRow{"{name}-{action}", "a", K::clean, {}, "a-clean"},
-                      TemplateRow{"{name}-{action}", "a", K::unprotect, {}, "a-unlocked"},
-                      TemplateRow{"{date}_{name}", "a", K::compress, {}, "20250314-0905_a"},
-                      TemplateRow{"{name}-{size}", "a", K::compress, {}, "a-sized"},
-                      TemplateRow{"{name}_{part}", "a", K::split, 7, "a_7"},
-                      TemplateRow{"{name}", "a", K::split, 7, "a-part7"},
-                      TemplateRow{"", "report", K::split, 3, "report-part-part3"},
-                      // Without a part, "{part}" is not a token.
-                      TemplateRow{"{name}-{part}", "a", K::compress, {}, "a-{part}"},
-                      // Later tokens carried in by the stem are expanded, earlier ones are not.
-                      TemplateRow{"{name}", "x{date}{name}", K::merge, {}, "x20250314-0905{name}"},
-                      TemplateRow{"{NAME}/{other}", "a", K::merge, {}, "{NAME}/{other}"},
-                      TemplateRow{"out/{name}", "a", K::organize, {}, "out/a"}));
 
-TEST(Uniquify, FreeLocationIsKept) {
-    TempDir dir;
-    EXPECT_EQ(uniquify(dir / "a.pdf"), dir / "a.pdf");
+TEST(TemplateExpansion, Expands) {
+    const struct {
+        const char* nameTemplate;
+        const char* stem;
+        PDFOperationKind operation;
+        std::optional<int> part;
+        const char* expected;
+    } rows[] = {
+        {"", "a", K::compress, {}, "a-compressed"},
+        {"{name}", "a", K::pdfToImages, {}, "a"},
+        {"{name}-{action}", "a", K::imagesToPDF, {}, "a-"},
+        {"{name}-{action}", "a", K::clean, {}, "a-clean"},
+        {"{name}-{action}", "a", K::unprotect, {}, "a-unlocked"},
+        {"{date}_{name}", "a", K::compress, {}, "20250314-0905_a"},
+        {"{name}-{size}", "a", K::compress, {}, "a-sized"},
+        {"{name}_{part}", "a", K::split, 7, "a_7"},
+        {"{name}", "a", K::split, 7, "a-part7"},
+        {"", "report", K::split, 3, "report-part-part3"},
+        // Without a part, "{part}" is not a token.
+        {"{name}-{part}", "a", K::compress, {}, "a-{part}"},
+        // Later tokens carried in by the stem are expanded, earlier ones are not.
+        {"{name}", "x{date}{name}", K::merge, {}, "x20250314-0905{name}"},
+        {"{NAME}/{other}", "a", K::merge, {}, "{NAME}/{other}"},
+        {"out/{name}", "a", K::organize, {}, "out/a"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(
+            applyTemplate(row.nameTemplate, row.stem, row.operation, row.part, march14At0905()),
+            row.expected)
+            << row.nameTemplate << " " << row.stem;
+    }
 }
 
-TEST(Uniquify, SkipsTakenNumbers) {
-    TempDir dir;
-    dir.write("a-compressed.pdf", "");
-    dir.write("a-compressed-2.pdf", "");
-    EXPECT_EQ(uniquify(dir / "a-compressed.pdf"), dir / "a-compressed-3.pdf");
-}
-
-TEST(Uniquify, EmptyExtensionKeepsTheDot) {
-    TempDir dir;
-    dir.write("notes", "");
-    EXPECT_EQ(uniquify(dir / "notes"), dir / "notes-2.");
+TEST(Uniquify, KeepsAFreeLocationAndSkipsTakenNumbers) {
+    const struct {
+        std::vector<std::string> taken;
+        std::string wanted, given;
+    } rows[] = {
+        {{}, "a.pdf", "a.pdf"},
+        {{"a-compressed.pdf", "a-compressed-2.pdf"}, "a-compressed.pdf", "a-compressed-3.pdf"},
+        // An empty extension keeps the dot.
+        {{"notes"}, "notes", "notes-2."}};
+    for (const auto& row : rows) {
+        TempDir dir;
+        for (const auto& name : row.taken) {
+            dir.write(name, "");
+        }
+        EXPECT_EQ(uniquify(dir / row.wanted), dir / row.given);
+    }
 }
 
 TEST(Uniquify, DirectoriesAndDanglingLinksCountAsTaken) {
@@ -95,29 +94,23 @@ TEST(Uniquify, FallsBackToSecondsWhenAllNumbersAreTaken) {
     EXPECT_EQ(uniquify(dir / "a.pdf", now), dir / "a-1741943100.pdf");
 }
 
-struct FolderRow {
-    OutputRule::Location location;
-    const char* expectedFolder; // relative to the temporary folder; "@" for the custom one
-};
-
-class SingleInputFolders : public ::testing::TestWithParam<FolderRow> {};
-
-TEST_P(SingleInputFolders, FollowTheRule) {
-    TempDir dir;
-    TempDir custom;
-    OutputRule rule;
-    rule.location = GetParam().location;
-    rule.customFolder = custom.path().string();
-    std::string folder = GetParam().expectedFolder;
-    auto expected = (folder == "@" ? custom.path() : dir.path() / folder) / "in-compressed.pdf";
-    auto got = resolve(dir / "in.pdf", rule, K::compress, std::nullopt, ".pdf");
-    EXPECT_EQ(got, (Resolution{expected.lexically_normal(), false}));
+TEST(Resolve, SingleInputFoldersFollowTheRule) {
+    using Location = OutputRule::Location;
+    // Relative to the temporary folder; "@" for the custom one.
+    const std::pair<Location, std::string> rows[] = {
+        {Location::sameFolder, ""}, {Location::subfolder, "Processed"}, {Location::custom, "@"}};
+    for (const auto& [location, folder] : rows) {
+        TempDir dir;
+        TempDir custom;
+        OutputRule rule;
+        rule.location = location;
+        rule.customFolder = custom.path().string();
+        const auto expected =
+            (folder == "@" ? custom.path() : dir.path() / folder) / "in-compressed.pdf";
+        EXPECT_EQ(resolve(dir / "in.pdf", rule, K::compress, std::nullopt, ".pdf"),
+                  (Resolution{expected.lexically_normal(), false}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Locations, SingleInputFolders,
-                         ::testing::Values(FolderRow{OutputRule::Location::sameFolder, ""},
-                                           FolderRow{OutputRule::Location::subfolder, "Processed"},
-                                           FolderRow{OutputRule::Location::custom, "@"}));
 
 TEST(Resolve, AvoidsAnExistingFile) {
     TempDir dir;
@@ -178,14 +171,10 @@ TEST(ResolveImagesToPDF, IgnoresTheRule) {
     EXPECT_EQ(resolveImagesToPDF({}, rule).outputURL, fs::temp_directory_path() / "scan.pdf");
 }
 
-TEST(EnsureDirectory, CreatesMissingParents) {
+TEST(EnsureDirectory, CreatesMissingParentsLeavesAFileInPlaceAndThrowsWhenCreationFails) {
     TempDir dir;
     ensureDirectory(dir / "one" / "two" / "out.pdf");
     EXPECT_TRUE(fs::is_directory(dir / "one" / "two"));
-}
-
-TEST(EnsureDirectory, LeavesAFileInPlaceAndThrowsWhenCreationFails) {
-    TempDir dir;
     dir.write("file", "x");
     EXPECT_NO_THROW(ensureDirectory(dir / "file" / "out.pdf"));
     EXPECT_TRUE(fs::is_regular_file(dir / "file"));
