@@ -110,6 +110,11 @@ struct ImagesCase {
     std::vector<double> mediaBox;
 };
 
+// The case's name, not its bytes, in test names.
+void PrintTo(const ImagesCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
 class ImagesCommand : public testing::TestWithParam<ImagesCase> {};
 
 TEST_P(ImagesCommand, ReadsPageSizeFitAndMarginLeniently) {

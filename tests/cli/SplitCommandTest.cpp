@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 
 namespace quillet {
 namespace {
@@ -51,6 +52,11 @@ struct ModeCase {
     std::vector<std::string> options;
     std::vector<std::string> pages; // of each part, as listed
 };
+
+// The case's name, not its bytes, in test names.
+void PrintTo(const ModeCase& c, std::ostream* os) {
+    *os << c.name;
+}
 
 class SplitCommandModes : public testing::TestWithParam<ModeCase> {};
 
@@ -129,77 +135,59 @@ TEST(SplitCommand, WritesIntoTheGivenFolderCreatingIt) {
 
 struct FailureCase {
     const char* name;
-    std::vector<std::string> arguments; // "IN" stands for a 3-page PDF, "IN2" for a second one
+    // "IN" stands for a 3-page PDF, "IN2" for a second one, "FAKE" for a text, "LOCKED" for a PDF
+    // that needs a password.
+    std::vector<std::string> arguments;
     int status;
     std::string err;
 };
+
+void PrintTo(const FailureCase& c, std::ostream* os) {
+    *os << c.name;
+}
 
 class SplitCommandFailures : public testing::TestWithParam<FailureCase> {};
 
 TEST_P(SplitCommandFailures, ReportsAndWritesNothing) {
     const auto& c = GetParam();
     TempDir dir;
-    const auto input = pagesFile(dir, 3);
-    const auto second = pagesFile(dir, 1, "other.pdf");
-    dir.write("fake.pdf", "this is not a PDF");
+    PDFBuilder locked;
+    locked.addPage().text("secret");
+    locked.encrypt({.user = "u", .owner = "o"});
+    const std::map<std::string, fs::path> files{{"IN", pagesFile(dir, 3)},
+                                                {"IN2", pagesFile(dir, 1, "other.pdf")},
+                                                {"FAKE", dir.write("fake.pdf", "not a PDF")},
+                                                {"LOCKED", locked.write(dir / "locked.pdf")}};
+    const auto before = test::fileNames(dir.path());
     std::vector<std::string> arguments{"split"};
     for (const auto& argument : c.arguments) {
-        arguments.push_back(argument == "IN"     ? input.string()
-                            : argument == "IN2"  ? second.string()
-                            : argument == "FAKE" ? (dir / "fake.pdf").string()
-                                                 : argument);
+        const auto file = files.find(argument);
+        arguments.push_back(file == files.end() ? argument : file->second.string());
     }
     const auto result = quillet(arguments);
     EXPECT_EQ(result.status, c.status);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, c.err);
-    EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"doc.pdf", "fake.pdf", "other.pdf"}));
+    EXPECT_EQ(test::fileNames(dir.path()), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Errors, SplitCommandFailures,
-    testing::Values(
-        FailureCase{"NoInputs", {"--every", "2"}, 2, "error: no input files\n"},
-        FailureCase{"MissingInput",
-                    {"/nonexistent/x.pdf"},
-                    2,
-                    "error: file not found: /nonexistent/x.pdf\n"},
-        FailureCase{"TwoInputs", {"IN", "IN2"}, 2, "error: split takes exactly one input PDF\n"},
-        FailureCase{"EveryNotANumber",
-                    {"IN", "--every", "two"},
-                    2,
-                    "error: invalid --every; use a whole number of pages\n"},
-        FailureCase{"RangesSelectNothing",
-                    {"IN", "--ranges", "abc"},
-                    1,
-                    "error: Enter at least one page range, e.g. 1-5, 8, 11-30.\n"},
-        FailureCase{"ExtractSelectsNothing",
-                    {"IN", "--extract", "5-"},
-                    1,
-                    "error: Enter the pages to extract, e.g. 1, 3, 5, 7-20.\n"},
-        FailureCase{
-            "SizeNotReadable",
-            {"IN", "--by-size", "lots"},
-            2,
-            "error: invalid size \"lots\" (use a number and KB, MB or GB, for example 10MB)\n"},
-        FailureCase{"ZeroSize",
-                    {"IN", "--by-size", "0"},
-                    1,
-                    "error: Set a maximum size per output file.\n"},
-        FailureCase{"NotAPDF", {"FAKE"}, 1, "error: Could not open fake.pdf.\n"}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Errors, SplitCommandFailures, testing::Values(
+    FailureCase{"TwoInputs", {"IN", "IN2"}, 2, "error: split takes exactly one input PDF\n"},
+    FailureCase{"EveryNotANumber", {"IN", "--every", "two"}, 2,
+                "error: invalid --every; use a whole number of pages\n"},
+    FailureCase{"RangesSelectNothing", {"IN", "--ranges", "abc"}, 1,
+                "error: Enter at least one page range, e.g. 1-5, 8, 11-30.\n"},
+    FailureCase{"ExtractSelectsNothing", {"IN", "--extract", "5-"}, 1,
+                "error: Enter the pages to extract, e.g. 1, 3, 5, 7-20.\n"},
+    FailureCase{"SizeNotReadable", {"IN", "--by-size", "lots"}, 2,
+                "error: invalid size \"lots\" (use a number and KB, MB or GB, for example 10MB)\n"},
+    FailureCase{"ZeroSize", {"IN", "--by-size", "0"}, 1,
+                "error: Set a maximum size per output file.\n"},
+    FailureCase{"NotAPDF", {"FAKE"}, 1, "error: Could not open fake.pdf.\n"},
+    FailureCase{"Locked", {"LOCKED"}, 1, "error: Incorrect password.\n"}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(SplitCommand, ALockedFileNeedsItsPassword) {
-    TempDir dir;
-    PDFBuilder builder;
-    builder.addPage().text("secret");
-    builder.encrypt({.user = "u", .owner = "o", .method = test::EncryptionSpec::Method::aes256});
-    const auto input = builder.write(dir / "locked.pdf");
-    const auto result = quillet({"split", input.string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "error: Incorrect password.\n");
-    EXPECT_EQ(test::fileNames(dir.path()), (std::vector<std::string>{"locked.pdf"}));
-}
+// clang-format on
 
 } // namespace
 } // namespace quillet
