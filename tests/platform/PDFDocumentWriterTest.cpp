@@ -149,21 +149,6 @@ TEST(PDFDocumentWriterTest, PlainWriteOfAnUnlockedFileRemovesTheEncryption) {
     EXPECT_EQ(qpdf({"--requires-password", dir / "open.pdf"}).status, 2);
 }
 
-TEST(PDFDocumentWriterTest, DataRepresentationReopensWithTheSamePagesAndCanBeRepeated) {
-    PDFBuilder builder;
-    builder.addPage(300, 300).rotate(90);
-    builder.addPage(400, 300);
-    auto document = PDFDocument::open(builder.bytes(), "doc");
-    const auto first = document.dataRepresentation();
-    const auto second = document.dataRepresentation();
-    EXPECT_TRUE(first.starts_with("%PDF-"));
-    auto copy = PDFDocument::open(second, "copy");
-    ASSERT_EQ(copy.pageCount(), 2);
-    EXPECT_EQ(copy.page(0).rotation(), 90);
-    EXPECT_EQ(copy.page(1).mediaBox().width, 400);
-    EXPECT_EQ(copy.path(), std::filesystem::path());
-}
-
 TEST(PDFDocumentWriterTest, DamagedInputOpensWithRepairOrFailsNamingTheFile) {
     const std::pair<Damage, bool> damageAndRepairable[] = {
         {Damage::truncated, false},       {Damage::missingXrefTable, true},
