@@ -15,7 +15,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
     qt6-translations-l10n qt6-svg-dev libqt6svg6 qt6-qpa-plugins
     xvfb xauth dbus fonts-noto-cjk fonts-dejavu-core
-    qpdf poppler-utils libimage-exiftool-perl
+    qpdf poppler-utils libimage-exiftool-perl pango1.0-tools
     desktop-file-utils appstream librsvg2-bin dpkg-dev file
 )
 

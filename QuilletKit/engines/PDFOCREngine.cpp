@@ -159,7 +159,6 @@ void PDFOCREngine::requireLanguages(const std::string& languages) {
 OCROutcome PDFOCREngine::makeSearchable(const fs::path& input, const fs::path& output,
                                         const OCROptions& options) {
     requireLanguages(options.languages);
-    TextRecognizer::limitOwnThreads();
     auto document = PDFDocumentEngine::openUnlock(input, options.password.value_or(""));
     OCROutcome outcome;
     outcome.pageCount = document.pageCount();

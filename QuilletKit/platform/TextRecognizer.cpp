@@ -76,7 +76,12 @@ std::vector<std::string> TextRecognizer::missingLanguages(const std::string& lan
     return missing;
 }
 
-void TextRecognizer::limitOwnThreads() { setenv("OMP_THREAD_LIMIT", "1", 0); }
+// Tesseract parallelises with OpenMP, whose settings are read from the environment when the
+// library loads, before any code of ours runs. What can still be changed afterwards is how deeply
+// parallel regions may nest, per thread: at zero, every region runs on the thread that meets it.
+// Pages already run side by side, one per core; team threads on top would only wait on each
+// other for a core (a two-page scan took six times as long).
+extern "C" void omp_set_max_active_levels(int levels);
 
 TextRecognizer::TextRecognizer(const std::string& languages)
     : api_(std::make_unique<tesseract::TessBaseAPI>()) {
@@ -102,6 +107,7 @@ std::optional<std::string> TextRecognizer::textLayer(const Bitmap& picture, int 
     if (picture.format() != PixelFormat::gray || dpi < 1) {
         throw std::invalid_argument("text recognition needs a gray picture and its resolution");
     }
+    omp_set_max_active_levels(0);
     api_->SetImage(picture.data(), picture.width(), picture.height(), 1,
                    static_cast<int>(picture.rowBytes()));
     api_->SetSourceResolution(dpi);

@@ -4,7 +4,7 @@
 //
 // One recognizer holds one Tesseract instance with its languages loaded; it is used by one
 // thread at a time, and a job keeps one per worker thread. Tesseract's own threads are not used:
-// pages run side by side instead (see `limitOwnThreads`).
+// pages run side by side instead.
 #pragma once
 
 #include "platform/Bitmap.hpp"
@@ -33,10 +33,6 @@ class TextRecognizer {
     /// given; a name that is not a plain language code counts as not installed. Empty when all
     /// are there.
     static std::vector<std::string> missingLanguages(const std::string& languages);
-
-    /// Keeps Tesseract to one thread per recognizer. Call before the first recognizer of the
-    /// process is made (it sets OMP_THREAD_LIMIT unless the environment already does).
-    static void limitOwnThreads();
 
     /// Loads `languages`. Throws std::invalid_argument when a language is missing (see
     /// `missingLanguages`) and std::runtime_error when Tesseract cannot load the data.

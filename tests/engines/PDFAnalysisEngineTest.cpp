@@ -302,7 +302,9 @@ TEST(Recommendations, RulesInOrderWithTheirThresholds) {
     ASSERT_EQ(actions.size(), 5u);
     EXPECT_EQ(actions[0].id, "unprotect");
     EXPECT_EQ(actions[1].detail, "1.91 MB → ~1.30 MB · avg image 300 DPI");
-    EXPECT_TRUE(actions[2].isComingSoon);
+    EXPECT_FALSE(actions[2].isComingSoon);
+    EXPECT_EQ(actions[2].operation, PDFOperationKind::ocr);
+    EXPECT_EQ(actions[2].detail, "Make searchable (OCR)");
     EXPECT_EQ(actions[3].operation, PDFOperationKind::clean);
     EXPECT_EQ(actions[4].detail, "0 attachment(s), JavaScript");
 
