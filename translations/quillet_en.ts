@@ -72,10 +72,6 @@
         <translation>Scanned document detected</translation>
     </message>
     <message>
-        <source>Make searchable (OCR) · coming soon</source>
-        <translation>Make searchable (OCR) · coming soon</translation>
-    </message>
-    <message>
         <source>Personal metadata found</source>
         <translation>Personal metadata found</translation>
     </message>
@@ -86,6 +82,10 @@
     <message>
         <source>Embedded content detected</source>
         <translation>Embedded content detected</translation>
+    </message>
+    <message>
+        <source>Make searchable (OCR)</source>
+        <translation>Make searchable (OCR)</translation>
     </message>
 </context>
 <context>
@@ -129,6 +129,10 @@
     <message>
         <source>Remove Password</source>
         <translation>Remove Password</translation>
+    </message>
+    <message>
+        <source>Make Searchable</source>
+        <translation>Make Searchable</translation>
     </message>
 </context>
 <context>
@@ -332,6 +336,10 @@
     <message>
         <source>Drop PDFs or a folder above.</source>
         <translation>Drop PDFs or a folder above.</translation>
+    </message>
+    <message>
+        <source>Make searchable (OCR)</source>
+        <translation>Make searchable (OCR)</translation>
     </message>
 </context>
 <context>
@@ -1577,10 +1585,6 @@
         <translation>Drop PDFs above first.</translation>
     </message>
     <message>
-        <source>%1 is not a PDF: only PDFs can be cleaned or protected.</source>
-        <translation>%1 is not a PDF: only PDFs can be cleaned or protected.</translation>
-    </message>
-    <message>
         <source>Enter an open password.</source>
         <translation>Enter an open password.</translation>
     </message>
@@ -1620,6 +1624,34 @@
             <numerusform>%n PDF queued: follow it in the queue.</numerusform>
             <numerusform>%n PDFs queued: follow them in the queue.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Make Searchable</source>
+        <translation>Make Searchable</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message>
+        <source>Chinese (Simplified)</source>
+        <translation>Chinese (Simplified)</translation>
+    </message>
+    <message>
+        <source>Languages:</source>
+        <translation>Languages:</translation>
+    </message>
+    <message>
+        <source>Pages without text get an invisible layer of the words read on them, so they can be selected, copied and searched. Nothing else changes: images are not re-encoded, and pages that already have text are left as they are.</source>
+        <translation>Pages without text get an invisible layer of the words read on them, so they can be selected, copied and searched. Nothing else changes: images are not re-encoded, and pages that already have text are left as they are.</translation>
+    </message>
+    <message>
+        <source>%1 is not a PDF: only PDFs can be cleaned, protected or made searchable.</source>
+        <translation>%1 is not a PDF: only PDFs can be cleaned, protected or made searchable.</translation>
+    </message>
+    <message>
+        <source>Tick at least one language.</source>
+        <translation>Tick at least one language.</translation>
     </message>
 </context>
 <context>
@@ -1736,10 +1768,6 @@
         <translation>Drop PDFs or images to convert</translation>
     </message>
     <message>
-        <source>Remove metadata, and protect or unprotect with a password.</source>
-        <translation>Remove metadata, and protect or unprotect with a password.</translation>
-    </message>
-    <message>
         <source>Drop PDFs to clean or protect</source>
         <translation>Drop PDFs to clean or protect</translation>
     </message>
@@ -1802,6 +1830,10 @@
     <message>
         <source>Choose a folder of PDFs</source>
         <translation>Choose a folder of PDFs</translation>
+    </message>
+    <message>
+        <source>Remove metadata, protect or unprotect with a password, and make scans searchable.</source>
+        <translation>Remove metadata, protect or unprotect with a password, and make scans searchable.</translation>
     </message>
 </context>
 <context>

@@ -68,10 +68,6 @@
         <translation>检测到扫描文档</translation>
     </message>
     <message>
-        <source>Make searchable (OCR) · coming soon</source>
-        <translation>使其可搜索（OCR）· 即将推出</translation>
-    </message>
-    <message>
         <source>Personal metadata found</source>
         <translation>发现个人元数据</translation>
     </message>
@@ -82,6 +78,10 @@
     <message>
         <source>Embedded content detected</source>
         <translation>检测到嵌入内容</translation>
+    </message>
+    <message>
+        <source>Make searchable (OCR)</source>
+        <translation>使文字可搜索（OCR）</translation>
     </message>
 </context>
 <context>
@@ -125,6 +125,10 @@
     <message>
         <source>Remove Password</source>
         <translation>移除密码</translation>
+    </message>
+    <message>
+        <source>Make Searchable</source>
+        <translation>使文字可搜索</translation>
     </message>
 </context>
 <context>
@@ -324,6 +328,10 @@
     <message>
         <source>Drop PDFs or a folder above.</source>
         <translation>将 PDF 或文件夹拖放到上方。</translation>
+    </message>
+    <message>
+        <source>Make searchable (OCR)</source>
+        <translation>使文字可搜索（OCR）</translation>
     </message>
 </context>
 <context>
@@ -1548,10 +1556,6 @@
         <translation>请先将 PDF 拖放到上方。</translation>
     </message>
     <message>
-        <source>%1 is not a PDF: only PDFs can be cleaned or protected.</source>
-        <translation>%1 不是 PDF：只能清理或加密 PDF 文件。</translation>
-    </message>
-    <message>
         <source>Enter an open password.</source>
         <translation>请输入打开密码。</translation>
     </message>
@@ -1588,6 +1592,34 @@
         <translation>
             <numerusform>已将 %n 个 PDF 加入队列，可在任务队列中查看进度。</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Make Searchable</source>
+        <translation>使文字可搜索</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <translation>英语</translation>
+    </message>
+    <message>
+        <source>Chinese (Simplified)</source>
+        <translation>简体中文</translation>
+    </message>
+    <message>
+        <source>Languages:</source>
+        <translation>语言：</translation>
+    </message>
+    <message>
+        <source>Pages without text get an invisible layer of the words read on them, so they can be selected, copied and searched. Nothing else changes: images are not re-encoded, and pages that already have text are left as they are.</source>
+        <translation>没有文字的页面会加上一层不可见的文字（从页面上识别出来），可以选择、复制和搜索。其他一切不变：图像不会重新编码，已有文字的页面保持原样。</translation>
+    </message>
+    <message>
+        <source>%1 is not a PDF: only PDFs can be cleaned, protected or made searchable.</source>
+        <translation>%1 不是 PDF：只有 PDF 才能清理、加密或使文字可搜索。</translation>
+    </message>
+    <message>
+        <source>Tick at least one language.</source>
+        <translation>请至少勾选一种语言。</translation>
     </message>
 </context>
 <context>
@@ -1702,10 +1734,6 @@
         <translation>拖放要转换的 PDF 或图片</translation>
     </message>
     <message>
-        <source>Remove metadata, and protect or unprotect with a password.</source>
-        <translation>移除元数据，设置或移除密码保护。</translation>
-    </message>
-    <message>
         <source>Drop PDFs to clean or protect</source>
         <translation>拖放要清理或加密的 PDF</translation>
     </message>
@@ -1768,6 +1796,10 @@
     <message>
         <source>Choose a folder of PDFs</source>
         <translation>选择存放 PDF 的文件夹</translation>
+    </message>
+    <message>
+        <source>Remove metadata, protect or unprotect with a password, and make scans searchable.</source>
+        <translation>移除元数据、用密码保护或解除保护，以及使扫描件的文字可搜索。</translation>
     </message>
 </context>
 <context>

@@ -113,7 +113,7 @@ Recommendation recommendation(const RecommendedAction& action, const PDFAnalysis
     if (id == "ocr") {
         return {
             QCoreApplication::translate("AnalysisTexts", "Scanned document detected"),
-            QCoreApplication::translate("AnalysisTexts", "Make searchable (OCR) · coming soon")};
+            QCoreApplication::translate("AnalysisTexts", "Make searchable (OCR)")};
     }
     if (id == "clean") {
         return {
@@ -139,6 +139,8 @@ std::optional<Destination> destination(const RecommendedAction& action) {
                            OperationParameters::Compress{CompressionQualityTier::balanced}};
     case PDFOperationKind::unprotect:
         return Destination{Section::privacy, OperationParameters::Unprotect{}};
+    case PDFOperationKind::ocr:
+        return Destination{Section::privacy, OperationParameters::OCR{}};
     case PDFOperationKind::clean:
         // Attachments and scripts go only with the preset that keeps nothing but what is seen.
         return Destination{Section::privacy,

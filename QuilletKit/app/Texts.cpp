@@ -21,6 +21,7 @@ QString operationName(PDFOperationKind kind) {
         QT_TRANSLATE_NOOP("Operation", "Privacy Clean"),
         QT_TRANSLATE_NOOP("Operation", "Protect"),
         QT_TRANSLATE_NOOP("Operation", "Remove Password"),
+        QT_TRANSLATE_NOOP("Operation", "Make Searchable"),
     };
     const auto name = displayName(kind);
     return QCoreApplication::translate("Operation", std::string(name).c_str());

@@ -35,6 +35,7 @@ QString BatchView::label(BatchAction action) {
     case BatchAction::cleanPrivacy: return tr("Remove Metadata");
     case BatchAction::rotate90: return tr("Rotate 90°");
     case BatchAction::removePassword: return tr("Remove Password (known password)");
+    case BatchAction::makeSearchable: return tr("Make searchable (OCR)");
     }
     return {};
 }
@@ -50,6 +51,7 @@ PDFOperationKind BatchView::operation(BatchAction action) {
     case BatchAction::cleanPrivacy: return PDFOperationKind::clean;
     case BatchAction::rotate90: return PDFOperationKind::organize;
     case BatchAction::removePassword: return PDFOperationKind::unprotect;
+    case BatchAction::makeSearchable: return PDFOperationKind::ocr;
     }
     return PDFOperationKind::compress;
 }
@@ -68,6 +70,7 @@ OperationParameters BatchView::parameters(BatchAction action, const std::string&
     // pages is the organize screen's work.
     case BatchAction::rotate90: return P::Organize{};
     case BatchAction::removePassword: return P::Unprotect{password};
+    case BatchAction::makeSearchable: return P::OCR{"eng"};
     }
     return {};
 }

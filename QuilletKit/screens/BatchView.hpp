@@ -38,8 +38,9 @@ class BatchView : public QWidget {
         cleanPrivacy,
         rotate90,
         removePassword,
+        makeSearchable,
     };
-    static constexpr int actionCount = 9;
+    static constexpr int actionCount = 10;
 
     /// The label the picker shows for `action`, translated.
     static QString label(BatchAction action);

@@ -1,8 +1,10 @@
 #include "screens/PrivacyView.hpp"
 
+#include "platform/TextRecognizer.hpp"
 #include "screens/ScreenParts.hpp"
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QDateTime>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -16,6 +18,8 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace quillet {
 namespace {
@@ -91,6 +95,7 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
     tasks_->addTab(buildClean(), tr("Remove Metadata"));
     tasks_->addTab(buildProtect(), tr("Add Password"));
     tasks_->addTab(buildRemovePassword(), tr("Remove Password"));
+    tasks_->addTab(buildMakeSearchable(), tr("Make Searchable"));
     connect(tasks_, &QTabWidget::currentChanged, this, &PrivacyView::refresh);
 
     auto* layout = new QVBoxLayout(this);
@@ -122,6 +127,11 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
                 } else if (suggested.as<OperationParameters::Protect>() != nullptr) {
                     selectTask(Task::protect);
                     password_->setFocus();
+                } else if (suggested.as<OperationParameters::OCR>() != nullptr) {
+                    // A scanned document found on the home screen: read it in the languages
+                    // ticked here (English unless changed).
+                    selectTask(Task::makeSearchable);
+                    runTask();
                 }
             });
     refreshMetadata();
@@ -207,6 +217,49 @@ QWidget* PrivacyView::buildRemovePassword() {
     return page;
 }
 
+QWidget* PrivacyView::buildMakeSearchable() {
+    auto* page = new QWidget(this);
+    QFormLayout* layout = formLayout(page, 12);
+    auto* boxes = new QWidget(page);
+    auto* row = new QHBoxLayout(boxes);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(12);
+    const QMap<QString, QString> names{{QStringLiteral("eng"), tr("English")},
+                                       {QStringLiteral("chi_sim"), tr("Chinese (Simplified)")}};
+    // English first: the first language ticked is the one Tesseract tries first.
+    auto installed = TextRecognizer::installedLanguages();
+    std::stable_partition(installed.begin(), installed.end(),
+                          [](const std::string& code) { return code == "eng"; });
+    for (const std::string& language : installed) {
+        const QString code = QString::fromStdString(language);
+        auto* box = new QCheckBox(names.value(code, code), boxes);
+        box->setObjectName(QStringLiteral("language-%1").arg(code));
+        box->setChecked(code == QLatin1String("eng"));
+        connect(box, &QCheckBox::toggled, this, &PrivacyView::refresh);
+        row->addWidget(box);
+        languages_.append({code, box});
+    }
+    row->addStretch(1);
+    layout->addRow(tr("Languages:"), boxes);
+    layout->addRow(QString(),
+                   noteLabel(tr("Pages without text get an invisible layer of the words read on "
+                                "them, so they can be selected, copied and searched. Nothing "
+                                "else changes: images are not re-encoded, and pages that "
+                                "already have text are left as they are."),
+                             page));
+    return page;
+}
+
+std::string PrivacyView::languages() const {
+    QStringList ticked;
+    for (const auto& [code, box] : languages_) {
+        if (box->isChecked()) {
+            ticked << code;
+        }
+    }
+    return ticked.join(QLatin1Char('+')).toStdString();
+}
+
 PrivacyView::Task PrivacyView::task() const {
     return static_cast<Task>(tasks_->currentIndex());
 }
@@ -253,7 +306,7 @@ QString PrivacyView::problem(bool running) const {
         if (model.files().isEmpty()) {
             return running ? tr("Drop PDFs above first.") : QString();
         }
-        return tr("%1 is not a PDF: only PDFs can be cleaned or protected.")
+        return tr("%1 is not a PDF: only PDFs can be cleaned, protected or made searchable.")
             .arg(QFileInfo(model.files().front()).fileName());
     }
     switch (task()) {
@@ -269,12 +322,15 @@ QString PrivacyView::problem(bool running) const {
     case Task::removePassword:
         return running && current_->text().isEmpty() ? tr("Enter the current password.")
                                                      : QString();
+    case Task::makeSearchable:
+        return languages().empty() ? tr("Tick at least one language.") : QString();
     }
     return {};
 }
 
 void PrivacyView::refresh() {
-    const QString actions[] = {tr("Clean"), tr("Protect"), tr("Remove Password")};
+    const QString actions[] = {tr("Clean"), tr("Protect"), tr("Remove Password"),
+                               tr("Make Searchable")};
     bar_->button().setText(actions[tasks_->currentIndex()]);
     bar_->button().setEnabled(!context_.model().files().isEmpty());
     if (const QString why = problem(false); !why.isEmpty()) {
@@ -316,6 +372,9 @@ void PrivacyView::runTask() {
         model.run(PDFOperationKind::unprotect,
                   OperationParameters::Unprotect{current_->text().toStdString()}, pdfs);
         current_->clear();
+        break;
+    case Task::makeSearchable:
+        model.run(PDFOperationKind::ocr, OperationParameters::OCR{languages()}, pdfs);
         break;
     }
     bar_->showNote(

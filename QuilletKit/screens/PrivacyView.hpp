@@ -1,7 +1,8 @@
-// The privacy screen, three tasks on the loaded PDFs: remove metadata (three presets, each
-// saying what it removes, beside the personal details each file's analysis found), protect with
-// a password (typed twice; an owner password optional), and remove a known password. A
-// recommendation followed from the home screen preselects its task and preset.
+// The privacy screen, four tasks on the loaded PDFs: remove metadata (three presets, each saying
+// what it removes, beside the personal details each file's analysis found), protect with a
+// password (typed twice; an owner password optional), remove a known password, and make scanned
+// pages searchable in the languages chosen. A recommendation followed from the home screen
+// preselects its task and preset; the scanned-document one also starts the job.
 //
 // Passwords go into the job and nowhere else: the fields are emptied once a job is queued, and
 // the history keeps no password of any job.
@@ -12,6 +13,7 @@
 #include <QWidget>
 
 class QButtonGroup;
+class QCheckBox;
 class QLineEdit;
 class QTabWidget;
 class QTreeWidget;
@@ -26,7 +28,7 @@ class PrivacyView : public QWidget {
   public:
     explicit PrivacyView(const ScreenContext& context, QWidget* parent = nullptr);
 
-    enum class Task { clean, protect, removePassword };
+    enum class Task { clean, protect, removePassword, makeSearchable };
     Task task() const;
     void selectTask(Task task);
     CleanPreset preset() const;
@@ -41,6 +43,9 @@ class PrivacyView : public QWidget {
     QWidget* buildClean();
     QWidget* buildProtect();
     QWidget* buildRemovePassword();
+    QWidget* buildMakeSearchable();
+    /// The languages ticked, in Tesseract's "eng+chi_sim" form; empty when none is.
+    std::string languages() const;
     void refresh();
     void refreshMetadata();
     /// Why the task cannot run; while typing (`running` false) an empty field is no problem yet.
@@ -54,6 +59,7 @@ class PrivacyView : public QWidget {
     QLineEdit* repeat_ = nullptr;
     QLineEdit* owner_ = nullptr;
     QLineEdit* current_ = nullptr;
+    QList<QPair<QString, QCheckBox*>> languages_; // code and its box
     ActionBar* bar_ = nullptr;
 };
 

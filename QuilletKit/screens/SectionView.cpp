@@ -45,7 +45,8 @@ SectionTexts texts(Section section) {
                                 "into a PDF."),
                 SectionView::tr("Drop PDFs or images to convert"), QString()};
     case Section::privacy:
-        return {SectionView::tr("Remove metadata, and protect or unprotect with a password."),
+        return {SectionView::tr("Remove metadata, protect or unprotect with a password, and make "
+                                "scans searchable."),
                 SectionView::tr("Drop PDFs to clean or protect"), QString()};
     case Section::batch:
         return {SectionView::tr("One action on many files at once."),

@@ -13,6 +13,7 @@
 #include "tasks/PersistedList.hpp"
 
 #include <QLabel>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QListView>
 #include <QMimeData>
@@ -108,6 +109,9 @@ void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
         << int(A::removePassword) << 2 << "secret" << 2 << int(PDFOperationKind::unprotect)
         << R"({"type":"unprotect","password":"secret"})";
     QTest::newRow("no password, no job") << int(A::removePassword) << 2 << "" << 0 << 0 << "";
+    QTest::newRow("the tenth action reads scans in English")
+        << int(A::makeSearchable) << 2 << "" << 2 << int(PDFOperationKind::ocr)
+        << R"({"type":"ocr","languages":"eng"})";
 }
 
 void SectionScreensTest::batchSubmitsOneJobPerFile() {
@@ -289,10 +293,22 @@ void SectionScreensTest::privacyRefusesMismatchedPasswordsAndFollowsSuggestions(
     model.openWithSuggestion(AppModel::Section::privacy, qpath(input),
                              OperationParameters::Unprotect{});
     QCOMPARE(view.task(), PrivacyView::Task::removePassword);
+    // The scanned-document recommendation runs at once, in the languages ticked.
+    view.findChild<QCheckBox*>("language-chi_sim")->setChecked(true);
+    model.openWithSuggestion(AppModel::Section::privacy, qpath(input), OperationParameters::OCR{});
+    QCOMPARE(view.task(), PrivacyView::Task::makeSearchable);
+    QCOMPARE(screens.app.queue().records().size(), 2u);
+    QCOMPARE(decoded(screens.app.queue().records()[1].parametersData),
+             OperationParameters(OperationParameters::OCR{"eng+chi_sim"}));
+    view.findChild<QCheckBox*>("language-chi_sim")->setChecked(false);
+    view.findChild<QCheckBox*>("language-eng")->setChecked(false);
+    view.runTask();
+    QCOMPARE(message(view), QStringLiteral("Tick at least one language."));
+    QCOMPARE(screens.app.queue().records().size(), 2u);
     // A suggestion for another section is not this screen's.
     model.openWithSuggestion(AppModel::Section::compress, qpath(input),
                              OperationParameters::Clean{CleanPreset::safe});
-    QCOMPARE(view.task(), PrivacyView::Task::removePassword);
+    QCOMPARE(view.task(), PrivacyView::Task::makeSearchable);
 }
 
 void SectionScreensTest::mergeOrderFollowsDragsAndRemovals() {

@@ -14,6 +14,7 @@
 #include "screens/OrganizePageGrid.hpp"
 #include "screens/OrganizePageModel.hpp"
 #include "screens/OrganizeView.hpp"
+#include "screens/PrivacyView.hpp"
 #include "screens/SectionView.hpp"
 #include "screens/SettingsWindow.hpp"
 #include "tasks/PersistedList.hpp"
@@ -182,6 +183,9 @@ int main(int argc, char** argv) {
     split->findChild<QRadioButton*>("mode-pageRanges")->setChecked(true);
     split->findChild<QLineEdit*>("ranges")->setText(QStringLiteral("1-2, 3-"));
     save(window, prefix + QStringLiteral("16-split-ranges.png"));
+    model.setSection(AppModel::Section::privacy);
+    window.findChild<PrivacyView*>()->selectTask(PrivacyView::Task::makeSearchable);
+    save(window, prefix + QStringLiteral("17-privacy-searchable.png"));
 
     // Organize: a document with turned pages and a long one inserted after it, two pages
     // selected, one of them turned by hand.
