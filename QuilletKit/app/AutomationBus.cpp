@@ -83,6 +83,17 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         "      </arg>\n"
         "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
         "    </method>\n"
+        "    <!-- Make PDF Searchable: \"Make FILES searchable in LANGUAGES\". Answers the searchable copies. -->\n"
+        "    <method name=\"MakePDFSearchable\">\n"
+        "      <annotation name=\"org.freedesktop.DBus.Description\" value=\"Make PDF Searchable: Make files searchable in languages\"/>\n"
+        "      <arg name=\"files\" type=\"as\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"PDFs (absolute paths)\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"languages\" type=\"s\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"Languages, e.g. eng or eng+chi_sim (empty: eng)\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
+        "    </method>\n"
         "  </interface>\n")
     // clang-format on
 
@@ -115,6 +126,14 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
     }
     QStringList CleanPDF(const QStringList& files, const QDBusMessage& message) {
         answer(message, [&] { return Intent::clean(AutomationBus::absolutePaths(files)); });
+        return {};
+    }
+    QStringList MakePDFSearchable(const QStringList& files, const QString& languages,
+                                  const QDBusMessage& message) {
+        answer(message, [&] {
+            return Intent::makeSearchable(AutomationBus::absolutePaths(files),
+                                          languages.toStdString());
+        });
         return {};
     }
 

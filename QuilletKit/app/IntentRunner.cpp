@@ -1,5 +1,6 @@
 #include "app/IntentRunner.hpp"
 
+#include "engines/PDFOCREngine.hpp"
 #include "platform/UUID.hpp"
 #include "tasks/queue/JobWorker.hpp"
 
@@ -53,6 +54,15 @@ Intent Intent::convert(fs::path file, int dpi) {
 Intent Intent::clean(std::vector<fs::path> files) {
     return {"clean", std::move(files), PDFOperationKind::clean,
             OperationParameters::Clean{CleanPreset::privacy}};
+}
+
+Intent Intent::makeSearchable(std::vector<fs::path> files, std::string languages) {
+    if (languages.empty()) {
+        languages = "eng";
+    }
+    PDFOCREngine::requireLanguages(languages);
+    return {"ocr", std::move(files), PDFOperationKind::ocr,
+            OperationParameters::OCR{std::move(languages)}};
 }
 
 IntentRunner::IntentRunner(QStringList workerCommand, fs::path temporaryFolder, QObject* parent)

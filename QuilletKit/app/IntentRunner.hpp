@@ -1,5 +1,5 @@
-// The automation actions: compress, merge, split, convert and clean files handed in by a script,
-// answering the files produced.
+// The automation actions: compress, merge, split, convert, clean and make searchable files
+// handed in by a script, answering the files produced.
 //
 // Every action follows the same steps (`perform`): a fresh work folder
 // "quillet-intent-WORD-UUID" under the temporary folder, a copy of each received file staged
@@ -37,7 +37,7 @@ namespace quillet {
 
 /// One action as received: its word, the files and the operation to run on them.
 struct Intent {
-    std::string word; ///< "compress", "merge", "split", "convert" or "clean"
+    std::string word; ///< "compress", "merge", "split", "convert", "clean" or "ocr"
     std::vector<std::filesystem::path> files;
     PDFOperationKind operation = PDFOperationKind::compress;
     OperationParameters parameters;
@@ -50,6 +50,9 @@ struct Intent {
     static Intent split(std::filesystem::path file, int everyN);
     static Intent convert(std::filesystem::path file, int dpi);
     static Intent clean(std::vector<std::filesystem::path> files);
+    /// `languages` empty reads English. Throws PDFCoreError (invalidInput) naming a language
+    /// that is not installed.
+    static Intent makeSearchable(std::vector<std::filesystem::path> files, std::string languages);
 };
 
 class IntentRunner : public QObject {

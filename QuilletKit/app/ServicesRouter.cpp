@@ -5,7 +5,7 @@ namespace quillet::ServicesRouter {
 const QStringList& words() {
     static const QStringList all{QStringLiteral("compress"), QStringLiteral("merge"),
                                  QStringLiteral("convert"), QStringLiteral("clean"),
-                                 QStringLiteral("images")};
+                                 QStringLiteral("images"),  QStringLiteral("ocr")};
     return all;
 }
 
@@ -27,6 +27,9 @@ std::optional<Plan> plan(const std::optional<QString>& userData) {
     }
     if (word == QLatin1String("clean")) {
         return Plan{PDFOperationKind::clean, OperationParameters::Clean{CleanPreset::privacy}};
+    }
+    if (word == QLatin1String("ocr")) {
+        return Plan{PDFOperationKind::ocr, OperationParameters::OCR{"eng"}};
     }
     if (word == QLatin1String("images")) {
         return Plan{PDFOperationKind::imagesToPDF,

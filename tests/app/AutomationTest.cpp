@@ -201,6 +201,8 @@ void AutomationTest::errorsAnswerTheFailedError() {
         {intents("CompressPDF", {QStringList{one}, QString("Balanced"), 0}),
          "use highQuality, balanced, smallest or lossless"},
         {intents("CleanPDF", {QStringList{"relative.pdf"}}), "not an absolute path"},
+        {intents("MakePDFSearchable", {QStringList{one}, QString("eng+xyz")}),
+         "tesseract-ocr-xyz"},
     };
     for (const auto& [call, text] : cases) {
         QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), 60000);

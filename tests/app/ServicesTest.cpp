@@ -34,7 +34,8 @@ const std::map<QString, QString> titles{{"compress", "Compress with Quillet"},
                                         {"merge", "Merge with Quillet"},
                                         {"convert", "Convert to PNG with Quillet"},
                                         {"clean", "Remove metadata with Quillet"},
-                                        {"images", "Make a PDF with Quillet"}};
+                                        {"images", "Make a PDF with Quillet"},
+                                        {"ocr", "Make searchable with Quillet"}};
 
 /// MIME names as the database knows them, so an alias and its type compare equal.
 std::set<QString> canonical(const QStringList& names) {
@@ -183,9 +184,10 @@ void ServicesTest::planTable() {
         {"convert", {{PDFOperationKind::pdfToImages, P::PDFToImages{"png", 150, "", 0.85}}}},
         {"clean", {{PDFOperationKind::clean, P::Clean{CleanPreset::privacy}}}},
         {"images", {{PDFOperationKind::imagesToPDF, P::ImagesToPDF{"original", "fit", 0}}}},
+        {"ocr", {{PDFOperationKind::ocr, P::OCR{"eng"}}}},
         {"Compress", std::nullopt},
         {"compress ", std::nullopt},
-        {"ocr", std::nullopt},
+        {"OCR", std::nullopt},
         {"", std::nullopt},
         {std::nullopt, std::nullopt},
     };
@@ -264,7 +266,7 @@ void ServicesTest::everyFileManagerEntryNamesAKnownWordAndItsTypes() {
     }
     QCOMPARE(wordsByManager.size(), 6u); // Dolphin, Nemo, Nautilus, FM actions, Thunar twice
     for (const auto& [manager, words] : wordsByManager) {
-        QVERIFY2(words.size() == 5, qPrintable(manager));
+        QVERIFY2(words.size() == 6, qPrintable(manager));
     }
     // Every image type offered is one the app loads.
     QMimeDatabase database;
@@ -328,7 +330,7 @@ void ServicesTest::anActionRunsThroughTheModelAndQueue() {
     ServicesProvider services(&app.model(), [&raised] { ++raised; });
 
     // Not one of ours, or nothing to work on: nothing happens.
-    QVERIFY(!services.activateAction("ocr", {QStringList{qpath(source)}}));
+    QVERIFY(!services.activateAction("rotate", {QStringList{qpath(source)}}));
     QVERIFY(services.activateAction("clean", {QStringLiteral("just some text")}));
     QVERIFY(app.queue().records().empty());
     QCOMPARE(raised, 0);
