@@ -29,26 +29,28 @@ measure() {
     /usr/bin/time -o "$work/time" -f "%e %M" "$@" >/dev/null 2>&1
     cat "$work/time"
 }
-# Median wall time (and the peak memory of that run) of three runs.
-median() {
-    for _ in 1 2 3; do measure "$@"; done | sort -n | sed -n 2p
-}
 size() { stat -c %s "$1"; }
 ratio() { echo "scale=2; $1 / $2" | bc; }
 
 printf 'machine: %s cores, %s\n' "$(nproc)" "$(uname -m)"
 printf 'scan: 20 pages, %s bytes\n\n' "$(size "$work/scan.pdf")"
 
-read -r q_time q_mem < <(median "$quillet" compress "$work/scan.pdf" -t balanced -o "$work/q.pdf")
-read -r g_time g_mem < <(median gs -q -dNOPAUSE -dBATCH -dSAFER -sDEVICE=pdfwrite \
-    -dPDFSETTINGS=/ebook -sOutputFile="$work/g.pdf" "$work/scan.pdf")
+balanced() { rm -f "$work/q.pdf"; measure "$quillet" compress "$work/scan.pdf" -t balanced -o "$work/q.pdf"; }
+ebook() {
+    measure gs -q -dNOPAUSE -dBATCH -dSAFER -sDEVICE=pdfwrite -dPDFSETTINGS=/ebook \
+        -sOutputFile="$work/g.pdf" "$work/scan.pdf"
+}
+read -r q_time q_mem g_time g_mem < <(in_turn 5 balanced ebook)
 printf 'balanced vs gs /ebook:  quillet %ss %sKB -> %s bytes | gs %ss %sKB -> %s bytes | time ratio %s (goal <= 0.50)\n' \
     "$q_time" "$q_mem" "$(size "$work/q.pdf")" "$g_time" "$g_mem" "$(size "$work/g.pdf")" "$(ratio "$q_time" "$g_time")"
 row "compress -t balanced, 20-page 300-DPI scan ($(size "$work/scan.pdf") bytes)" "$q_time" "$q_mem" "gs -dPDFSETTINGS=/ebook" "$g_time" "$g_mem" "<= 0.50" "< 120 MB"
 
-read -r ql_time ql_mem < <(median "$quillet" compress "$text" -t lossless -o "$work/ql.pdf")
-read -r qp_time qp_mem < <(median qpdf --object-streams=generate --recompress-flate \
-    --compression-level=9 "$text" "$work/qp.pdf")
+lossless() { rm -f "$work/ql.pdf"; measure "$quillet" compress "$text" -t lossless -o "$work/ql.pdf"; }
+recompress() {
+    measure qpdf --object-streams=generate --recompress-flate --compression-level=9 "$text" \
+        "$work/qp.pdf"
+}
+read -r ql_time ql_mem qp_time qp_mem < <(in_turn 5 lossless recompress)
 ql_size=$( [[ -f "$work/ql.pdf" ]] && size "$work/ql.pdf" || size "$text")
 printf 'lossless vs qpdf:       quillet %ss %sKB -> %s bytes | qpdf %ss %sKB -> %s bytes | size ratio %s (goal 1.00), time ratio %s (goal <= 1.3), memory ratio %s (goal <= 1.5)\n' \
     "$ql_time" "$ql_mem" "$ql_size" "$qp_time" "$qp_mem" "$(size "$work/qp.pdf")" \

@@ -39,9 +39,12 @@ ratio() { echo "scale=2; $1 / $2" | bc; }
 printf 'machine: %s cores, %s\n' "$(nproc)" "$(uname -m)"
 printf 'input: 60 text pages, %s bytes\n\n' "$(stat -c %s "$work/p60.pdf")"
 
-read -r q_time q_mem < <(median "$quillet" convert "$work/p60.pdf" --dpi 150 -o "$work/out")
+ours() { measure "$quillet" convert "$work/p60.pdf" --dpi 150 -o "$work/out"; }
+mutool_draw() { measure mutool draw -q -r 150 -o "$work/out/out%d.png" "$work/p60.pdf"; }
+read -r q_time q_mem m_time m_mem < <(in_turn 3 ours mutool_draw)
+ours >/dev/null
 q_bytes=$(folderBytes)
-read -r m_time m_mem < <(median mutool draw -q -r 150 -o "$work/out/out%d.png" "$work/p60.pdf")
+mutool_draw >/dev/null
 m_bytes=$(folderBytes)
 read -r p_time p_mem < <(median pdftoppm -r 150 -png "$work/p60.pdf" "$work/out/page")
 p_bytes=$(folderBytes)

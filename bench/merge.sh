@@ -4,7 +4,7 @@
 #     (goal: at most 1.2x qpdf's wall time);
 #   - `images` of 20 scanned JPEGs against img2pdf (goal: at most 1.0x img2pdf's wall time, with
 #     the JPEG bytes inside both PDFs identical to the input files).
-# Median wall time of five runs each, with the peak memory of that run. The inputs are made at
+# Median wall time of five runs each, taken in turns, with the peak memory of that run. The inputs are made at
 # run time from the shared corpus (copies of its 117-page thesis joined; its pages rendered to
 # JPEG at 300 DPI); nothing is committed.
 set -euo pipefail
@@ -32,10 +32,6 @@ measure() {
     /usr/bin/time -o "$work/time" -f "%e %M" "$@" >/dev/null 2>&1
     cat "$work/time"
 }
-# Median wall time (and the peak memory of that run) of five runs.
-median() {
-    for _ in 1 2 3 4 5; do measure "$@"; done | sort -n | sed -n 3p
-}
 ratio() { echo "scale=2; $1 / $2" | bc; }
 pages() { pdfinfo "$1" | awk '/^Pages:/ {print $2}'; }
 
@@ -59,17 +55,17 @@ printf 'machine: %s cores, %s\n' "$(nproc)" "$(uname -m)"
 printf 'merge inputs: %s + %s pages; images: %s JPEGs, %s bytes\n\n' "$(pages "$work/big.pdf")" \
     "$(pages "$work/small.pdf")" "${#scans[@]}" "$(cat "${scans[@]}" | wc -c)"
 
-read -r q_time q_mem < <(median "$work/q.pdf" "$quillet" merge "$work/big.pdf" "$work/small.pdf" \
-    -o "$work/q.pdf")
-read -r p_time p_mem < <(median "$work/p.pdf" qpdf --empty --pages "$work/big.pdf" \
-    "$work/small.pdf" -- "$work/p.pdf")
+ours_merge() { measure "$work/q.pdf" "$quillet" merge "$work/big.pdf" "$work/small.pdf" -o "$work/q.pdf"; }
+qpdf_merge() { measure "$work/p.pdf" qpdf --empty --pages "$work/big.pdf" "$work/small.pdf" -- "$work/p.pdf"; }
+read -r q_time q_mem p_time p_mem < <(in_turn 5 ours_merge qpdf_merge)
 printf 'merge vs qpdf:     quillet %ss %sKB -> %s pages | qpdf %ss %sKB -> %s pages | time ratio %s (goal <= 1.2)\n' \
     "$q_time" "$q_mem" "$(pages "$work/q.pdf")" "$p_time" "$p_mem" "$(pages "$work/p.pdf")" \
     "$(ratio "$q_time" "$p_time")"
 row "merge, $(pages "$work/q.pdf") pages from two files" "$q_time" "$q_mem" "qpdf --empty --pages" "$p_time" "$p_mem" "<= 1.20"
 
-read -r qi_time qi_mem < <(median "$work/qi.pdf" "$quillet" images "${scans[@]}" -o "$work/qi.pdf")
-read -r i_time i_mem < <(median "$work/i.pdf" img2pdf -o "$work/i.pdf" "${scans[@]}")
+ours_images() { measure "$work/qi.pdf" "$quillet" images "${scans[@]}" -o "$work/qi.pdf"; }
+their_images() { measure "$work/i.pdf" img2pdf -o "$work/i.pdf" "${scans[@]}"; }
+read -r qi_time qi_mem i_time i_mem < <(in_turn 5 ours_images their_images)
 printf 'images vs img2pdf: quillet %ss %sKB | img2pdf %ss %sKB | time ratio %s (goal <= 1.0)\n' \
     "$qi_time" "$qi_mem" "$i_time" "$i_mem" "$(ratio "$qi_time" "$i_time")"
 printf '                   JPEG bytes identical: quillet %s, img2pdf %s\n' \

@@ -8,3 +8,18 @@ row() {
     local IFS=$'\t'
     echo "$*" >>"$QUILLET_BENCH_ROWS"
 }
+
+# `in_turn N A B` runs the commands A and B (each a shell function or program that prints
+# "seconds peak-KB" of one run) in turn, A B A B ..., N times each, and prints "A_s A_KB B_s B_KB":
+# the median run of each side. Taking turns lets both sides meet the same drift of a shared
+# machine; running one side's rounds and then the other's does not.
+in_turn() {
+    local n=$1 a=$2 b=$3 i
+    local as=() bs=()
+    for ((i = 0; i < n; i++)); do
+        as+=("$($a)")
+        bs+=("$($b)")
+    done
+    local middle=$(((n + 1) / 2))
+    echo "$(printf '%s\n' "${as[@]}" | sort -n | sed -n "${middle}p") $(printf '%s\n' "${bs[@]}" | sort -n | sed -n "${middle}p")"
+}

@@ -15,7 +15,7 @@ log="$build_dir/build.log"
 if [[ ! -f "$build_dir/build.ninja" ]]; then
     cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 fi
-cmake --build "$build_dir" --parallel "$(nproc)" ${1:+--target "$@"} >>"$log" 2>&1 || {
+cmake --build "$build_dir" --parallel "$(nproc)" ${1:+--target "$@"} >"$log" 2>&1 || {
     grep -E -A5 'error|Error' "$log" | tail -60 >&2
     echo "build failed; the whole log is in $log" >&2
     exit 1

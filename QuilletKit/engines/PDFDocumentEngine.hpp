@@ -48,9 +48,11 @@ class PDFDocumentEngine {
                               const std::optional<std::string>& password = {});
 
     /// Checks a freshly written output, stopping at the first failure: "Output file missing.",
-    /// "Could not re-open the generated PDF." (also for an output that needs a password), "Page
-    /// count mismatch (ACTUAL vs EXPECTED).", "First page has invalid geometry." (media box width
-    /// or height not positive). A document without pages and no expected count is accepted.
+    /// "Could not re-open the generated PDF." (also for an output that needs a password, or one
+    /// whose cross-reference data only reads after repair), "Page count mismatch (ACTUAL vs
+    /// EXPECTED)." (the count the page tree states), "First page has invalid geometry." (media
+    /// box width or height not positive). A document without pages and no expected count is
+    /// accepted. Reads the file's structure and first page only, not every page.
     static ValidationResult validateOutput(const std::filesystem::path& url,
                                            std::optional<int> expectedPageCount = {});
 

@@ -59,8 +59,11 @@ TEST(PDFDocumentEngineCorpusTest, EveryFileOpensWithItsRecordedPagesAndAnnotatio
         EXPECT_EQ(annotationCounts(document), entry.at("annotations").get<Counts>());
         EXPECT_TRUE(PDFFileVersionReader::version(path).has_value());
         if (!encrypted) {
+            // The one file whose cross-reference data needs repair would not pass as a fresh
+            // output; every other file would.
+            const bool damaged = relative.starts_with("017-");
             const auto result = PDFDocumentEngine::validateOutput(path, document.pageCount());
-            EXPECT_TRUE(result.ok) << result.message;
+            EXPECT_EQ(result.ok, !damaged) << result.message;
             EXPECT_TRUE(PDFDocumentEngine::open(path).has_value());
         } else {
             EXPECT_FALSE(PDFDocumentEngine::open(path).has_value());
