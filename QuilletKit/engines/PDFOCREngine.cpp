@@ -127,9 +127,11 @@ void layOver(PDFDocument& document, int index, const PDFDocument& layer) {
                            false);
 }
 
+// One reader per core, at most eight: each holds a Tesseract with its languages loaded (tens of
+// megabytes each), and never more readers than pages.
 unsigned readers(int pages) {
-    return static_cast<unsigned>(
-        std::clamp<int>(static_cast<int>(std::thread::hardware_concurrency()), 1, std::max(pages, 1)));
+    const int cores = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 8);
+    return static_cast<unsigned>(std::min(cores, std::max(pages, 1)));
 }
 
 std::string packageFor(const std::string& language) {
