@@ -215,7 +215,7 @@ PDFDocumentEngine::validateOutput(const std::filesystem::path& url,
 }
 
 PDFDocumentEngine::ValidationResult
-PDFDocumentEngine::validateOutput(std::string bytes, std::optional<int> expectedPageCount) {
+PDFDocumentEngine::validateOutput(std::string_view bytes, std::optional<int> expectedPageCount) {
     try {
         QPDF qpdf;
         qpdf.setSuppressWarnings(true);

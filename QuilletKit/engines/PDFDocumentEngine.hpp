@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace quillet {
 
@@ -58,7 +59,8 @@ class PDFDocumentEngine {
 
     /// The same checks on an output still in memory (`bytes`, the whole file), for writers that
     /// assemble a small file before putting it on disk.
-    static ValidationResult validateOutput(std::string bytes, std::optional<int> expectedPageCount);
+    static ValidationResult validateOutput(std::string_view bytes,
+                                           std::optional<int> expectedPageCount);
 
     /// The information fields, looked up first in an /Info dictionary of the *catalog* (where
     /// some producers put it), then, for the fields still absent, in the trailer's Info

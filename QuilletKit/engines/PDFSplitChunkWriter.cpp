@@ -7,6 +7,7 @@
 #include "platform/InOrderWorkers.hpp"
 #include "platform/TemporaryFile.hpp"
 
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -16,6 +17,7 @@
 #include <fstream>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <thread>
 
 namespace quillet {
@@ -160,17 +162,18 @@ WrittenPart writeThroughDisk(const PDFDocument& chunk, int pageCount, const fs::
 // without a system call per object, which for hundreds of small parts is most of the cost of
 // checking them.
 WrittenPart writeThroughMemory(const PDFDocument& chunk, int pageCount, const fs::path& url) {
-    std::string bytes;
+    std::shared_ptr<Buffer> buffer;
     try {
         QPDFWriter writer(chunk.qpdf());
         writer.setOutputMemory();
         configure(writer);
         writer.write();
-        const auto buffer = writer.getBufferSharedPointer();
-        bytes.assign(reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize());
+        buffer = writer.getBufferSharedPointer();
     } catch (const std::exception&) {
         throw PDFCoreError::writeFailed(url.filename().string());
     }
+    const std::string_view bytes(reinterpret_cast<const char*>(buffer->getBuffer()),
+                                 buffer->getSize());
     check(PDFDocumentEngine::validateOutput(bytes, pageCount));
     try {
         WrittenPart part{TemporaryFile::beside(url), url, pageCount};
@@ -186,14 +189,20 @@ WrittenPart writeThroughMemory(const PDFDocument& chunk, int pageCount, const fs
     }
 }
 
-// A part of a source this size or smaller is assembled in memory; one part is never larger than
-// its source by more than the few objects a copy adds.
-constexpr std::uintmax_t kMemoryPartSourceLimit = 64U << 20U;
+// Whether the parts of `source` are assembled in memory: those of a file of 64 MB or less, as one
+// part is never larger than its source by more than the few objects a copy adds. Decided once
+// per split.
+bool assembleInMemory(const PDFDocument& source) {
+    constexpr std::uintmax_t limit = 64U << 20U;
+    std::error_code error;
+    return !source.path().empty() && fs::file_size(source.path(), error) <= limit && !error;
+}
 
 // Reads the source; must run on the thread that owns it. `sharing` is the source's
-// `pagesSharingResources`. The part comes back written beside `url` and checked.
+// `pagesSharingResources`, `inMemory` its `assembleInMemory`. The part comes back written beside
+// `url` and checked.
 WrittenPart writePart(PDFDocument& source, const SplitChunk& pages, const std::vector<bool>& sharing,
-                      const fs::path& url) {
+                      bool inMemory, const fs::path& url) {
     PDFDocument chunk = PDFDocument::empty();
     SplitChunk copied;
     try {
@@ -207,12 +216,8 @@ WrittenPart writePart(PDFDocument& source, const SplitChunk& pages, const std::v
     }
     pruneSharedResources(chunk, copied, sharing);
     const int pageCount = static_cast<int>(copied.size());
-    std::error_code error;
-    const auto sourceSize =
-        source.path().empty() ? kMemoryPartSourceLimit + 1 : fs::file_size(source.path(), error);
-    return !error && sourceSize <= kMemoryPartSourceLimit
-               ? writeThroughMemory(chunk, pageCount, url)
-               : writeThroughDisk(chunk, pageCount, url);
+    return inMemory ? writeThroughMemory(chunk, pageCount, url)
+                    : writeThroughDisk(chunk, pageCount, url);
 }
 
 // Moves a checked part into place. Returns where it went (a later name when its free name was
@@ -279,7 +284,8 @@ unsigned splitWorkers(const PDFDocument& source, std::size_t parts) {
 } // namespace
 
 void PDFSplitEngine::writeChunk(PDFDocument& source, const SplitChunk& pages, const fs::path& url) {
-    auto part = writePart(source, pages, pagesSharingResources(source.qpdf()), url);
+    auto part = writePart(source, pages, pagesSharingResources(source.qpdf()),
+                          assembleInMemory(source), url);
     flushParts({placePart(part)});
 }
 
@@ -296,6 +302,7 @@ void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
     }
     const unsigned workers = splitWorkers(source, plan.size());
     const std::size_t window = 2 * static_cast<std::size_t>(workers);
+    const bool inMemory = assembleInMemory(source);
     std::vector<WorkerSource> sources(workers);
     sources.front() = WorkerSource(source);
     std::vector<std::optional<WrittenPart>> waiting(window);
@@ -306,7 +313,7 @@ void PDFSplitEngine::writeChunks(PDFDocument& source, const SplitPlan& plan,
             [&](unsigned worker, std::size_t index) {
                 auto& reader = sources[worker];
                 auto part = writePart(reader.document(source), plan[index],
-                                      reader.sharing(source), destinations[index]);
+                                      reader.sharing(source), inMemory, destinations[index]);
                 waiting[index % window].emplace(std::move(part));
             },
             [&](std::size_t index) {
