@@ -17,6 +17,7 @@ packages=(
     xvfb xauth dbus fonts-noto-cjk fonts-dejavu-core
     qpdf poppler-utils libimage-exiftool-perl pango1.0-tools
     desktop-file-utils appstream librsvg2-bin dpkg-dev file
+    openssh-server openssh-client parallel rsync jq python3-yaml
 )
 
 missing=()
