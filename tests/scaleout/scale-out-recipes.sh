@@ -14,7 +14,8 @@
 # (a temporary folder, so the account's shell start-up files are not read) from sshd's SetEnv,
 # along with the sanitizer options of a sanitized build.
 #
-# The page's /data is this test's own folder: the only change made to the page's commands.
+# The page's /data is this test's own folder (and a pod's /tmp another): the only change made to
+# the page's commands.
 # Exit 77 (skipped) when a tool is missing or sshd cannot start here.
 set -euo pipefail
 
@@ -370,7 +371,9 @@ EOF
 if [[ -s $tmp/pod-script.sh ]]; then
     make_inputs "$pod"
     (cd "$pod/in" && find "$PWD" -name '*.pdf' | LC_ALL=C sort) >"$pod/files.txt"
-    sed -i "s#/data\\b#$pod#g" "$tmp/pod-script.sh"
+    # A pod's /tmp is its own: here, a folder of the test's.
+    mkdir -p "$pod/tmp"
+    sed -i "s#/tmp/#$pod/tmp/#g; s#/data\\b#$pod#g" "$tmp/pod-script.sh"
     run_shard() {
         SHARDS=3 JOB_COMPLETION_INDEX=$1 sh "$tmp/pod-script.sh" \
             >"$tmp/pod.out" 2>&1 || fail "pod script, index $1: $(cat "$tmp/pod.out")"
