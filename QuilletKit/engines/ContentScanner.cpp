@@ -191,7 +191,7 @@ void ContentScanner::onDo(const std::string& name, int depth) {
     if (subtype.isNameAndEquals("/Form")) {
         onForm(object, depth + 1);
     } else if (subtype.isNameAndEquals("/Image")) {
-        onImage(dictionary);
+        onImage(object);
     }
 }
 
@@ -217,7 +217,8 @@ void ContentScanner::onForm(QPDFObjectHandle form, int depth) {
     ctm_ = outer;
 }
 
-void ContentScanner::onImage(QPDFObjectHandle dictionary) {
+void ContentScanner::onImage(QPDFObjectHandle object) {
+    auto dictionary = object.getDict();
     auto width = dictionary.getKey("/Width");
     auto height = dictionary.getKey("/Height");
     if (!width.isInteger() || !height.isInteger() || width.getIntValue() < 1 ||
@@ -238,6 +239,8 @@ void ContentScanner::onImage(QPDFObjectHandle dictionary) {
     image.pixelWidth = static_cast<int>(width.getIntValue());
     image.pixelHeight = static_cast<int>(height.getIntValue());
     image.isJPEG = jpeg;
+    image.objectNumber = object.getObjGen().getObj();
+    image.objectGeneration = object.getObjGen().getGen();
     image.isMonochrome =
         bits == 1 || bilevel || dictionary.getKey("/ColorSpace").isNameAndEquals("/DeviceGray");
     const double pixels = static_cast<double>(image.pixelWidth) * image.pixelHeight;

@@ -44,7 +44,7 @@ class ContentScanner {
     void onOperator(const std::string& op, const std::vector<Operand>& operands, int depth);
     void onDo(const std::string& name, int depth);
     void onForm(QPDFObjectHandle form, int depth);
-    void onImage(QPDFObjectHandle dictionary);
+    void onImage(QPDFObjectHandle image);
     std::string fontName(const std::string& resourceName) const;
     QPDFObjectHandle resource(const std::string& category, const std::string& name) const;
 

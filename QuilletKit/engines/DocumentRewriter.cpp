@@ -1,5 +1,6 @@
 #include "engines/DocumentRewriter.hpp"
 
+#include "engines/DocumentCompactor.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PageRasterizer.hpp"
@@ -203,6 +204,7 @@ void rasterizeInOrder(const fs::path& input, const PDFDocument& document,
 RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& output,
                                         const PDFAnalysis& analysis,
                                         std::optional<RasterSetting> raster,
+                                        std::optional<ImageSetting> images,
                                         const Progress& progress, const Cancelled& cancelled) {
     PDFDocument document = PDFDocumentEngine::openCG(input);
     const int count = document.pageCount();
@@ -222,6 +224,8 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
     RewriteDetail detail;
     const auto plans = raster ? planRasters(document, analysis, raster->dpi) : std::vector<PagePlan>{};
     int done = 0;
+    DocumentCompactor::Source source{input, document.password(),
+                                     raster || images ? &analysis : nullptr, {}};
     if (!plans.empty()) {
         rasterizeInOrder(input, document, plans, *raster, [&](const PagePlan& plan,
                                                              std::optional<RasterizedPage> encoded) {
@@ -234,6 +238,7 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
                 auto page = document.page(plan.index);
                 replaceContent(document.qpdf(), page.object(), page.mediaBox(), *encoded);
                 ++detail.rasterizedPages;
+                source.rasterizedPages.insert(plan.index);
                 detail.rasterBytes += static_cast<std::int64_t>(encoded->data.size());
             }
             report(++done);
@@ -243,6 +248,7 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
         checkCancelled();
         report(done + 1);
     }
+    DocumentCompactor::compact(document.qpdf(), source, images, cancelled);
     writeRebuilt(document.qpdf(), output);
     std::error_code error;
     detail.bytes = static_cast<std::int64_t>(fs::file_size(output, error));

@@ -2,10 +2,13 @@
 // image-heavy, whose content is replaced by one image each when a raster setting is given.
 //
 // The rest of the document (outline, links, forms, annotations, attachments, metadata) is
-// carried over untouched; annotations of a rasterized page stay as objects on top of its image.
-// The result is written with object streams and recompressed Flate streams.
+// carried over; annotations of a rasterized page stay as objects on top of its image. What the
+// kept pages carry is compacted (DocumentCompactor): fonts converted and cut to their glyphs,
+// images optimized without loss and, with an image setting, resampled and re-encoded, identical
+// streams written once. The result is written with object streams and recompressed Flate streams.
 #pragma once
 
+#include "engines/ImageCompactor.hpp"
 #include "engines/PDFAnalysis.hpp"
 
 #include <cstdint>
@@ -34,11 +37,13 @@ class DocumentRewriter {
 
     /// Rebuilds `input` into the existing file `output` (overwritten). Pages are rendered and
     /// encoded on all cores; `progress` sees (i + 1) / n for every page i in page order, on the
-    /// calling thread. `analysis` is read only when `raster` is set. Throws PDFCoreError (opening, a
-    /// document without pages, writing) and CancellationError.
+    /// calling thread. `analysis` is read only when `raster` or `images` is set: `images` is how
+    /// far images on the kept pages may be reduced (absent: without loss only). Throws
+    /// PDFCoreError (opening, a document without pages, writing) and CancellationError.
     static RewriteDetail rewrite(const std::filesystem::path& input,
                                  const std::filesystem::path& output, const PDFAnalysis& analysis,
-                                 std::optional<RasterSetting> raster, const Progress& progress,
+                                 std::optional<RasterSetting> raster,
+                                 std::optional<ImageSetting> images, const Progress& progress,
                                  const Cancelled& cancelled);
 
     /// Whether a page is replaced by its raster: it has images, and either no text or images

@@ -28,6 +28,10 @@ struct PDFImageInfo {
     bool isMonochrome = false;
     /// A rough stored size from the pixel count and the filter.
     std::int64_t estimatedBytes = 0;
+    /// The image XObject's object and generation numbers in the file analysed (0 when not
+    /// known, as for an analysis read back from JSON). Not part of the JSON form.
+    int objectNumber = 0;
+    int objectGeneration = 0;
 };
 
 struct PDFPageAnalysis {

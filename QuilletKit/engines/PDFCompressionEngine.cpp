@@ -84,6 +84,20 @@ std::optional<RasterSetting> PDFCompressionEngine::tierSetting(CompressionQualit
     return std::nullopt;
 }
 
+std::optional<ImageSetting> PDFCompressionEngine::imageSetting(CompressionQualityTier tier) {
+    switch (tier) {
+    case CompressionQualityTier::highQuality: return ImageSetting{300, 0.80};
+    case CompressionQualityTier::balanced: return ImageSetting{150, 0.60};
+    case CompressionQualityTier::smallest: return ImageSetting{96, 0.45};
+    case CompressionQualityTier::lossless: return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+ImageSetting PDFCompressionEngine::rungImages(const RasterSetting& rung) {
+    return ImageSetting{rung.dpi, rung.quality};
+}
+
 std::int64_t PDFCompressionEngine::predictForRung(int rung, std::int64_t refRaster,
                                                   std::int64_t vectorParts) {
     const auto& setting = ladder[static_cast<std::size_t>(std::clamp(rung, 0, 8))];
@@ -133,6 +147,7 @@ CompressionOutcome PDFCompressionEngine::compress(const fs::path& input, const f
     // Only the rasterizing tiers and the target search read the page analysis; a lossless
     // rewrite does not, and skipping it halves the work on long documents.
     const bool rasterizes = options.targetBytes || tierSetting(options.tier);
+    // (the lossy tiers also read it for where images are placed)
     const PDFAnalysis analysis = rasterizes ? PDFAnalysisEngine::analyze(input) : PDFAnalysis{};
     if (options.targetBytes) {
         return compressToTarget(input, output, analysis, originalBytes, *options.targetBytes,
@@ -149,9 +164,10 @@ CompressionOutcome PDFCompressionEngine::compressWithProfile(const fs::path& inp
     const auto setting = tierSetting(options.tier);
     TemporaryFile candidate = temporaryCandidate();
     // The lossless rewrite reports up to 0.95, the rasterizing tiers the whole range.
-    const auto detail =
-        DocumentRewriter::rewrite(input, candidate.path(), analysis, setting,
-                                  mapped(options, 0.0, setting ? 1.0 : 0.95), options.isCancelled);
+    const auto detail = DocumentRewriter::rewrite(input, candidate.path(), analysis, setting,
+                                                  imageSetting(options.tier),
+                                                  mapped(options, 0.0, setting ? 1.0 : 0.95),
+                                                  options.isCancelled);
     if (detail.bytes >= originalBytes) {
         return notKept(originalBytes, alreadyOptimizedNote);
     }
@@ -216,6 +232,7 @@ void PDFCompressionEngine::refineBetweenRungs(
             low.quality + t * (high.quality - low.quality)};
         TemporaryFile file = temporaryCandidate();
         const auto detail = DocumentRewriter::rewrite(input, file.path(), analysis, setting,
+                                                      rungImages(setting),
                                                       mapped(options, start + span * step, span),
                                                       options.isCancelled);
         if (detail.bytes <= 0) {
@@ -248,7 +265,8 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     if (originalBytes <= static_cast<std::int64_t>(target * 0.95)) {
         TemporaryFile candidate = temporaryCandidate();
         const auto detail = DocumentRewriter::rewrite(input, candidate.path(), analysis,
-                                                      std::nullopt, mapped(options, 0.0, 0.95),
+                                                      std::nullopt, std::nullopt,
+                                                      mapped(options, 0.0, 0.95),
                                                       options.isCancelled);
         if (detail.bytes >= originalBytes) {
             return notKept(originalBytes, "Already under " + targetText(targetBytes) + ".");
@@ -263,8 +281,10 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     RewriteDetail probe;
     {
         TemporaryFile probeFile = temporaryCandidate();
-        probe = DocumentRewriter::rewrite(input, probeFile.path(), analysis, RasterSetting{150, 0.72},
-                                          mapped(options, 0.02, 0.33), options.isCancelled);
+        const RasterSetting reference{150, 0.72};
+        probe = DocumentRewriter::rewrite(input, probeFile.path(), analysis, reference,
+                                          rungImages(reference), mapped(options, 0.02, 0.33),
+                                          options.isCancelled);
     }
     const std::int64_t refRaster = probe.rasterBytes;
     const std::int64_t vectorParts = std::max<std::int64_t>(0, probe.bytes - probe.rasterBytes);
@@ -287,8 +307,9 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
             throw CancellationError();
         }
         TemporaryFile file = temporaryCandidate();
+        const auto& setting = ladder[static_cast<std::size_t>(rung)];
         const auto detail = DocumentRewriter::rewrite(
-            input, file.path(), analysis, ladder[static_cast<std::size_t>(rung)],
+            input, file.path(), analysis, setting, rungImages(setting),
             mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled);
         candidate = std::move(file); // the previous candidate's file goes here
         kept = detail;

@@ -33,6 +33,14 @@ class PDFCompressionEngine {
     /// DPI and quality of the three rasterizing tiers (lossless has none).
     static std::optional<RasterSetting> tierSetting(CompressionQualityTier tier);
 
+    /// How far images on pages that stay vector content may be reduced at `tier`: resampled
+    /// above 1.5x this resolution, continuous tone re-encoded at this quality. Absent for
+    /// lossless.
+    static std::optional<ImageSetting> imageSetting(CompressionQualityTier tier);
+
+    /// The same for a target rung (or a setting between two): its own resolution and quality.
+    static ImageSetting rungImages(const RasterSetting& rung);
+
     /// The target ladder, best first.
     static constexpr std::array<RasterSetting, 9> ladder{{{350, 0.88},
                                                           {300, 0.85},

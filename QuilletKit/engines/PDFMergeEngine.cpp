@@ -1,6 +1,7 @@
 #include "engines/PDFMergeEngine.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "engines/StreamDeduplicator.hpp"
 #include "platform/FileTypes.hpp"
 #include "platform/TemporaryFile.hpp"
 #include "platform/UUID.hpp"
@@ -86,6 +87,9 @@ void writeMerged(PDFDocument& merged, const std::vector<PDFDocument>& sources,
         for (const auto& source : sources) {
             version.updateIfGreater(source.qpdf().getVersionAsPDFVersion());
         }
+        // Sources that share fonts or pictures (a series of letters, the same file twice) carry
+        // them once.
+        StreamDeduplicator::deduplicate(merged.qpdf());
         auto temporary = TemporaryFile::beside(output);
         // qpdf does not check the final flush of a file it opens itself, so on a full disk it
         // reported success for a cut-off file; the stream is closed and checked here instead.

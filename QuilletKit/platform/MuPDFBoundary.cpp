@@ -134,6 +134,86 @@ int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations
     return 1;
 }
 
+// A device that draws nothing and reports glyphs. Type 3 glyphs are made of content of their
+// own, which may show other fonts; they are run through the same device a few levels deep.
+struct GlyphDevice {
+    fz_device super;
+    GlyphSink sink;
+    void* user;
+    int depth;
+};
+
+constexpr int maximumType3Depth = 4;
+
+void reportText(fz_context* ctx, fz_device* device, const fz_text* text) {
+    auto* glyphs = reinterpret_cast<GlyphDevice*>(device);
+    for (const fz_text_span* span = text->head; span; span = span->next) {
+        for (int i = 0; i < span->len; ++i) {
+            const int gid = span->items[i].gid;
+            if (gid < 0) {
+                continue;
+            }
+            if (span->font->t3procs) {
+                if (glyphs->depth < maximumType3Depth && gid < 256 && span->font->t3procs[gid]) {
+                    ++glyphs->depth;
+                    fz_run_t3_glyph(ctx, span->font, gid, fz_identity, device);
+                    --glyphs->depth;
+                }
+            } else {
+                glyphs->sink(glyphs->user, span->font, gid);
+            }
+        }
+    }
+}
+
+void glyphsFill(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matrix, fz_colorspace*,
+                const float*, float, fz_color_params) {
+    reportText(ctx, dev, text);
+}
+void glyphsStroke(fz_context* ctx, fz_device* dev, const fz_text* text, const fz_stroke_state*,
+                  fz_matrix, fz_colorspace*, const float*, float, fz_color_params) {
+    reportText(ctx, dev, text);
+}
+void glyphsClip(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matrix, fz_rect) {
+    reportText(ctx, dev, text);
+}
+void glyphsClipStroke(fz_context* ctx, fz_device* dev, const fz_text* text,
+                      const fz_stroke_state*, fz_matrix, fz_rect) {
+    reportText(ctx, dev, text);
+}
+void glyphsIgnore(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matrix) {
+    reportText(ctx, dev, text);
+}
+
+int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int* errors,
+                    Caught* caught) {
+    GlyphDevice* device = nullptr;
+    fz_var(device);
+    fz_cookie cookie = {};
+    fz_try(ctx) {
+        device = fz_new_derived_device(ctx, GlyphDevice);
+        device->super.fill_text = glyphsFill;
+        device->super.stroke_text = glyphsStroke;
+        device->super.clip_text = glyphsClip;
+        device->super.clip_stroke_text = glyphsClipStroke;
+        device->super.ignore_text = glyphsIgnore;
+        device->sink = sink;
+        device->user = user;
+        device->depth = 0;
+        fz_run_page(ctx, page, &device->super, fz_identity, &cookie);
+        fz_close_device(ctx, &device->super);
+    }
+    fz_always(ctx) {
+        fz_drop_device(ctx, device ? &device->super : nullptr);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return 0;
+    }
+    *errors = cookie.errors;
+    return 1;
+}
+
 } // namespace
 
 namespace {
@@ -230,6 +310,15 @@ void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotati
     if (!tryDraw(ctx, page, transform, annotations ? 1 : 0, samples, width, height, n, &caught)) {
         raise(caught);
     }
+}
+
+int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user) {
+    Caught caught;
+    int errors = 0;
+    if (!tryRunForGlyphs(ctx, page, sink, user, &errors, &caught)) {
+        raise(caught);
+    }
+    return errors;
 }
 
 } // namespace quillet::mupdf

@@ -1,6 +1,7 @@
 #include "platform/PDFRenderer.hpp"
 
 #include "platform/InOrderWorkers.hpp"
+#include "platform/ContentDigest.hpp"
 #include "platform/MuPDFBoundary.hpp"
 
 #include <fmt/format.h>
@@ -163,6 +164,62 @@ PDFRenderer::PageSize PDFRenderer::Document::pageSize(int index) {
         throw RenderError(RenderError::Reason::renderFailed,
                           fmt::format("{}: {}", pageLabel(impl_->file(), index), error.what()));
     }
+}
+
+namespace {
+
+// What one run of a page collects. A font is kept alive while it is listed, so its address
+// cannot be reused by another font during the run.
+struct GlyphCollection {
+    fz_context* ctx = nullptr;
+    std::map<fz_font*, std::set<int>> glyphs;
+    bool failed = false;
+
+    static void add(void* user, fz_font* font, int gid) noexcept {
+        auto* self = static_cast<GlyphCollection*>(user);
+        if (!font->buffer) {
+            return; // a font MuPDF supplied, not one of the document's
+        }
+        try {
+            auto [entry, fresh] = self->glyphs.try_emplace(font);
+            if (fresh) {
+                fz_keep_font(self->ctx, font);
+            }
+            entry->second.insert(gid);
+        } catch (...) {
+            self->failed = true;
+        }
+    }
+
+    ~GlyphCollection() {
+        for (auto& [font, used] : glyphs) {
+            fz_drop_font(ctx, font);
+        }
+    }
+};
+
+} // namespace
+
+PDFRenderer::Document::PageGlyphs PDFRenderer::Document::glyphs(int index) {
+    const auto label = pageLabel(impl_->file(), index);
+    auto page = impl_->loadPage(index);
+    GlyphCollection collection;
+    collection.ctx = impl_->ctx.get();
+    PageGlyphs result;
+    try {
+        const int errors = mupdf::runForGlyphs(impl_->ctx.get(), page.get(), GlyphCollection::add,
+                                               &collection);
+        result.complete = errors == 0 && !collection.failed;
+    } catch (const mupdf::Error& error) {
+        throw RenderError(RenderError::Reason::renderFailed,
+                          fmt::format("{}: {}", label, error.what()));
+    }
+    for (auto& [font, used] : collection.glyphs) {
+        const auto* data = reinterpret_cast<const char*>(font->buffer->data);
+        auto& merged = result.glyphsByProgram[contentDigest({data, font->buffer->len})];
+        merged.insert(used.begin(), used.end());
+    }
+    return result;
 }
 
 Bitmap PDFRenderer::Document::render(int index, const RenderOptions& options) {

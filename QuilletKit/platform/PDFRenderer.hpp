@@ -22,6 +22,8 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <set>
 #include <memory>
 #include <optional>
 #include <string>
@@ -100,6 +102,17 @@ class PDFRenderer::Document {
 
     /// Throws RenderError: pageOutOfRange, or renderFailed when the page cannot be loaded.
     PageSize pageSize(int index);
+
+    /// The glyphs page `index` shows with each embedded font program, as MuPDF resolves them:
+    /// keyed by the `contentDigest` of the program's bytes as the font dictionary's stream
+    /// decodes to, the glyph indices the program is drawn with (FreeType's numbering). Content
+    /// and annotations are run without drawing. Throws RenderError as `render` does.
+    struct PageGlyphs {
+        std::map<std::string, std::set<int>> glyphsByProgram;
+        /// False when MuPDF skipped errors in the page, so some text may be missing.
+        bool complete = true;
+    };
+    PageGlyphs glyphs(int index);
 
     /// Renders one page. Throws RenderError: pageOutOfRange, invalidRequest (scale or size not
     /// positive and finite), tooLarge (above maxPixels, refused before allocating), renderFailed.

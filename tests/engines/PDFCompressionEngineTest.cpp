@@ -310,8 +310,10 @@ TEST_F(CompressionFixture, TargetBetweenTwoRungsIsReached) {
     const auto rungBytes = [&](std::size_t rung) {
         const auto file = dir_ / ("rung-" + std::to_string(rung) + ".pdf");
         std::ofstream{file};
-        return DocumentRewriter::rewrite(input, file, analysis, PDFCompressionEngine::ladder[rung],
-                                         {}, {}).bytes;
+        const auto& setting = PDFCompressionEngine::ladder[rung];
+        return DocumentRewriter::rewrite(input, file, analysis, setting,
+                                         PDFCompressionEngine::rungImages(setting), {}, {})
+            .bytes;
     };
     CompressionOptions options;
     options.targetBytes = rungBytes(2) * 9 / 10;

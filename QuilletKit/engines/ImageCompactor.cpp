@@ -1,0 +1,357 @@
+#include "engines/ImageCompactor.hpp"
+
+#include "engines/ImageCodec.hpp"
+#include "engines/PDFCoreError.hpp"
+#include "platform/AreaResampler.hpp"
+#include "platform/JPEGOptimizer.hpp"
+#include "platform/PNGPredictor.hpp"
+
+#include <qpdf/Buffer.hh>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <unordered_set>
+
+namespace quillet {
+namespace {
+
+constexpr std::int64_t maximumPixels = 100'000'000;
+
+std::string bytesOf(const std::shared_ptr<Buffer>& buffer) {
+    return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
+}
+
+// The single filter of a stream ("" for none); absent for a chain of several.
+std::optional<std::string> soleFilter(QPDFObjectHandle dictionary) {
+    auto filter = dictionary.getKey("/Filter");
+    if (filter.isArray() && filter.getArrayNItems() == 1) {
+        filter = filter.getArrayItem(0);
+    }
+    if (filter.isNull()) {
+        return std::string();
+    }
+    if (filter.isName()) {
+        return filter.getName();
+    }
+    return std::nullopt;
+}
+
+// Colour components of an image's colour space, for the spaces whose samples mean the same
+// after resampling; 0 for any other.
+int resamplableComponents(QPDFObjectHandle space) {
+    if (space.isNameAndEquals("/DeviceGray")) {
+        return 1;
+    }
+    if (space.isNameAndEquals("/DeviceRGB")) {
+        return 3;
+    }
+    if (space.isArray() && space.getArrayNItems() == 2 &&
+        space.getArrayItem(0).isNameAndEquals("/ICCBased") && space.getArrayItem(1).isStream()) {
+        auto n = space.getArrayItem(1).getDict().getKey("/N");
+        if (n.isInteger() && (n.getIntValue() == 1 || n.getIntValue() == 3)) {
+            return static_cast<int>(n.getIntValue());
+        }
+    }
+    return 0;
+}
+
+// Colour components of any colour space a Flate image may have, for its row predictor.
+int components(QPDFObjectHandle space) {
+    if (const int n = resamplableComponents(space)) {
+        return n;
+    }
+    if (space.isNameAndEquals("/DeviceCMYK")) {
+        return 4;
+    }
+    if (space.isArray() && space.getArrayNItems() >= 1) {
+        auto family = space.getArrayItem(0);
+        if (family.isNameAndEquals("/Indexed") || family.isNameAndEquals("/CalGray") ||
+            family.isNameAndEquals("/Separation")) {
+            return 1;
+        }
+        if (family.isNameAndEquals("/CalRGB") || family.isNameAndEquals("/Lab")) {
+            return 3;
+        }
+        if (family.isNameAndEquals("/ICCBased") && space.getArrayNItems() == 2 &&
+            space.getArrayItem(1).isStream()) {
+            auto n = space.getArrayItem(1).getDict().getKey("/N");
+            return n.isInteger() && n.getIntValue() >= 1 && n.getIntValue() <= 4
+                       ? static_cast<int>(n.getIntValue())
+                       : 0;
+        }
+    }
+    return 0;
+}
+
+struct Geometry {
+    int width = 0;
+    int height = 0;
+    int bits = 0;
+};
+
+std::optional<Geometry> geometry(QPDFObjectHandle dictionary) {
+    auto width = dictionary.getKey("/Width");
+    auto height = dictionary.getKey("/Height");
+    auto bits = dictionary.getKey("/BitsPerComponent");
+    if (!width.isInteger() || !height.isInteger() || !bits.isInteger() || width.getIntValue() < 1 ||
+        height.getIntValue() < 1 || width.getIntValue() * height.getIntValue() > maximumPixels) {
+        return std::nullopt;
+    }
+    return Geometry{static_cast<int>(width.getIntValue()), static_cast<int>(height.getIntValue()),
+                    static_cast<int>(bits.getIntValue())};
+}
+
+bool hasDefaultDecode(QPDFObjectHandle dictionary) {
+    auto decode = dictionary.getKey("/Decode");
+    if (decode.isNull()) {
+        return true;
+    }
+    if (!decode.isArray()) {
+        return false;
+    }
+    for (int i = 0; i < decode.getArrayNItems(); ++i) {
+        auto value = decode.getArrayItem(i);
+        if (!value.isNumber() || value.getNumericValue() != (i % 2 == 0 ? 0.0 : 1.0)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Whether the picture has enough distinct colours to be a photograph or a scan rather than a
+// drawing, a chart or a screenshot, which JPEG would smear. Looks at up to 64K pixels.
+bool isContinuousTone(const Bitmap& bitmap) {
+    const std::size_t pixels = static_cast<std::size_t>(bitmap.pixelCount());
+    const std::size_t stride = std::max<std::size_t>(1, pixels / 65536);
+    const int bands = bitmap.bands();
+    const std::size_t needed = bands == 1 ? 48 : 512;
+    std::unordered_set<std::uint32_t> colours;
+    const auto* data = bitmap.data();
+    for (std::size_t i = 0; i < pixels && colours.size() <= needed; i += stride) {
+        const auto* p = data + i * bands;
+        colours.insert(bands == 1 ? p[0] : (p[0] << 16 | p[1] << 8 | p[2]));
+    }
+    return colours.size() > needed;
+}
+
+struct Compactor {
+    QPDF& qpdf;
+    const std::map<QPDFObjGen, double>& placedDPI;
+    const std::optional<ImageSetting>& setting;
+    ImageCompaction result;
+    std::set<QPDFObjGen> changed;
+
+    void replace(QPDFObjectHandle image, std::string data, const std::string& filter,
+                 QPDFObjectHandle parameters, std::int64_t before) {
+        result.bytesBefore += before;
+        result.bytesAfter += static_cast<std::int64_t>(data.size());
+        image.replaceStreamData(data, filter.empty() ? QPDFObjectHandle::newNull()
+                                                     : QPDFObjectHandle::newName(filter),
+                                parameters);
+        // Already as small as we make it: the writer must not decode and recompress it.
+        image.setFilterOnWrite(false);
+        changed.insert(image.getObjGen());
+    }
+
+    // Lossless: Flate samples re-stored with row predictors when smaller than plain Flate.
+    void predict(QPDFObjectHandle image, const Geometry& size, int bands, std::int64_t stored) {
+        auto dictionary = image.getDict();
+        if (size.bits != 8 || bands == 0 || !dictionary.getKey("/DecodeParms").isNull()) {
+            return;
+        }
+        const auto samples = bytesOf(image.getStreamData(qpdf_dl_generalized));
+        const auto rowBytes = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(bands);
+        if (samples.size() != rowBytes * static_cast<std::size_t>(size.height)) {
+            return;
+        }
+        auto predicted = PNGPredictor::predictedAndDeflated(samples, rowBytes, bands);
+        const auto plain = PNGPredictor::deflated(samples);
+        if (predicted.size() >= plain.size() || static_cast<std::int64_t>(predicted.size()) >= stored) {
+            return; // the writer's recompression does as well
+        }
+        auto parameters = QPDFObjectHandle::parse(
+            "<< /Predictor 15 /Colors " + std::to_string(bands) + " /BitsPerComponent 8 /Columns " +
+            std::to_string(size.width) + " >>");
+        replace(image, std::move(predicted), "/FlateDecode", parameters, stored);
+        ++result.predictedFlate;
+    }
+
+    void optimizeJPEG(QPDFObjectHandle image, std::int64_t stored) {
+        const auto raw = image.getRawStreamData();
+        auto smaller = JPEGOptimizer::optimized({raw->getBuffer(), raw->getSize()});
+        if (!smaller) {
+            return;
+        }
+        replace(image, std::string(smaller->begin(), smaller->end()), "/DCTDecode",
+                image.getDict().getKey("/DecodeParms"), stored);
+        ++result.optimizedJPEGs;
+    }
+
+    std::optional<Bitmap> decoded(QPDFObjectHandle image, const Geometry& size, int bands) {
+        try {
+            auto samples = image.getStreamData(qpdf_dl_all);
+            const auto expected = Bitmap::byteCount(size.width, size.height,
+                                                    bands == 1 ? PixelFormat::gray : PixelFormat::rgb);
+            if (!expected || samples->getSize() != *expected) {
+                return std::nullopt;
+            }
+            std::vector<std::uint8_t> pixels(samples->getBuffer(),
+                                             samples->getBuffer() + samples->getSize());
+            return Bitmap(size.width, size.height, bands == 1 ? PixelFormat::gray : PixelFormat::rgb,
+                          std::move(pixels));
+        } catch (const std::exception&) {
+            return std::nullopt;
+        }
+    }
+
+    void resampleMask(QPDFObjectHandle image, int width, int height) {
+        auto mask = image.getDict().getKey("/SMask");
+        if (!mask.isStream() || changed.count(mask.getObjGen())) {
+            return;
+        }
+        auto dictionary = mask.getDict();
+        const auto size = geometry(dictionary);
+        if (!size || size->bits != 8 || !dictionary.getKey("/ColorSpace").isNameAndEquals("/DeviceGray") ||
+            dictionary.hasKey("/Matte") || !hasDefaultDecode(dictionary) ||
+            static_cast<std::int64_t>(size->width) * size->height <=
+                static_cast<std::int64_t>(width) * height) {
+            return;
+        }
+        auto pixels = decoded(mask, *size, 1);
+        if (!pixels) {
+            return;
+        }
+        const auto smaller = AreaResampler::resample(pixels->data(), size->width, size->height,
+                                                     PixelFormat::gray, width, height);
+        const std::string_view samples(reinterpret_cast<const char*>(smaller.data()),
+                                       smaller.pixels().size());
+        const auto stored = static_cast<std::int64_t>(mask.getRawStreamData()->getSize());
+        replace(mask, PNGPredictor::deflated(samples), "/FlateDecode", QPDFObjectHandle::newNull(),
+                stored);
+        dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
+        dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(height));
+    }
+
+    // Lossy: resampled above 1.5x the setting's resolution, continuous tone stored as JPEG.
+    // Answers whether the image was replaced.
+    bool reduce(QPDFObjectHandle image, const Geometry& size, const std::string& filter,
+                std::int64_t stored) {
+        const auto placed = placedDPI.find(image.getObjGen());
+        if (!setting || placed == placedDPI.end() || size.bits != 8) {
+            return false;
+        }
+        auto dictionary = image.getDict();
+        const int bands = resamplableComponents(dictionary.getKey("/ColorSpace"));
+        const bool decodable = filter.empty() || filter == "/FlateDecode" || filter == "/DCTDecode" ||
+                               filter == "/LZWDecode" || filter == "/RunLengthDecode";
+        // A colour key picks exact sample values, which JPEG would not keep; a soft mask
+        // overrides it, and then it means nothing.
+        const bool colourKey = dictionary.getKey("/Mask").isArray() && !dictionary.getKey("/SMask").isStream();
+        if (bands == 0 || !decodable || !hasDefaultDecode(dictionary) || colourKey ||
+            !dictionary.getKey("/DecodeParms").isNull() ||
+            dictionary.getKey("/ImageMask").isBool()) {
+            return false;
+        }
+        const double dpi = placed->second;
+        const bool resample = dpi > 1.5 * setting->dpi;
+        if (!resample && filter == "/DCTDecode") {
+            return false;
+        }
+        auto pixels = decoded(image, size, bands);
+        if (!pixels) {
+            return false;
+        }
+        int width = size.width;
+        int height = size.height;
+        if (resample) {
+            const double scale = setting->dpi / dpi;
+            width = std::max(1, static_cast<int>(std::lround(size.width * scale)));
+            height = std::max(1, static_cast<int>(std::lround(size.height * scale)));
+            *pixels = AreaResampler::resample(pixels->data(), size.width, size.height,
+                                              pixels->format(), width, height);
+        }
+        std::string data;
+        std::string newFilter;
+        if (isContinuousTone(*pixels)) {
+            if (auto jpeg = ImageCodec::data(*pixels, ImageOutputFormat::jpeg, setting->quality)) {
+                data.assign(jpeg->begin(), jpeg->end());
+                newFilter = "/DCTDecode";
+            }
+        }
+        if (newFilter.empty()) {
+            if (!resample) {
+                return false; // lossless pictures that need no resampling stay lossless
+            }
+            const std::string_view samples(reinterpret_cast<const char*>(pixels->data()),
+                                           pixels->pixels().size());
+            data = PNGPredictor::predictedAndDeflated(samples, pixels->rowBytes(), bands);
+            newFilter = "/FlateDecode";
+        }
+        if (static_cast<std::int64_t>(data.size()) >= stored && !resample) {
+            return false;
+        }
+        auto parameters = newFilter == "/FlateDecode"
+                              ? QPDFObjectHandle::parse("<< /Predictor 15 /Colors " + std::to_string(bands) +
+                                                        " /BitsPerComponent 8 /Columns " +
+                                                        std::to_string(width) + " >>")
+                              : QPDFObjectHandle::newNull();
+        replace(image, std::move(data), newFilter, parameters, stored);
+        dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
+        dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(height));
+        result.resampled += resample ? 1 : 0;
+        result.storedAsJPEG += newFilter == "/DCTDecode" ? 1 : 0;
+        if (resample) {
+            resampleMask(image, width, height);
+        }
+        return true;
+    }
+
+    void visit(QPDFObjectHandle image) {
+        if (changed.count(image.getObjGen())) {
+            return;
+        }
+        auto dictionary = image.getDict();
+        const auto size = geometry(dictionary);
+        const auto filter = soleFilter(dictionary);
+        if (!size || !filter) {
+            return;
+        }
+        const auto stored = static_cast<std::int64_t>(image.getRawStreamData()->getSize());
+        if (reduce(image, *size, *filter, stored)) {
+            return;
+        }
+        if (*filter == "/DCTDecode") {
+            optimizeJPEG(image, stored);
+        } else if (*filter == "/FlateDecode" && !dictionary.getKey("/ImageMask").isBool()) {
+            predict(image, *size, components(dictionary.getKey("/ColorSpace")), stored);
+        }
+    }
+};
+
+} // namespace
+
+ImageCompaction ImageCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHandle>& images,
+                                        const std::map<QPDFObjGen, double>& placedDPI,
+                                        const std::optional<ImageSetting>& setting,
+                                        const Cancelled& cancelled) {
+    Compactor compactor{qpdf, placedDPI, setting, {}, {}};
+    for (auto object : images) {
+        if (cancelled && cancelled()) {
+            throw CancellationError();
+        }
+        if (!object.isStream() || !object.getDict().getKey("/Subtype").isNameAndEquals("/Image")) {
+            continue;
+        }
+        try {
+            compactor.visit(object);
+        } catch (const CancellationError&) {
+            throw;
+        } catch (const std::exception&) {
+            // An image that cannot be read or rewritten stays as it is.
+        }
+    }
+    return compactor.result;
+}
+
+} // namespace quillet

@@ -1,0 +1,55 @@
+// Makes the images of a document smaller where they are kept in place (pages that are not
+// replaced by a raster).
+//
+// Without loss, always: JPEG images get Huffman tables built for them (the same coefficients),
+// and Flate images of 8-bit samples are stored with PNG row predictors when that is smaller than
+// the writer's own recompression. With a setting (the lossy tiers and target rungs): an image
+// placed at more than 1.5 times the setting's resolution anywhere in the document is resampled
+// to that resolution, and a continuous-tone image is stored as JPEG at the setting's quality
+// when that is smaller than what it takes now. Only images whose samples keep their meaning
+// through that are touched: 8-bit gray or RGB (device or ICC-based), no /Decode array, no colour
+// key mask, not an image mask; CMYK, Lab, indexed, 1-bit, JPEG 2000, JBIG2 and CCITT images stay
+// as they are apart from the lossless steps. A soft mask larger than its resampled image is
+// resampled with it (and stays lossless).
+#pragma once
+
+#include <qpdf/QPDF.hh>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace quillet {
+
+struct ImageSetting {
+    int dpi = 150;
+    double quality = 0.6;
+};
+
+struct ImageCompaction {
+    int optimizedJPEGs = 0;
+    int predictedFlate = 0;
+    int resampled = 0;
+    int storedAsJPEG = 0;
+    /// Stored bytes before and after, over the images changed.
+    std::int64_t bytesBefore = 0;
+    std::int64_t bytesAfter = 0;
+};
+
+class ImageCompactor {
+  public:
+    using Cancelled = std::function<bool()>;
+
+    /// `placedDPI`: for each image XObject, the highest resolution at which a kept page places
+    /// it; images not listed are never resampled or turned into JPEG. Images that cannot be read
+    /// are left as they are; throws only CancellationError.
+    /// `images`: the image XObjects to look at (those the written document reaches).
+    static ImageCompaction compact(QPDF& qpdf, const std::vector<QPDFObjectHandle>& images,
+                                   const std::map<QPDFObjGen, double>& placedDPI,
+                                   const std::optional<ImageSetting>& setting,
+                                   const Cancelled& cancelled);
+};
+
+} // namespace quillet

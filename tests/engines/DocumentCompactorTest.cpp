@@ -1,0 +1,203 @@
+#include "engines/ImageCodec.hpp"
+#include "engines/PDFCompressionEngine.hpp"
+#include "engines/PDFMergeEngine.hpp"
+#include "engines/fonts/SFNTSubsetter.hpp"
+#include "platform/ImageIO.hpp"
+#include "platform/JPEGOptimizer.hpp"
+#include "platform/PDFDocument.hpp"
+#include "platform/PNGPredictor.hpp"
+#include "support/IndependentChecks.hpp"
+#include "support/TempDir.hpp"
+
+#include <qpdf/Buffer.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+namespace quillet {
+namespace {
+namespace fs = std::filesystem;
+
+fs::path corpusFile(const std::string& name) {
+    for (const auto& entry : fs::directory_iterator(fs::path(test::corpusFolder()) / name)) {
+        if (entry.path().extension() == ".pdf") {
+            return entry.path();
+        }
+    }
+    return {};
+}
+
+std::map<std::string, int> wordsOf(const fs::path& file) {
+    const auto text = test::runTool("pdftotext", {"-q", "-enc", "UTF-8", file.string(), "-"});
+    std::map<std::string, int> words;
+    std::istringstream in(text.out);
+    for (std::string word; in >> word;) {
+        ++words[word];
+    }
+    return words;
+}
+
+double meanDifference(const fs::path& a, const fs::path& b, int page) {
+    const auto before = test::renderGray(a, page, 72);
+    const auto after = test::renderGray(b, page, 72);
+    if (before.width != after.width || before.height != after.height || before.pixels.empty()) {
+        return 255;
+    }
+    double sum = 0;
+    for (std::size_t i = 0; i < before.pixels.size(); ++i) {
+        sum += std::abs(static_cast<int>(before.pixels[i]) - static_cast<int>(after.pixels[i]));
+    }
+    return sum / static_cast<double>(before.pixels.size());
+}
+
+int streamsWith(const fs::path& file, const std::string& key) {
+    QPDF qpdf;
+    qpdf.processFile(file.c_str());
+    int count = 0;
+    for (auto& object : qpdf.getAllObjects()) {
+        count += object.isDictionary() && object.hasKey(key) ? 1 : 0;
+    }
+    return count;
+}
+
+// Real documents from other producers, compressed in every tier: structurally sound for qpdf,
+// every word still found by pdftotext, pages that look the same, and smaller where the document
+// carries what compaction removes.
+TEST(DocumentCompaction, RealDocumentsKeepTextAndLookAndShrink) {
+    const struct {
+        const char* document;
+        CompressionQualityTier tier;
+        double maximumRatio; // of the input's size
+        double maximumDifference;
+    } cases[] = {
+        {"003-pdflatex-image", CompressionQualityTier::lossless, 0.95, 0.5},
+        {"003-pdflatex-image", CompressionQualityTier::balanced, 0.80, 3.0},
+        {"018-base64-image", CompressionQualityTier::balanced, 0.10, 3.0},
+        {"002-trivial-libre-office-writer", CompressionQualityTier::lossless, 0.90, 0.5},
+        {"026-latex-multicolumn", CompressionQualityTier::lossless, 0.95, 0.5},
+        {"015-arabic", CompressionQualityTier::balanced, 1.0, 0.5},
+        {"024-annotations", CompressionQualityTier::smallest, 1.0, 3.0},
+    };
+    test::TempDir dir;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.document);
+        const auto input = corpusFile(c.document);
+        ASSERT_FALSE(input.empty());
+        const auto output = dir / (std::string(c.document) + ".pdf");
+        CompressionOptions options;
+        options.tier = c.tier;
+        const auto outcome = PDFCompressionEngine::compress(input, output, options);
+        const auto written = outcome.outputURL ? *outcome.outputURL : input;
+        EXPECT_LE(static_cast<double>(fs::file_size(written)),
+                  c.maximumRatio * static_cast<double>(fs::file_size(input)));
+        EXPECT_EQ(test::runTool("qpdf", {"--check", written.string()}).status, 0);
+        EXPECT_EQ(wordsOf(written), wordsOf(input));
+        EXPECT_LE(meanDifference(input, written, 1), c.maximumDifference);
+    }
+}
+
+// A page in a whole embedded TrueType font (as PDF printers embed them): the program is cut to
+// the glyphs shown and tagged as a subset, and the page reads and looks the same.
+TEST(DocumentCompaction, WholeTrueTypeFontIsCutToTheGlyphsShown) {
+    const fs::path font = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+    if (!fs::exists(font)) {
+        GTEST_SKIP() << font << " is not installed (fonts-dejavu-core)";
+    }
+    std::ifstream in(font, std::ios::binary);
+    const std::string program((std::istreambuf_iterator<char>(in)), {});
+    auto qpdf = QPDF::create();
+    qpdf->emptyPDF();
+    auto file = QPDFObjectHandle::newStream(qpdf.get(), program);
+    file.getDict().replaceKey("/Length1", QPDFObjectHandle::newInteger(static_cast<long long>(program.size())));
+    auto descriptor = qpdf->makeIndirectObject(QPDFObjectHandle::parse(
+        "<< /Type /FontDescriptor /FontName /DejaVuSans /Flags 32 /FontBBox [-1021 -463 1793 1232] "
+        "/ItalicAngle 0 /Ascent 928 /Descent -236 /CapHeight 700 /StemV 80 >>"));
+    descriptor.replaceKey("/FontFile2", file);
+    auto fontDictionary = qpdf->makeIndirectObject(QPDFObjectHandle::parse(
+        "<< /Type /Font /Subtype /TrueType /BaseFont /DejaVuSans /Encoding /WinAnsiEncoding >>"));
+    fontDictionary.replaceKey("/FontDescriptor", descriptor);
+    auto page = QPDFObjectHandle::parse("<< /Type /Page /MediaBox [0 0 400 200] >>");
+    page.replaceKey("/Resources", QPDFObjectHandle::parse("<< /Font << >> >>"));
+    page.getKey("/Resources").getKey("/Font").replaceKey("/F1", fontDictionary);
+    page.replaceKey("/Contents", QPDFObjectHandle::newStream(
+                                     qpdf.get(), "BT /F1 24 Tf 20 100 Td (Quillet keeps words) Tj ET"));
+    qpdf->addPage(qpdf->makeIndirectObject(page), false);
+    test::TempDir dir;
+    const auto input = dir / "whole-font.pdf";
+    {
+        QPDFWriter writer(*qpdf, input.c_str());
+        writer.write();
+    }
+    const auto output = dir / "subset.pdf";
+    CompressionOptions options;
+    options.tier = CompressionQualityTier::lossless;
+    const auto outcome = PDFCompressionEngine::compress(input, output, options);
+    ASSERT_TRUE(outcome.outputURL);
+    EXPECT_LT(fs::file_size(output), fs::file_size(input) / 20);
+    EXPECT_EQ(wordsOf(output), wordsOf(input));
+    EXPECT_LE(meanDifference(input, output, 1), 0.5);
+    const auto fonts = test::runTool("pdffonts", {output.string()});
+    EXPECT_NE(fonts.out.find("+DejaVuSans"), std::string::npos) << fonts.out;
+}
+
+// Streams written once: a document merged with itself carries one copy of each font program.
+TEST(DocumentCompaction, MergeStoresSharedFontProgramsOnce) {
+    test::TempDir dir;
+    const auto input = corpusFile("004-pdflatex-4-pages");
+    const auto output = dir / "twice.pdf";
+    PDFMergeEngine::merge({input, input}, output, {}, {}, {});
+    EXPECT_EQ(streamsWith(output, "/FontFile"), streamsWith(input, "/FontFile"));
+    EXPECT_EQ(wordsOf(output).size(), wordsOf(input).size());
+}
+
+// Lossless image steps, read back by qpdf's and libjpeg's own decoders: the same samples.
+TEST(DocumentCompaction, LosslessImageStepsKeepEverySample) {
+    Bitmap photo(97, 61, PixelFormat::rgb);
+    for (int i = 0; i < 97 * 61 * 3; ++i) {
+        photo.data()[i] = static_cast<std::uint8_t>((i * 7919) % 251 + (i / 291) % 5);
+    }
+    const auto jpeg = ImageCodec::data(photo, ImageOutputFormat::jpeg, 0.8);
+    ASSERT_TRUE(jpeg);
+    const auto optimized = JPEGOptimizer::optimized(*jpeg);
+    ASSERT_TRUE(optimized);
+    EXPECT_LT(optimized->size(), jpeg->size());
+    EXPECT_EQ(ImageIO::decode(*optimized)->pixels(), ImageIO::decode(*jpeg)->pixels());
+    EXPECT_FALSE(JPEGOptimizer::optimized(std::vector<std::uint8_t>(200, 0xFF)));
+
+    const std::string samples(reinterpret_cast<const char*>(photo.data()), photo.pixels().size());
+    auto qpdf = QPDF::create();
+    qpdf->emptyPDF();
+    auto stream = QPDFObjectHandle::newStream(qpdf.get());
+    stream.replaceStreamData(PNGPredictor::predictedAndDeflated(samples, photo.rowBytes(), 3),
+                             QPDFObjectHandle::newName("/FlateDecode"),
+                             QPDFObjectHandle::parse("<< /Predictor 15 /Colors 3 /BitsPerComponent 8 "
+                                                     "/Columns 97 >>"));
+    const auto decoded = stream.getStreamData(qpdf_dl_generalized);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(decoded->getBuffer()), decoded->getSize()),
+              samples);
+}
+
+// Font programs that are not fonts, or are cut short, give no subset, never a crash.
+TEST(DocumentCompaction, BrokenFontProgramsAreLeftAlone) {
+    const std::string programs[] = {"", "OTTO", std::string(64, '\0'),
+                                    std::string("\x00\x01\x00\x00\x00\x09", 6) + std::string(200, 'A'),
+                                    std::string("\x01\x00\x04\x02", 4) + std::string(40, '\xff')};
+    for (const auto& program : programs) {
+        for (const auto format : {fonts::SFNTSubsetter::Format::trueType,
+                                  fonts::SFNTSubsetter::Format::bareCFF}) {
+            fonts::SFNTSubsetter::Request request;
+            request.format = format;
+            request.glyphs = std::set<int>{1, 2, 3};
+            EXPECT_FALSE(fonts::SFNTSubsetter::subset(program, request));
+        }
+    }
+}
+
+} // namespace
+} // namespace quillet
