@@ -4,6 +4,7 @@
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -41,21 +42,21 @@ std::string glyphName(FT_Face face, FT_UInt index) {
     return name;
 }
 
-// An unscaled, unhinted outline reduced to what a renderer draws from it.
+// One closed contour exactly as drawn: its points from the start point on, and their tags.
+struct Contour {
+    std::vector<std::pair<FT_Pos, FT_Pos>> points;
+    std::vector<int> tags;
+    auto operator<=>(const Contour&) const = default;
+};
+
+// An unscaled, unhinted outline reduced to what a renderer fills. The contours are compared as
+// a set: FreeType draws a Type 1 seac base first and a Type 2 one accent first, and the order
+// of closed contours never changes what is filled. Within a contour everything must match.
 struct Shape {
-    std::vector<FT_Vector> points;
-    std::vector<int> tags, contourEnds;
+    std::vector<Contour> contours;
     FT_Pos advance = 0;
     FT_Fixed linearAdvance = 0;
-
-    bool operator==(const Shape& other) const {
-        const auto samePoints = std::equal(points.begin(), points.end(), other.points.begin(),
-                                           other.points.end(), [](FT_Vector a, FT_Vector b) {
-                                               return a.x == b.x && a.y == b.y;
-                                           });
-        return samePoints && tags == other.tags && contourEnds == other.contourEnds &&
-               advance == other.advance && linearAdvance == other.linearAdvance;
-    }
+    bool operator==(const Shape&) const = default;
 };
 
 std::optional<Shape> loadShape(FT_Face face, FT_UInt index) {
@@ -66,11 +67,20 @@ std::optional<Shape> loadShape(FT_Face face, FT_UInt index) {
     }
     const FT_Outline& outline = face->glyph->outline;
     Shape shape;
-    shape.points.assign(outline.points, outline.points + outline.n_points);
-    for (int i = 0; i < outline.n_points; ++i) {
-        shape.tags.push_back(FT_CURVE_TAG(outline.tags[i]));
+    int start = 0;
+    for (int c = 0; c < outline.n_contours; ++c) {
+        Contour contour;
+        for (int i = start; i <= outline.contours[c] && i < outline.n_points; ++i) {
+            contour.points.emplace_back(outline.points[i].x, outline.points[i].y);
+            contour.tags.push_back(FT_CURVE_TAG(outline.tags[i]));
+        }
+        start = outline.contours[c] + 1;
+        shape.contours.push_back(std::move(contour));
     }
-    shape.contourEnds.assign(outline.contours, outline.contours + outline.n_contours);
+    if (start != outline.n_points) {
+        return std::nullopt;
+    }
+    std::sort(shape.contours.begin(), shape.contours.end());
     shape.advance = face->glyph->metrics.horiAdvance;
     shape.linearAdvance = face->glyph->linearHoriAdvance;
     return shape;
