@@ -2,6 +2,7 @@
 
 #include "engines/fonts/CFFStandardStrings.hpp"
 #include "engines/fonts/FontProgramError.hpp"
+#include "engines/fonts/Subroutinizer.hpp"
 
 #include <algorithm>
 #include <charconv>
@@ -373,8 +374,18 @@ std::string CFFWriter::write(const Type1Font& font,
 
     const std::string charsetBytes = charset(sids);
     const std::string encodingBytes = font.standardEncoding ? "" : encoding(codes, sids);
-    const std::string charstringsIndex = index(charstrings);
-    const std::string privateBytes = privateDict(font.privateDict, defaultWidth, nominalWidth);
+    const Subroutinized shared = subroutinize(charstrings);
+    const std::string charstringsIndex = index(shared.charstrings);
+    std::string privateBytes = privateDict(font.privateDict, defaultWidth, nominalWidth);
+    std::string localSubrs;
+    if (!shared.subrs.empty()) {
+        // The local subroutines follow the Private DICT; their offset counts from its start.
+        Dict subrsEntry;
+        subrsEntry.offset(std::int64_t(privateBytes.size()) + 6);
+        subrsEntry.op(19);
+        privateBytes += subrsEntry.bytes;
+        localSubrs = index(shared.subrs);
+    }
     const std::string header{1, 0, 4, 4};
     const std::string names = index({font.fontName.empty() ? "Untitled" : font.fontName});
     const std::string stringIndex = strings.indexBytes();
@@ -403,7 +414,7 @@ std::string CFFWriter::write(const Type1Font& font,
     const std::string topIndex = index({offsets(std::int64_t(
         header.size() + names.size() + topSize + stringIndex.size() + globalSubrs.size()))});
     return header + names + topIndex + stringIndex + globalSubrs +
-           charsetBytes + encodingBytes + charstringsIndex + privateBytes;
+           charsetBytes + encodingBytes + charstringsIndex + privateBytes + localSubrs;
 }
 
 } // namespace quillet::fonts

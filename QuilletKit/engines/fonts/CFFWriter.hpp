@@ -6,7 +6,7 @@
 // code, then the rest, so that charset and encoding fall into ranges. A StandardEncoding font
 // uses the predefined encoding; a custom one keeps every code, including several codes for one
 // glyph (supplements). Widths are written against the defaultWidthX and nominalWidthX that make
-// them shortest.
+// them shortest. Runs of path operators that several glyphs share become local subroutines.
 //
 // Pure function of its inputs; throws FontProgramError when .notdef is missing or the font is
 // too large for CFF (more than 65,535 glyphs or strings).
