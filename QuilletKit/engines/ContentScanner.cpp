@@ -249,6 +249,10 @@ void ContentScanner::onImage(QPDFObjectHandle object) {
     image.estimatedBytes = static_cast<std::int64_t>(std::min(estimate, 9.0e18));
     image.effectiveDPI =
         image.pixelWidth * 72.0 / std::max(0.01, std::sqrt(ctm_.a * ctm_.a + ctm_.c * ctm_.c));
+    image.acrossDPI =
+        image.pixelWidth * 72.0 / std::max(0.01, std::sqrt(ctm_.a * ctm_.a + ctm_.b * ctm_.b));
+    image.downDPI =
+        image.pixelHeight * 72.0 / std::max(0.01, std::sqrt(ctm_.c * ctm_.c + ctm_.d * ctm_.d));
     images_.push_back(std::move(image));
 }
 

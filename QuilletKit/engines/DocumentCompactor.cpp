@@ -68,8 +68,8 @@ Reached reach(QPDF& qpdf) {
     return reached;
 }
 
-std::map<QPDFObjGen, double> placedResolutions(const DocumentCompactor::Source& source) {
-    std::map<QPDFObjGen, double> dpi;
+std::map<QPDFObjGen, PlacedResolution> placedResolutions(const DocumentCompactor::Source& source) {
+    std::map<QPDFObjGen, PlacedResolution> dpi;
     if (!source.analysis) {
         return dpi;
     }
@@ -80,7 +80,8 @@ std::map<QPDFObjGen, double> placedResolutions(const DocumentCompactor::Source& 
         for (const auto& image : page.images) {
             if (image.objectNumber > 0) {
                 auto& highest = dpi[QPDFObjGen(image.objectNumber, image.objectGeneration)];
-                highest = std::max(highest, image.effectiveDPI);
+                highest.across = std::max(highest.across, image.acrossDPI);
+                highest.down = std::max(highest.down, image.downDPI);
             }
         }
     }

@@ -19,7 +19,7 @@ struct Program {
     QPDFObjectHandle stream;
     ProgramKind kind = ProgramKind::type1;
     bool simple = true;   // reached by codes through names or cmap (false: by CID)
-    bool inForm = false;  // named in the form's default resources
+    bool inForm = false;  // named in the form's default resources or an annotation's appearance
     std::vector<QPDFObjectHandle> descriptors;
     std::vector<QPDFObjectHandle> fonts; // /BaseFont carriers: the font, and a Type0's parent
 };
@@ -73,8 +73,65 @@ std::set<QPDFObjGen> formFontPrograms(QPDF& qpdf) {
     return programs;
 }
 
+// The programs of the fonts an appearance stream (and the forms it draws) names.
+void appearanceFontPrograms(QPDFObjectHandle stream, int depth, std::set<QPDFObjGen>& seen,
+                            std::set<QPDFObjGen>& programs) {
+    if (!stream.isStream() || depth > 8 || !seen.insert(stream.getObjGen()).second) {
+        return;
+    }
+    auto resources = stream.getDict().getKey("/Resources");
+    if (auto fonts = resources.getKey("/Font"); fonts.isDictionary()) {
+        for (const auto& key : fonts.getKeys()) {
+            auto font = fonts.getKey(key);
+            auto descriptor = font.getKey("/FontDescriptor");
+            if (font.getKey("/Subtype").isNameAndEquals("/Type0")) {
+                descriptor = font.getKey("/DescendantFonts").getArrayItem(0).getKey("/FontDescriptor");
+            }
+            if (auto program = programOf(descriptor)) {
+                programs.insert(program->first.getObjGen());
+            }
+        }
+    }
+    if (auto forms = resources.getKey("/XObject"); forms.isDictionary()) {
+        for (const auto& key : forms.getKeys()) {
+            appearanceFontPrograms(forms.getKey(key), depth + 1, seen, programs);
+        }
+    }
+}
+
+// Fonts of annotation appearances are kept whole: an annotation that is hidden, or shown only
+// in print, is not drawn when the pages are run, so its glyphs are not known.
+std::set<QPDFObjGen> annotationFontPrograms(QPDF& qpdf) {
+    std::set<QPDFObjGen> programs;
+    std::set<QPDFObjGen> seen;
+    for (auto page : qpdf.getAllPages()) {
+        auto annotations = page.getKey("/Annots");
+        if (!annotations.isArray()) {
+            continue;
+        }
+        for (auto annotation : annotations.getArrayAsVector()) {
+            auto appearances = annotation.getKey("/AP");
+            if (!appearances.isDictionary()) {
+                continue;
+            }
+            for (const auto& kind : appearances.getKeys()) {
+                auto appearance = appearances.getKey(kind);
+                if (appearance.isStream()) {
+                    appearanceFontPrograms(appearance, 0, seen, programs);
+                } else if (appearance.isDictionary()) {
+                    for (const auto& state : appearance.getKeys()) {
+                        appearanceFontPrograms(appearance.getKey(state), 0, seen, programs);
+                    }
+                }
+            }
+        }
+    }
+    return programs;
+}
+
 std::map<QPDFObjGen, Program> programsOf(QPDF& qpdf, const std::vector<QPDFObjectHandle>& fonts) {
-    const auto inForm = formFontPrograms(qpdf);
+    auto inForm = formFontPrograms(qpdf);
+    inForm.merge(annotationFontPrograms(qpdf));
     std::map<QPDFObjGen, Program> programs;
     for (auto font : fonts) {
         if (!font.isDictionary()) {

@@ -6,7 +6,8 @@
 // - When the glyphs the document shows are known (`usage`), every program is cut to them, with
 //   glyph indices kept; the subset gets a fresh six-letter tag in /BaseFont and /FontName.
 //   Fonts of the form's default resources (/AcroForm /DR) stay whole: a user may still type
-//   into the form with them.
+//   into the form with them. So do the fonts of annotation appearances: a hidden or print-only
+//   annotation is not drawn when the pages are run, so its glyphs are not known.
 // A program that cannot be read, or whose rewrite fails its proof, stays as it is.
 #pragma once
 

@@ -137,7 +137,7 @@ bool isContinuousTone(const Bitmap& bitmap) {
 
 struct Compactor {
     QPDF& qpdf;
-    const std::map<QPDFObjGen, double>& placedDPI;
+    const std::map<QPDFObjGen, PlacedResolution>& placedDPI;
     const std::optional<ImageSetting>& setting;
     ImageCompaction result;
     std::set<QPDFObjGen> changed;
@@ -253,8 +253,9 @@ struct Compactor {
             dictionary.getKey("/ImageMask").isBool()) {
             return false;
         }
-        const double dpi = placed->second;
-        const bool resample = dpi > 1.5 * setting->dpi;
+        const auto [across, down] = placed->second;
+        const double limit = 1.5 * setting->dpi;
+        const bool resample = std::max(across, down) > limit;
         if (!resample && filter == "/DCTDecode") {
             return false;
         }
@@ -265,9 +266,12 @@ struct Compactor {
         int width = size.width;
         int height = size.height;
         if (resample) {
-            const double scale = setting->dpi / dpi;
-            width = std::max(1, static_cast<int>(std::lround(size.width * scale)));
-            height = std::max(1, static_cast<int>(std::lround(size.height * scale)));
+            const auto side = [&](int pixels, double dpi) {
+                const double scale = dpi > limit ? setting->dpi / dpi : 1.0;
+                return std::max(1, static_cast<int>(std::lround(pixels * scale)));
+            };
+            width = side(size.width, across);
+            height = side(size.height, down);
             *pixels = AreaResampler::resample(pixels->data(), size.width, size.height,
                                               pixels->format(), width, height);
         }
@@ -332,7 +336,7 @@ struct Compactor {
 } // namespace
 
 ImageCompaction ImageCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHandle>& images,
-                                        const std::map<QPDFObjGen, double>& placedDPI,
+                                        const std::map<QPDFObjGen, PlacedResolution>& placedDPI,
                                         const std::optional<ImageSetting>& setting,
                                         const Cancelled& cancelled) {
     Compactor compactor{qpdf, placedDPI, setting, {}, {}};

@@ -28,6 +28,13 @@ struct ImageSetting {
     double quality = 0.6;
 };
 
+/// The highest resolution at which a document places an image, along its width and its height
+/// (they differ for a stretched picture).
+struct PlacedResolution {
+    double across = 0;
+    double down = 0;
+};
+
 struct ImageCompaction {
     int optimizedJPEGs = 0;
     int predictedFlate = 0;
@@ -43,11 +50,12 @@ class ImageCompactor {
     using Cancelled = std::function<bool()>;
 
     /// `placedDPI`: for each image XObject, the highest resolution at which a kept page places
-    /// it; images not listed are never resampled or turned into JPEG. Images that cannot be read
+    /// it; images not listed are never resampled or turned into JPEG. Each side is resampled on
+    /// its own: a stretched picture is brought to the setting's resolution both ways. Images that cannot be read
     /// are left as they are; throws only CancellationError.
     /// `images`: the image XObjects to look at (those the written document reaches).
     static ImageCompaction compact(QPDF& qpdf, const std::vector<QPDFObjectHandle>& images,
-                                   const std::map<QPDFObjGen, double>& placedDPI,
+                                   const std::map<QPDFObjGen, PlacedResolution>& placedDPI,
                                    const std::optional<ImageSetting>& setting,
                                    const Cancelled& cancelled);
 };

@@ -28,6 +28,10 @@ struct PDFImageInfo {
     bool isMonochrome = false;
     /// A rough stored size from the pixel count and the filter.
     std::int64_t estimatedBytes = 0;
+    /// Pixels per inch along the picture's own width and height, wherever it is turned: Width ×
+    /// 72 / √(a² + b²) and Height × 72 / √(c² + d²). Not part of the JSON form.
+    double acrossDPI = 0;
+    double downDPI = 0;
     /// The image XObject's object and generation numbers in the file analysed (0 when not
     /// known, as for an analysis read back from JSON). Not part of the JSON form.
     int objectNumber = 0;

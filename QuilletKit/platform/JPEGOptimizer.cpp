@@ -51,15 +51,16 @@ struct Transcoder {
     Transcoder(const Transcoder&) = delete;
     Transcoder& operator=(const Transcoder&) = delete;
 
-    bool run(const unsigned char* data, unsigned long size) {
+    bool run(const unsigned char* data, unsigned long size, bool progressive) {
         if (setjmp(errors.jump)) {
             return false;
         }
         jpeg_mem_src(&source, data, size);
-        for (int marker = 0; marker < 16; ++marker) {
-            jpeg_save_markers(&source, JPEG_APP0 + marker, 0xFFFF);
+        // JFIF, ICC and Adobe's colour transform flag can change how a reader takes the samples;
+        // EXIF, XMP, Photoshop data and comments cannot, and a PDF does not need them.
+        for (const int marker : {JPEG_APP0, JPEG_APP0 + 2, JPEG_APP0 + 14}) {
+            jpeg_save_markers(&source, marker, 0xFFFF);
         }
-        jpeg_save_markers(&source, JPEG_COM, 0xFFFF);
         jpeg_read_header(&source, TRUE);
         if (source.num_components != 1 && source.num_components != 3) {
             return false;
@@ -68,6 +69,9 @@ struct Transcoder {
         jpeg_mem_dest(&destination, &output, &outputSize);
         jpeg_copy_critical_parameters(&source, &destination);
         destination.optimize_coding = TRUE;
+        if (progressive) {
+            jpeg_simple_progression(&destination);
+        }
         // The source's own JFIF and Adobe markers are copied below, as they were.
         destination.write_JFIF_header = FALSE;
         destination.write_Adobe_marker = FALSE;
@@ -88,12 +92,17 @@ std::optional<std::vector<std::uint8_t>> JPEGOptimizer::optimized(std::span<cons
         return std::nullopt;
     }
     try {
-        Transcoder transcoder;
-        if (!transcoder.run(jpeg.data(), static_cast<unsigned long>(jpeg.size())) ||
-            transcoder.outputSize == 0 || transcoder.outputSize >= jpeg.size()) {
-            return std::nullopt;
+        // Sequential and progressive scans each win on some images: the smaller is kept.
+        std::optional<std::vector<std::uint8_t>> best;
+        for (const bool progressive : {false, true}) {
+            Transcoder transcoder;
+            const std::size_t limit = best ? best->size() : jpeg.size();
+            if (transcoder.run(jpeg.data(), static_cast<unsigned long>(jpeg.size()), progressive) &&
+                transcoder.outputSize > 0 && transcoder.outputSize < limit) {
+                best.emplace(transcoder.output, transcoder.output + transcoder.outputSize);
+            }
         }
-        return std::vector<std::uint8_t>(transcoder.output, transcoder.output + transcoder.outputSize);
+        return best;
     } catch (...) {
         return std::nullopt;
     }

@@ -1,10 +1,11 @@
 // Makes a JPEG smaller without touching a pixel: the same DCT coefficients, quantization tables
-// and sampling, written again with Huffman tables built for this image (libjpeg's coefficient
-// transcoding, as `jpegtran -optimize` does; the image is never decoded to pixels).
+// and sampling, written again with Huffman tables built for this image, in sequential or
+// progressive scans, whichever is smaller (libjpeg's coefficient transcoding; the image is never
+// decoded to pixels).
 //
-// Only gray and three-component baseline or progressive JPEGs are rewritten, and the APPn
-// markers (JFIF, Adobe's colour transform flag, EXIF, ICC) are copied, so a viewer reads the
-// colours exactly as before. Four-component (CMYK, YCCK) files are left alone: whether a PDF
+// Only gray and three-component JPEGs are rewritten. The markers that can change how a reader
+// takes the samples (JFIF, ICC profile, Adobe's colour transform flag) are copied, so a viewer
+// reads the colours exactly as before; EXIF, XMP, Photoshop data and comments are dropped. Four-component (CMYK, YCCK) files are left alone: whether a PDF
 // viewer inverts them depends on markers that a rewrite could change.
 #pragma once
 

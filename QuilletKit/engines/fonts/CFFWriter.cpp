@@ -359,7 +359,7 @@ std::string CFFWriter::write(const Type1Font& font,
         sids.push_back(strings.sid(glyph->first));
         const auto found = codesOf.find(glyph->first);
         codes.push_back(found == codesOf.end() || glyph->first == ".notdef" ? std::vector<int>()
-                                                                              : found->second);
+                                                                            : found->second);
         widths.push_back(glyph->second.width);
     }
     const auto [defaultWidth, nominalWidth] = chooseWidths(widths);
@@ -413,8 +413,8 @@ std::string CFFWriter::write(const Type1Font& font,
     const std::size_t topSize = index({offsets(0)}).size();
     const std::string topIndex = index({offsets(std::int64_t(
         header.size() + names.size() + topSize + stringIndex.size() + globalSubrs.size()))});
-    return header + names + topIndex + stringIndex + globalSubrs +
-           charsetBytes + encodingBytes + charstringsIndex + privateBytes + localSubrs;
+    return header + names + topIndex + stringIndex + globalSubrs + charsetBytes + encodingBytes +
+           charstringsIndex + privateBytes + localSubrs;
 }
 
 } // namespace quillet::fonts

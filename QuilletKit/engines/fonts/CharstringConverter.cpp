@@ -180,7 +180,8 @@ class Interpreter {
             masked_ = true;
         }
         if (!open_) {
-            program.ops.push_back(PathOp{PathOp::Kind::move, {start.x - pen_.x, start.y - pen_.y}, {}});
+            program.ops.push_back(
+                PathOp{PathOp::Kind::move, {start.x - pen_.x, start.y - pen_.y}, {}});
             pen_ = start;
             open_ = true;
         }
@@ -243,7 +244,7 @@ void Interpreter::execute(int op) {
     case 30: curve(0, a(0, 4), a(1, 4), a(2, 4), a(3, 4), 0); break;
     case 31: curve(a(0, 4), 0, a(1, 4), a(2, 4), 0, a(3, 4)); break;
     case 9: open_ = false; break;
-    case 13: // hsbw
+    case 13:     // hsbw
     case 1207: { // sbw
         const bool full = op == 1207;
         const Point sb{a(0, full ? 4 : 2), full ? a(1, 4) : 0};
@@ -310,9 +311,7 @@ void Interpreter::callOtherSubr() {
         }
         flex_.push_back(current_);
         return;
-    case 3:
-        replacing_ = true;
-        break;
+    case 3: replacing_ = true; break;
     default: break;
     }
     // Other othersubrs hand their arguments back, which is what `pop` then collects.
@@ -336,10 +335,9 @@ void Interpreter::seac() {
     }
     // The accent's origin lies at adx - asb from the composite's sidebearing point.
     const Point accentOrigin{adx + sb_.x - asb, ady};
-    if (program.ops.empty() || std::all_of(program.ops.begin(), program.ops.end(),
-                                           [](const PathOp& op) {
-                                               return op.kind == PathOp::Kind::mask;
-                                           })) {
+    if (program.ops.empty() ||
+        std::all_of(program.ops.begin(), program.ops.end(),
+                    [](const PathOp& op) { return op.kind == PathOp::Kind::mask; })) {
         program.ops.clear();
         program.stems.clear();
         program.seac = Seac{accentOrigin.x, accentOrigin.y, baseCode, accentCode};

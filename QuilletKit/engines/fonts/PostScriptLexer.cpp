@@ -95,11 +95,27 @@ PostScriptToken PostScriptLexer::next() {
     const char c = data_[position_];
     using Kind = PostScriptToken::Kind;
     switch (c) {
-    case '[': ++position_; token.kind = Kind::openArray; return token;
-    case ']': ++position_; token.kind = Kind::closeArray; return token;
-    case '{': ++position_; token.kind = Kind::openProc; return token;
-    case '}': ++position_; token.kind = Kind::closeProc; return token;
-    case '(': ++position_; token.kind = Kind::string; token.text = readString(); return token;
+    case '[':
+        ++position_;
+        token.kind = Kind::openArray;
+        return token;
+    case ']':
+        ++position_;
+        token.kind = Kind::closeArray;
+        return token;
+    case '{':
+        ++position_;
+        token.kind = Kind::openProc;
+        return token;
+    case '}':
+        ++position_;
+        token.kind = Kind::closeProc;
+        return token;
+    case '(':
+        ++position_;
+        token.kind = Kind::string;
+        token.text = readString();
+        return token;
     case '/': {
         ++position_;
         const std::size_t start = position_;
@@ -127,7 +143,11 @@ PostScriptToken PostScriptLexer::next() {
         token.kind = Kind::string;
         token.text = readHexString();
         return token;
-    case ')': ++position_; token.kind = Kind::word; token.text = ")"; return token;
+    case ')':
+        ++position_;
+        token.kind = Kind::word;
+        token.text = ")";
+        return token;
     default: return readRegular();
     }
 }

@@ -14,8 +14,17 @@
 namespace quillet::fonts {
 
 struct PostScriptToken {
-    enum class Kind { end, number, literalName, word, string, openArray, closeArray, openProc,
-                      closeProc };
+    enum class Kind {
+        end,
+        number,
+        literalName,
+        word,
+        string,
+        openArray,
+        closeArray,
+        openProc,
+        closeProc
+    };
     Kind kind = Kind::end;
     /// The name without its slash, the word, the decoded string, or the number as written.
     std::string text;

@@ -40,8 +40,8 @@ std::vector<Unit> units(const std::string& charstring) {
             stems += args / 2;
             at += (stems + 7) / 8;
         }
-        list.push_back(Unit{start, std::min(at, charstring.size()),
-                            !list.empty() && isPathOperator(byte)});
+        list.push_back(
+            Unit{start, std::min(at, charstring.size()), !list.empty() && isPathOperator(byte)});
         start = at;
         args = 0;
     }
@@ -50,7 +50,9 @@ std::vector<Unit> units(const std::string& charstring) {
 
 } // namespace
 
-int subrBias(std::size_t count) { return count < 1240 ? 107 : count < 33900 ? 1131 : 32768; }
+int subrBias(std::size_t count) {
+    return count < 1240 ? 107 : count < 33900 ? 1131 : 32768;
+}
 
 Subroutinized subroutinize(const std::vector<std::string>& charstrings) {
     struct Occurrence {
@@ -87,7 +89,8 @@ Subroutinized subroutinize(const std::vector<std::string>& charstrings) {
     });
 
     // Best candidates first, each taking the occurrences no earlier one took.
-    std::vector<std::vector<std::size_t>> claimed(charstrings.size()), runLength(charstrings.size());
+    std::vector<std::vector<std::size_t>> claimed(charstrings.size()),
+        runLength(charstrings.size());
     for (std::size_t g = 0; g < charstrings.size(); ++g) {
         claimed[g].assign(split[g].size(), 0);
         runLength[g].assign(split[g].size(), 0);
@@ -125,8 +128,9 @@ Subroutinized subroutinize(const std::vector<std::string>& charstrings) {
     for (std::size_t i = 0; i < order.size(); ++i) {
         order[i] = i;
     }
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return subrs[a].second > subrs[b].second; });
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        return subrs[a].second > subrs[b].second;
+    });
     std::vector<std::size_t> number(subrs.size());
     Subroutinized result;
     for (std::size_t i = 0; i < order.size(); ++i) {

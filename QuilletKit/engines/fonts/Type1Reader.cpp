@@ -23,8 +23,12 @@ struct Parts {
     std::string encrypted;
 };
 
-bool isSpace(std::uint8_t c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-bool isHex(std::uint8_t c) { return std::isxdigit(c) != 0; }
+bool isSpace(std::uint8_t c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+bool isHex(std::uint8_t c) {
+    return std::isxdigit(c) != 0;
+}
 
 // A PFB is a series of segments: 0x80, type (1 text, 2 binary, 3 end), 32-bit little-endian size.
 std::optional<Parts> unwrapPFB(std::span<const std::uint8_t> bytes) {
@@ -108,7 +112,8 @@ std::string decryptEexec(const std::string& encrypted) {
         if (!isHex(c)) {
             break;
         }
-        const int value = std::isdigit(static_cast<unsigned char>(c)) ? c - '0' : (c | 0x20) - 'a' + 10;
+        const int value =
+            std::isdigit(static_cast<unsigned char>(c)) ? c - '0' : (c | 0x20) - 'a' + 10;
         if (high < 0) {
             high = value;
         } else {
@@ -264,8 +269,8 @@ class Parser {
         int depth = 0;
         for (;;) {
             const PostScriptToken& token = lexer.peek();
-            if (token.kind == Kind::end || (depth == 0 && (token.isWord("def") ||
-                                                           token.kind == Kind::literalName))) {
+            if (token.kind == Kind::end ||
+                (depth == 0 && (token.isWord("def") || token.kind == Kind::literalName))) {
                 return;
             }
             PostScriptToken taken = lexer.next();
@@ -371,11 +376,12 @@ Type1Font Type1Reader::read(std::span<const std::uint8_t> program,
         throw FontProgramError("an empty font program");
     }
     auto pfb = unwrapPFB(program);
-    Parts parts = pfb && !pfb->encrypted.empty() ? std::move(*pfb)
-                  : pfb ? splitAtEexec(std::span(reinterpret_cast<const std::uint8_t*>(
-                                                     pfb->clear.data()), pfb->clear.size()),
-                                       std::nullopt)
-                        : splitAtEexec(program, length1);
+    Parts parts =
+        pfb && !pfb->encrypted.empty() ? std::move(*pfb)
+        : pfb ? splitAtEexec(std::span(reinterpret_cast<const std::uint8_t*>(pfb->clear.data()),
+                                       pfb->clear.size()),
+                             std::nullopt)
+              : splitAtEexec(program, length1);
     Type1Font font;
     Parser parser(font);
     parser.parse(parts.clear);

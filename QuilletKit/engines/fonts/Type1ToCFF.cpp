@@ -40,14 +40,14 @@ Type1ToCFF::convert(std::span<const std::uint8_t> program, std::optional<std::in
     std::vector<std::pair<std::string, Type2Glyph>> glyphs;
     std::set<std::string> kept;
     for (const auto& [name, charstring] : font.charStrings) {
-        if (const auto found = converted.find(name); found != converted.end() &&
-                                                     kept.insert(name).second) {
+        if (const auto found = converted.find(name);
+            found != converted.end() && kept.insert(name).second) {
             glyphs.emplace_back(name, std::move(found->second));
         }
     }
     ConvertedFont result{CFFWriter::write(font, glyphs), font.fontName};
-    const auto bytes = std::span(reinterpret_cast<const std::uint8_t*>(result.cff.data()),
-                                 result.cff.size());
+    const auto bytes =
+        std::span(reinterpret_cast<const std::uint8_t*>(result.cff.data()), result.cff.size());
     if (!FontVerifier::sameGlyphs(program, bytes, kept)) {
         return std::nullopt;
     }

@@ -12,9 +12,23 @@ namespace {
 constexpr std::size_t maxArgs = 47;
 
 enum Op : std::uint8_t {
-    hstem = 1, vstem = 3, vmoveto = 4, rlineto = 5, hlineto = 6, vlineto = 7, rrcurveto = 8,
-    endchar = 14, hstemhm = 18, hintmask = 19, vstemhm = 23, rmoveto = 21, hmoveto = 22,
-    vvcurveto = 26, hhcurveto = 27, vhcurveto = 30, hvcurveto = 31,
+    hstem = 1,
+    vstem = 3,
+    vmoveto = 4,
+    rlineto = 5,
+    hlineto = 6,
+    vlineto = 7,
+    rrcurveto = 8,
+    endchar = 14,
+    hstemhm = 18,
+    hintmask = 19,
+    vstemhm = 23,
+    rmoveto = 21,
+    hmoveto = 22,
+    vvcurveto = 26,
+    hhcurveto = 27,
+    vhcurveto = 30,
+    hvcurveto = 31,
 };
 
 using Curve = std::array<Fixed, 6>;
