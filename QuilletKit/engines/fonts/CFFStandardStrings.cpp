@@ -7,6 +7,7 @@
 namespace quillet::fonts {
 namespace {
 
+// clang-format off: a table, kept dense
 constexpr std::array<std::string_view, standardStringCount> strings{
     ".notdef",
     "space",
@@ -400,6 +401,7 @@ constexpr std::array<std::string_view, standardStringCount> strings{
     "Roman",
     "Semibold",
 };
+// clang-format on
 
 // StandardEncoding above the ASCII range, as (code, SID) pairs; codes 32-126 are SIDs 1-95.
 constexpr std::array<std::pair<int, int>, 54> upperStandardCodes{{
