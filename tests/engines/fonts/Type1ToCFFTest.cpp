@@ -1,13 +1,16 @@
 // Type 1 to CFF conversion: whole real fonts and every Type 1 font embedded in the corpus must
 // pass FreeType's proof and shrink, subsets must hold exactly what was asked for (plus what seac
 // needs), and hostile programs must fail cleanly instead of crashing or hanging.
+#include "engines/fonts/Type1ToCFF.hpp"
 #include "engines/fonts/CFFStandardStrings.hpp"
 #include "engines/fonts/CFFWriter.hpp"
 #include "engines/fonts/FontProgramError.hpp"
 #include "engines/fonts/FontVerifier.hpp"
-#include "engines/fonts/Type1ToCFF.hpp"
 #include "support/TempDir.hpp"
 
+#include <ft2build.h>
+#include FT_FREETYPE_H
+#include FT_TYPE1_TABLES_H
 #include <gtest/gtest.h>
 #include <qpdf/QPDF.hh>
 #include <zlib.h>
@@ -101,13 +104,15 @@ std::string type1(const Program& program) {
                        " array\n";
     for (std::size_t i = 0; i < program.subrs.size(); ++i) {
         const std::string cs = encrypt(program.subrs[i], 4330);
-        body += "dup " + std::to_string(i) + " " + std::to_string(cs.size()) + " RD " + cs + " NP\n";
+        body +=
+            "dup " + std::to_string(i) + " " + std::to_string(cs.size()) + " RD " + cs + " NP\n";
     }
-    body += "ND\n2 index /CharStrings " + std::to_string(program.glyphs.size()) +
-            " dict dup begin\n";
+    body +=
+        "ND\n2 index /CharStrings " + std::to_string(program.glyphs.size()) + " dict dup begin\n";
     for (const auto& [name, charstring] : program.glyphs) {
         const std::string cs = encrypt(charstring, 4330);
-        body += "/" + name + " " + std::to_string(cs.size() + program.countBias) + " RD " + cs + " ND\n";
+        body += "/" + name + " " + std::to_string(cs.size() + program.countBias) + " RD " + cs +
+                " ND\n";
     }
     body += "end\nend\nreadonly put\nnoaccess put\ndup/FontName get exch definefont pop\n"
             "mark currentfile closefile\n";
@@ -119,15 +124,16 @@ Program featureFont() {
     Program font;
     font.subrs = standardSubrs();
     font.subrs.push_back(num(100) + num(50) + hstem + ret); // 5: a replacement hint set
-    const std::string flex = num(1) + callsubr + num(100) + num(10) + rmoveto + num(2) + callsubr +
-                             [] {
-                                 std::string points;
-                                 for (int i = 0; i < 6; ++i) {
-                                     points += num(50) + num(i < 3 ? 20 : -20) + rmoveto +
-                                               num(2) + callsubr;
-                                 }
-                                 return points;
-                             }() + num(50) + num(450) + num(0) + num(0) + callsubr;
+    const std::string flex =
+        num(1) + callsubr + num(100) + num(10) + rmoveto + num(2) + callsubr +
+        [] {
+            std::string points;
+            for (int i = 0; i < 6; ++i) {
+                points += num(50) + num(i < 3 ? 20 : -20) + rmoveto + num(2) + callsubr;
+            }
+            return points;
+        }() +
+        num(50) + num(450) + num(0) + num(0) + callsubr;
     font.glyphs = {
         {".notdef", num(0) + num(0) + hsbw + endchar},
         {"A", num(20) + num(600) + hsbw + num(0) + num(20) + hstem + num(10) + num(30) + vstem +
@@ -136,10 +142,10 @@ Program featureFont() {
         {"B", num(10) + num(1000) + num(3) + div + hsbw + num(0) + num(0) + rmoveto + flex +
                   num(0) + num(300) + rlineto + closepath + endchar},
         {"acute", num(30) + num(300) + hsbw + square(0, 100) + endchar},
-        {"Aacute", num(20) + num(600) + hsbw + num(30) + num(150) + num(600) + num(65) +
-                       num(194) + seac},
-        {"C", num(0) + num(500) + hsbw + num(0) + num(0) + rmoveto + num(10) + num(20) +
-                  num(30) + num(40) + num(50) + num(60) + rrcurveto + closepath + endchar},
+        {"Aacute",
+         num(20) + num(600) + hsbw + num(30) + num(150) + num(600) + num(65) + num(194) + seac},
+        {"C", num(0) + num(500) + hsbw + num(0) + num(0) + rmoveto + num(10) + num(20) + num(30) +
+                  num(40) + num(50) + num(60) + rrcurveto + closepath + endchar},
     };
     return font;
 }
@@ -186,6 +192,104 @@ TEST(Type1ToCFF, StandardStringsReadBackThroughFreeType) {
     }
     const std::string cff = CFFWriter::write(font, glyphs);
     EXPECT_EQ(FontVerifier::glyphNames(spanOf(cff), indices), expected);
+}
+
+// The forms a /FontFile takes in the wild all read as the same font: the eexec part in hex,
+// the trailer of zeros missing, PFB segments, /Length1 pointing elsewhere.
+struct ProgramForm {
+    const char* name;
+    std::string (*make)(const std::string& binaryForm);
+    std::optional<std::int64_t> length1;
+};
+
+std::string hexForm(const std::string& program) {
+    const std::size_t start = program.find("eexec\n") + 6, end = program.find("\n0000");
+    std::string hex;
+    for (std::size_t i = start; i < end; ++i) {
+        static const char digits[] = "0123456789abcdef";
+        hex += {digits[static_cast<std::uint8_t>(program[i]) >> 4], digits[program[i] & 15]};
+        hex += (i - start) % 32 == 31 ? "\n" : "";
+    }
+    return program.substr(0, start) + hex + program.substr(end);
+}
+
+std::string pfbForm(const std::string& program) {
+    const std::size_t start = program.find("eexec\n") + 6, end = program.find("\n0000");
+    const auto segment = [](char type, const std::string& data) {
+        const auto size = static_cast<std::uint32_t>(data.size());
+        return std::string{char(0x80),      type, char(size), char(size >> 8), char(size >> 16),
+                           char(size >> 24)} +
+               data;
+    };
+    return segment(1, program.substr(0, start)) + segment(2, program.substr(start, end - start)) +
+           segment(1, program.substr(end)) + std::string{char(0x80), 3};
+}
+
+class ProgramForms : public testing::TestWithParam<ProgramForm> {};
+
+TEST_P(ProgramForms, ReadAsTheSameFont) {
+    const std::string binary = type1(featureFont());
+    const auto expected = convert(binary);
+    const std::string form = GetParam().make(binary);
+    const auto converted =
+        Type1ToCFF::convert(spanOf(form), GetParam().length1, std::int64_t(7), std::nullopt);
+    ASSERT_TRUE(expected && converted);
+    EXPECT_EQ(converted->cff, expected->cff);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Type1ToCFF, ProgramForms,
+    testing::Values(
+        ProgramForm{"Hex", hexForm, std::nullopt}, ProgramForm{"HexWithWrongLength1", hexForm, 3},
+        ProgramForm{"Pfb", pfbForm, std::nullopt},
+        ProgramForm{"NoTrailer",
+                    [](const std::string& p) { return p.substr(0, p.find("\n0000") + 1); },
+                    std::nullopt},
+        ProgramForm{"Length1PastTheEnd", [](const std::string& p) { return p; }, 1 << 30}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// The font dictionary as FreeType reads it from both fonts. (FreeType exposes no Private DICT
+// values for CFF, so the hinting values have no independent reader here.)
+TEST(Type1ToCFF, FontInfoAndPrivateValuesSurvive) {
+    for (const auto& path :
+         {std::filesystem::path("/usr/share/fonts/X11/Type1/NimbusSans-BoldItalic.pfb"),
+          std::filesystem::path("/usr/share/texmf/fonts/type1/public/lm/lmmi10.pfb")}) {
+        const Bytes program = readFile(path);
+        if (program.empty()) {
+            continue;
+        }
+        SCOPED_TRACE(path.string());
+        const auto converted =
+            Type1ToCFF::convert(program, std::nullopt, std::nullopt, std::set<std::string>{"a"});
+        ASSERT_TRUE(converted);
+        FT_Library library = nullptr;
+        ASSERT_EQ(FT_Init_FreeType(&library), 0);
+        FT_Face before = nullptr, after = nullptr;
+        ASSERT_EQ(FT_New_Memory_Face(library, program.data(), FT_Long(program.size()), 0, &before),
+                  0);
+        const auto cff = spanOf(converted->cff);
+        ASSERT_EQ(FT_New_Memory_Face(library, cff.data(), FT_Long(cff.size()), 0, &after), 0);
+        PS_FontInfoRec infoBefore, infoAfter;
+        ASSERT_EQ(FT_Get_PS_Font_Info(before, &infoBefore), 0);
+        ASSERT_EQ(FT_Get_PS_Font_Info(after, &infoAfter), 0);
+        EXPECT_STREQ(infoAfter.full_name, infoBefore.full_name);
+        EXPECT_STREQ(infoAfter.family_name, infoBefore.family_name);
+        EXPECT_STREQ(infoAfter.weight, infoBefore.weight);
+        EXPECT_EQ(infoAfter.is_fixed_pitch, infoBefore.is_fixed_pitch);
+        // The face fields, since FreeType's CFF font info keeps angles in 16.16 and cuts the
+        // underline values to 16 bits.
+        EXPECT_EQ(after->underline_position, before->underline_position);
+        EXPECT_EQ(after->underline_thickness, before->underline_thickness);
+        EXPECT_EQ(after->units_per_EM, before->units_per_EM);
+        EXPECT_EQ(after->bbox.xMin, before->bbox.xMin);
+        EXPECT_EQ(after->bbox.yMin, before->bbox.yMin);
+        EXPECT_EQ(after->bbox.xMax, before->bbox.xMax);
+        EXPECT_EQ(after->bbox.yMax, before->bbox.yMax);
+        EXPECT_EQ(after->style_flags, before->style_flags); // italic from ItalicAngle, bold
+        FT_Done_Face(after);
+        FT_Done_Face(before);
+        FT_Done_FreeType(library);
+    }
 }
 
 // --- Hostile programs ---------------------------------------------------------------------------
@@ -235,9 +339,8 @@ std::vector<HostileCase> hostileCases() {
          }())},
         {"DivisionByZero", type1(withGlyph(num(0) + num(1) + num(0) + div + hsbw + endchar))},
         {"PopWithoutOtherSubr", type1(withGlyph(num(0) + num(500) + hsbw + pop + endchar))},
-        {"FlexWithoutPoints",
-         type1(withGlyph(num(0) + num(500) + hsbw + num(50) + num(0) + num(0) + num(3) + num(0) +
-                         callothersubr + endchar))},
+        {"FlexWithoutPoints", type1(withGlyph(num(0) + num(500) + hsbw + num(50) + num(0) + num(0) +
+                                              num(3) + num(0) + callothersubr + endchar))},
     };
 }
 
@@ -326,8 +429,8 @@ TEST(Type1ToCFF, EveryCorpusFontPassesTheProof) {
             };
             SCOPED_TRACE(entry.path().string() + " " + object.getKey("/FontName").unparse());
             const Bytes program(data->getBuffer(), data->getBuffer() + data->getSize());
-            const auto converted = Type1ToCFF::convert(program, length("/Length1"),
-                                                       length("/Length2"), std::nullopt);
+            const auto converted =
+                Type1ToCFF::convert(program, length("/Length1"), length("/Length2"), std::nullopt);
             ASSERT_TRUE(converted);
             EXPECT_LT(converted->cff.size(), program.size());
             ++fonts;
