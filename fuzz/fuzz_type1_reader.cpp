@@ -2,7 +2,7 @@
 // back refused (nullopt), or fail with FontProgramError; never a crash, a hang or a leak.
 //
 // Encrypted bytes hide the structure from mutation, so an input that starts with 0x01 is taken
-// as a font whose part after `eexec` is still plain text, and is encrypted here first: the
+// as a font whose bytes after `eexec` is still plain text, and is encrypted here first: the
 // mutations then reach the Private dictionary and, with `/lenIV -1`, the charstrings.
 #include "engines/fonts/FontProgramError.hpp"
 #include "engines/fonts/Type1Reader.hpp"

@@ -345,12 +345,13 @@ void Interpreter::seac() {
         return;
     }
     componentMode_ = true;
-    for (const auto& [part, origin] : {std::pair{base, Point{}}, std::pair{accent, accentOrigin}}) {
+    for (const auto& [component, origin] :
+         {std::pair{base, Point{}}, std::pair{accent, accentOrigin}}) {
         origin_ = origin;
         ended_ = false;
         open_ = false;
         stack_.clear();
-        run(*part->second, 0);
+        run(*component->second, 0);
     }
     ended_ = true;
 }

@@ -3,7 +3,7 @@
 // The Type 1 program is run, not translated: subroutines are inlined, flex (othersubrs 0-2)
 // becomes the two curves it stands for, `div` is computed in 16.16 fixed point the way
 // interpreters do, closepath disappears (Type 2 closes at every moveto), and the sidebearing
-// becomes part of the first moveto. Stems are kept; where hint replacement (othersubr 3) or stems
+// goes into the first moveto. Stems are kept; where hint replacement (othersubr 3) or stems
 // declared mid-path occur they become hstemhm/vstemhm with hintmask, and past Type 2's 96 stems
 // the hints are dropped (the outline never depends on them).
 //

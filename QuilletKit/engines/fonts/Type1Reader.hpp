@@ -1,7 +1,7 @@
-// Reads a Type 1 font program as PDF embeds it (/FontFile, decoded): the cleartext part, the
-// eexec-encrypted part in binary or hexadecimal form, and the optional trailer of zeros. A program
-// wrapped in PFB segments (0x80 0x01 ...) is unwrapped first, since some producers embed the file
-// as it lay on disk.
+// Reads a Type 1 font program as PDF embeds it (/FontFile, decoded): the cleartext section, the
+// eexec-encrypted section in binary or hexadecimal form, and the optional trailer of zeros. A
+// program wrapped in PFB segments (0x80 0x01 ...) is unwrapped first, since some producers embed
+// the file as it lay on disk.
 //
 // /Length1 and /Length2 are hints only: they are wrong in enough real files that the eexec
 // boundary is found by looking for `eexec`, and the hint is taken only where it agrees.

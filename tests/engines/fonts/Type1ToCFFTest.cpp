@@ -194,7 +194,7 @@ TEST(Type1ToCFF, StandardStringsReadBackThroughFreeType) {
     EXPECT_EQ(FontVerifier::glyphNames(spanOf(cff), indices), expected);
 }
 
-// The forms a /FontFile takes in the wild all read as the same font: the eexec part in hex,
+// The forms a /FontFile takes in the wild all read as the same font: the eexec section in hex,
 // the trailer of zeros missing, PFB segments, /Length1 pointing elsewhere.
 struct ProgramForm {
     const char* name;
