@@ -92,7 +92,7 @@ std::map<QPDFObjGen, PlacedResolution> placedResolutions(const DocumentCompactor
 
 std::optional<FontCompactor::GlyphUsage>
 DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::string& password,
-                              const Cancelled& cancelled) {
+                              const Cancelled& cancelled, const Progress& progress) {
     try {
         PDFRenderer renderer;
         auto first = renderer.open(path, password);
@@ -122,6 +122,9 @@ DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::stri
                 for (auto& [program, used] : glyphs.glyphsByProgram) {
                     usage[program].insert(used.begin(), used.end());
                 }
+                if (progress) {
+                    progress(static_cast<double>(page + 1) / count);
+                }
             });
         if (!complete) {
             return std::nullopt;
@@ -136,14 +139,19 @@ DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::stri
 
 DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
                                               const std::optional<ImageSetting>& images,
-                                              const Cancelled& cancelled) {
+                                              const Cancelled& cancelled, const Progress& progress) {
     DocumentCompaction result;
     const Reached reached = reach(qpdf);
     if (reached.embedsFonts) {
         // A layer that is hidden now may be shown later: its glyphs must stay.
         const bool layered = qpdf.getRoot().hasKey("/OCProperties");
-        const auto usage =
-            layered ? std::nullopt : glyphUsage(source.path, source.password, cancelled);
+        const auto usage = layered ? std::nullopt
+                                   : glyphUsage(source.path, source.password, cancelled,
+                                                [&](double pages) {
+                                                    if (progress) {
+                                                        progress(0.8 * pages);
+                                                    }
+                                                });
         result.fonts = FontCompactor::compact(qpdf, reached.fonts, usage, cancelled);
     }
     if (images) {
@@ -153,8 +161,13 @@ DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
             holder.removeKey("/PieceInfo");
         }
     }
-    result.images = ImageCompactor::compact(qpdf, reached.images, placedResolutions(source), images,
-                                            cancelled);
+    std::vector<QPDFObjectHandle> kept;
+    for (auto& image : reached.images) {
+        if (!source.freshImages.count(image.getObjGen())) {
+            kept.push_back(image);
+        }
+    }
+    result.images = ImageCompactor::compact(qpdf, kept, placedResolutions(source), images, cancelled);
     if (cancelled && cancelled()) {
         throw CancellationError();
     }
@@ -162,6 +175,9 @@ DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
         result.mergedStreams = StreamDeduplicator::deduplicate(qpdf);
     } catch (const std::exception&) {
         // A stream that cannot be read is written as it is, duplicates and all.
+    }
+    if (progress) {
+        progress(1.0);
     }
     return result;
 }

@@ -41,18 +41,26 @@ class DocumentCompactor {
         const PDFAnalysis* analysis = nullptr;
         /// Pages (zero-based) whose content was replaced by a raster.
         std::set<int> rasterizedPages;
+        /// The images of those rasters: encoded for this document already, left as they are.
+        std::set<QPDFObjGen> freshImages;
     };
 
-    /// Throws CancellationError; everything else that fails leaves that object as it was.
+    using Progress = std::function<void(double fraction)>;
+
+    /// `progress` sees the fraction done (the pages run for their glyphs, then the rest), on the
+    /// calling thread. Throws CancellationError; everything else that fails leaves that object
+    /// as it was.
     static DocumentCompaction compact(QPDF& qpdf, const Source& source,
                                       const std::optional<ImageSetting>& images,
-                                      const Cancelled& cancelled);
+                                      const Cancelled& cancelled, const Progress& progress = {});
 
     /// The glyphs every page of `path` shows, per font program (see FontCompactor); absent when
-    /// they cannot all be known. Throws CancellationError.
+    /// they cannot all be known. `progress` sees the share of pages run. Throws
+    /// CancellationError.
     static std::optional<FontCompactor::GlyphUsage> glyphUsage(const std::filesystem::path& path,
                                                                const std::string& password,
-                                                               const Cancelled& cancelled);
+                                                               const Cancelled& cancelled,
+                                                               const Progress& progress = {});
 };
 
 } // namespace quillet

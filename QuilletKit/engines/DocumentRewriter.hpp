@@ -36,8 +36,8 @@ class DocumentRewriter {
     using Cancelled = std::function<bool()>;
 
     /// Rebuilds `input` into the existing file `output` (overwritten). Pages are rendered and
-    /// encoded on all cores; `progress` sees (i + 1) / n for every page i in page order, on the
-    /// calling thread. `analysis` is read only when `raster` or `images` is set: `images` is how
+    /// encoded on all cores; `progress` rises with the pages in page order, then with the
+    /// compaction, on the calling thread, and reaches 1 before the file is written. `analysis` is read only when `raster` or `images` is set: `images` is how
     /// far images on the kept pages may be reduced (absent: without loss only). Throws
     /// PDFCoreError (opening, a document without pages, writing) and CancellationError.
     static RewriteDetail rewrite(const std::filesystem::path& input,
