@@ -16,7 +16,10 @@ void runInfo(const Arguments& arguments, CommandIO& io) {
         if (json) {
             nlohmann::ordered_json object{{"file", input.string()}};
             object.update(toJSON(analysis, PDFAnalysisEngine::recommendations(analysis)));
-            io.out << object.dump() << '\n';
+            // Texts of the analysis are UTF-8 already; any that a producer's bytes still slip
+            // past is shown as U+FFFD rather than failing the whole report.
+            io.out << object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                   << '\n';
         } else {
             io.out << infoReport(input.filename().string(), analysis);
         }

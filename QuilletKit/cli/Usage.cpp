@@ -3,7 +3,7 @@
 namespace quillet {
 
 const std::string& usageText() {
-    static const std::string text = "quillet " + std::string(quilletVersion) + R"( — the fast, private PDF toolkit for your Mac
+    static const std::string text = "quillet " + std::string(quilletVersion) + R"( — the fast, private PDF toolkit for your desktop
 
 USAGE:
     quillet <command> [options]

@@ -2,6 +2,7 @@
 
 #include "platform/SafetyLimits.hpp"
 #include "platform/StreamData.hpp"
+#include "platform/TextDecoding.hpp"
 #include "platform/UUID.hpp"
 
 #include <qpdf/Buffer.hh>
@@ -175,10 +176,10 @@ std::string ContentScanner::fontName(const std::string& resourceName) const {
     if (font.isDictionary()) {
         auto base = font.getKey("/BaseFont");
         if (base.isName() && base.getName().size() > 1) {
-            return withoutSubsetPrefix(base.getName().substr(1));
+            return validUTF8(withoutSubsetPrefix(base.getName().substr(1)));
         }
     }
-    return resourceName.substr(1);
+    return validUTF8(resourceName.substr(1));
 }
 
 void ContentScanner::onDo(const std::string& name, int depth) {

@@ -1,4 +1,5 @@
 #include "cli/InfoReport.hpp"
+#include "support/PDFBuilder.hpp"
 #include "support/Process.hpp"
 #include "support/TempDir.hpp"
 
@@ -142,6 +143,22 @@ TEST(InfoCommand, JsonHasOneObjectPerFile) {
     EXPECT_EQ(objects[0]["pages"].size(), 117u);
     EXPECT_EQ(objects[1]["attachmentCount"], 1);
     EXPECT_EQ(objects[1]["recommendations"].back()["id"], "security");
+}
+
+// Font names in a legacy encoding (GBK, as Chinese producers write them) or in no encoding at all
+// come out of info --json as valid text: decoded where the bytes say how, replaced otherwise.
+TEST(InfoCommand, JsonDecodesOrReplacesNamesThatAreNotUTF8) {
+    test::TempDir dir;
+    test::PDFBuilder builder;
+    builder.addPage()
+        .text("a", 72, 720, 12, "\xBA\xDA\xCC\xE5")
+        .text("b", 72, 700, 12, "Caf\xE9");
+    const auto file = dir / "gbk.pdf";
+    builder.write(file);
+    const auto result = test::runProcess(QUILLET_BINARY, {"info", "--json", file.string()});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto fonts = nlohmann::json::parse(result.out)["pages"][0]["fontNames"];
+    EXPECT_EQ(fonts, nlohmann::json::array({"Caf\uFFFD", "黑体"}));
 }
 
 } // namespace

@@ -20,7 +20,7 @@ using test::quillet;
 TEST(QuilletProgram, UsageTextIsExact) {
     const std::string& usage = usageText();
     EXPECT_TRUE(usage.starts_with(
-        "quillet 0.2.0 — the fast, private PDF toolkit for your Mac\n\nUSAGE:\n"
+        "quillet 0.2.0 — the fast, private PDF toolkit for your desktop\n\nUSAGE:\n"
         "    quillet <command> [options]\n\nCOMMANDS:\n"));
     EXPECT_NE(usage.find("\n    split <file>         Split (--every N | --ranges \"1-5,6-10\" | "
                          "--extract \"1,3\" | --by-size 25MB)\n"),
