@@ -1,6 +1,7 @@
 #include "platform/MuPDFBoundary.hpp"
 
 #include <climits>
+#include <ctime>
 #include <cstdint>
 
 namespace quillet::mupdf {
@@ -141,11 +142,55 @@ struct GlyphDevice {
     GlyphSink sink;
     void* user;
     int depth;
+    struct timespec deadline;
+    int calls;
 };
 
 constexpr int maximumType3Depth = 4;
 
+// A page that draws for too long (millions of paths, a rendering bomb) is given up on: every few
+// hundred drawing calls the clock is read, and past the deadline the run throws.
+void tick(fz_context* ctx, fz_device* device) {
+    auto* glyphs = reinterpret_cast<GlyphDevice*>(device);
+    if (++glyphs->calls % 256 != 0) {
+        return;
+    }
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    if (now.tv_sec > glyphs->deadline.tv_sec ||
+        (now.tv_sec == glyphs->deadline.tv_sec && now.tv_nsec > glyphs->deadline.tv_nsec)) {
+        fz_throw(ctx, FZ_ERROR_GENERIC, "the page takes too long to run");
+    }
+}
+
+void tickPath(fz_context* ctx, fz_device* dev, const fz_path*, int, fz_matrix, fz_colorspace*,
+              const float*, float, fz_color_params) {
+    tick(ctx, dev);
+}
+void tickStroke(fz_context* ctx, fz_device* dev, const fz_path*, const fz_stroke_state*, fz_matrix,
+                fz_colorspace*, const float*, float, fz_color_params) {
+    tick(ctx, dev);
+}
+void tickClip(fz_context* ctx, fz_device* dev, const fz_path*, int, fz_matrix, fz_rect) {
+    tick(ctx, dev);
+}
+void tickClipStroke(fz_context* ctx, fz_device* dev, const fz_path*, const fz_stroke_state*,
+                    fz_matrix, fz_rect) {
+    tick(ctx, dev);
+}
+void tickShade(fz_context* ctx, fz_device* dev, fz_shade*, fz_matrix, float, fz_color_params) {
+    tick(ctx, dev);
+}
+void tickImage(fz_context* ctx, fz_device* dev, fz_image*, fz_matrix, float, fz_color_params) {
+    tick(ctx, dev);
+}
+void tickImageMask(fz_context* ctx, fz_device* dev, fz_image*, fz_matrix, fz_colorspace*,
+                   const float*, float, fz_color_params) {
+    tick(ctx, dev);
+}
+
 void reportText(fz_context* ctx, fz_device* device, const fz_text* text) {
+    tick(ctx, device);
     auto* glyphs = reinterpret_cast<GlyphDevice*>(device);
     for (const fz_text_span* span = text->head; span; span = span->next) {
         for (int i = 0; i < span->len; ++i) {
@@ -185,8 +230,8 @@ void glyphsIgnore(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matri
     reportText(ctx, dev, text);
 }
 
-int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int* errors,
-                    Caught* caught) {
+int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int seconds,
+                    int* errors, Caught* caught) {
     GlyphDevice* device = nullptr;
     fz_var(device);
     fz_cookie cookie = {};
@@ -197,9 +242,19 @@ int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, 
         device->super.clip_text = glyphsClip;
         device->super.clip_stroke_text = glyphsClipStroke;
         device->super.ignore_text = glyphsIgnore;
+        device->super.fill_path = tickPath;
+        device->super.stroke_path = tickStroke;
+        device->super.clip_path = tickClip;
+        device->super.clip_stroke_path = tickClipStroke;
+        device->super.fill_shade = tickShade;
+        device->super.fill_image = tickImage;
+        device->super.fill_image_mask = tickImageMask;
         device->sink = sink;
         device->user = user;
         device->depth = 0;
+        device->calls = 0;
+        clock_gettime(CLOCK_MONOTONIC, &device->deadline);
+        device->deadline.tv_sec += seconds;
         fz_run_page(ctx, page, &device->super, fz_identity, &cookie);
         fz_close_device(ctx, &device->super);
     }
@@ -312,10 +367,10 @@ void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotati
     }
 }
 
-int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user) {
+int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int seconds) {
     Caught caught;
     int errors = 0;
-    if (!tryRunForGlyphs(ctx, page, sink, user, &errors, &caught)) {
+    if (!tryRunForGlyphs(ctx, page, sink, user, seconds, &errors, &caught)) {
         raise(caught);
     }
     return errors;

@@ -77,7 +77,8 @@ using GlyphSink = void (*)(void* user, fz_font* font, int gid) noexcept;
 /// Runs the page's content and its annotations through a device that draws nothing and hands
 /// every glyph shown (filled, stroked, clipped or invisible text, and the glyphs that Type 3 glyph
 /// procedures show, followed a few levels deep) to `sink`. Answers how many errors MuPDF met and
-/// skipped; after any, what was reported may be incomplete. Throws Error when the run fails.
-int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user);
+/// skipped; after any, what was reported may be incomplete. Throws Error when the run fails, and
+/// when it is still drawing after `seconds`.
+int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int seconds);
 
 } // namespace quillet::mupdf

@@ -208,7 +208,7 @@ PDFRenderer::Document::PageGlyphs PDFRenderer::Document::glyphs(int index) {
     PageGlyphs result;
     try {
         const int errors = mupdf::runForGlyphs(impl_->ctx.get(), page.get(), GlyphCollection::add,
-                                               &collection);
+                                               &collection, glyphRunSeconds);
         result.complete = errors == 0 && !collection.failed;
     } catch (const mupdf::Error& error) {
         throw RenderError(RenderError::Reason::renderFailed,

@@ -73,6 +73,9 @@ class PDFRenderer {
     /// Renders larger than this many pixels are refused before anything is allocated.
     static constexpr std::int64_t maxPixels = limits::renderPixels;
 
+    /// How long one page may take to be run for its glyphs.
+    static constexpr int glyphRunSeconds = 10;
+
     /// The bitmap size of a page at `scale`: each side truncated, at least 1. Huge products
     /// saturate instead of overflowing, so the size check still refuses them.
     static PixelSize pixelSize(PageSize points, double scale);
@@ -106,7 +109,8 @@ class PDFRenderer::Document {
     /// The glyphs page `index` shows with each embedded font program, as MuPDF resolves them:
     /// keyed by the `contentDigest` of the program's bytes as the font dictionary's stream
     /// decodes to, the glyph indices the program is drawn with (FreeType's numbering). Content
-    /// and annotations are run without drawing. Throws RenderError as `render` does.
+    /// and annotations are run without drawing. Throws RenderError as `render` does, and
+    /// renderFailed for a page still running after `glyphRunSeconds`.
     struct PageGlyphs {
         std::map<std::string, std::set<int>> glyphsByProgram;
         /// False when MuPDF skipped errors in the page, so some text may be missing.
