@@ -171,10 +171,10 @@ for name, rows in results.items():
         continue
     mean = math.exp(sum(math.log(max(r[1], 1e-9)) for r in rows) / len(rows))
     beats = sum(1 for r in rows if r[1] <= gs_ratios[r[0]] * 1.0001)
-    shares = [r[2] for r in rows]
+    kept = [r[2] for r in rows]
     diffs = [r[3] for r in rows]
-    print(f"| {name} | {mean:.3f} | {beats}/{len(rows)} | {min(shares):.3f}, "
-          f"{sum(shares) / len(shares):.4f} | {max(diffs):.2f}, {sum(diffs) / len(diffs):.2f} | "
+    print(f"| {name} | {mean:.3f} | {beats}/{len(rows)} | {min(kept):.3f}, "
+          f"{sum(kept) / len(kept):.4f} | {max(diffs):.2f}, {sum(diffs) / len(diffs):.2f} | "
           f"{sum(r[4] for r in rows):.1f} |")
 print()
 print("| bytes over the set (MB) | font programs | images | everything else |")

@@ -79,9 +79,14 @@ std::map<QPDFObjGen, PlacedResolution> placedResolutions(const DocumentCompactor
         }
         for (const auto& image : page.images) {
             if (image.objectNumber > 0) {
-                auto& highest = dpi[QPDFObjGen(image.objectNumber, image.objectGeneration)];
-                highest.across = std::max(highest.across, image.acrossDPI);
-                highest.down = std::max(highest.down, image.downDPI);
+                // An image placed several times keeps what its largest placement needs.
+                const QPDFObjGen id(image.objectNumber, image.objectGeneration);
+                const auto [entry, fresh] =
+                    dpi.try_emplace(id, PlacedResolution{image.acrossDPI, image.downDPI});
+                if (!fresh) {
+                    entry->second.across = std::min(entry->second.across, image.acrossDPI);
+                    entry->second.down = std::min(entry->second.down, image.downDPI);
+                }
             }
         }
     }

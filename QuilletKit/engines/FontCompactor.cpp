@@ -265,7 +265,10 @@ FontCompaction FontCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHa
                 request.simple = program.simple;
                 request.glyphs = glyphs;
                 // A bare CFF program has no tables to drop: it is only ever cut to its glyphs.
-                if (glyphs || request.format == fonts::SFNTSubsetter::Format::trueType) {
+                // A CID-keyed one cut by the subsetter reads the same in FreeType but loses
+                // glyphs in Poppler, so those programs stay whole.
+                const bool cidCFF = program.kind == ProgramKind::cidType0C;
+                if ((glyphs && !cidCFF) || request.format == fonts::SFNTSubsetter::Format::trueType) {
                     smaller = fonts::SFNTSubsetter::subset(bytes, request);
                 }
             }
