@@ -51,6 +51,11 @@ fuzz_task_records)
     seed c '\x02{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","createdAt":700000000.25,"operation":"merge","state":"failed","inputNames":["a.pdf"],"inputURLs":["/a.pdf"],"outputURLs":[],"originalBytes":10,"resultBytes":0,"progress":0.5,"error":"x","parametersData":"eyJ0eXBlIjoibWVyZ2UifQ=="}'
     seed d '\x03{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","date":0,"operation":"clean","inputNames":[],"inputURLs":[],"outputURLs":["/o.pdf"],"originalBytes":1,"resultBytes":1,"succeeded":true}'
     seed e '\x04{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"Email","tier":"smallest","targetBytes":5000000,"createdAt":-1e9}' ;;
+fuzz_type1_reader)
+    # A few small real Type 1 programs (Latin Modern, URW) when installed, and a cut-off one.
+    find /usr/share/texmf/fonts/type1/public/lm /usr/share/fonts/X11/Type1 \( -name '*.pfb' -o -name '*.t1' \) \
+        -size -40k 2>/dev/null | head -8 | while read -r font; do cp "$font" "$seeds/"; done
+    seed a '%!PS-AdobeFont-1.0: X\n/FontMatrix [0.001 0 0 0.001 0 0] readonly def\ncurrentfile eexec\n' ;;
 *) echo "unknown target $target" >&2; exit 2 ;;
 esac
 
