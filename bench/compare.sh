@@ -12,7 +12,7 @@ reports=$(mktemp)
 trap 'rm -f "$rows" "$reports"' EXIT
 export QUILLET_BENCH_ROWS="$rows"
 
-for script in info compress split merge convert target-size ocr; do
+for script in info compress shrink split merge convert target-size ocr; do
     echo "running bench/$script.sh" >&2
     { echo "### bench/$script.sh"; echo; echo '```'; "$root/bench/$script.sh" 2>&1 | grep -v $'\r'; echo '```'; echo; } >>"$reports"
 done
@@ -69,6 +69,9 @@ trap 'rm -f "$rows" "$reports" "$stall"' EXIT
     echo "- compress: pages 1-20 of that thesis rendered at 300 DPI to JPEG (quality 95) and stored unchanged"
     echo "  in a PDF, as a scanner does (bench/make-scan.py); lossless: the 1,158-page Octave manual"
     echo "  (Debian's octave-doc, 4.7 MB)."
+    echo "- shrink: born-digital documents nobody here made (bench/shrink-set.sh): every PDF of Debian's"
+    echo "  texlive-base and texlive-font-utils documentation, every sixteenth of texlive-pictures-doc,"
+    echo "  six office reports with photos exported by LibreOffice, and the shared corpus."
     echo "- split: the 311-page gnuplot manual (Debian's gnuplot-doc); merge: 1,170 + 351 pages; images: 20"
     echo "  JPEGs at 300 DPI."
     echo "- convert: 60 pages of the thesis."
