@@ -5,6 +5,8 @@
 #include "platform/InOrderWorkers.hpp"
 #include "platform/PDFRenderer.hpp"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <atomic>
 #include <thread>
@@ -131,6 +133,10 @@ DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::stri
                     progress(static_cast<double>(page + 1) / count);
                 }
             });
+        // The worker threads' allocations sit in malloc arenas of their own; hand them back
+        // before the document is written.
+        readers.clear();
+        malloc_trim(0);
         if (!complete) {
             return std::nullopt;
         }

@@ -292,7 +292,8 @@ struct Compactor {
             data = PNGPredictor::predictedAndDeflated(samples, pixels->rowBytes(), bands);
             newFilter = "/FlateDecode";
         }
-        if (static_cast<std::int64_t>(data.size()) >= stored && !resample) {
+        // A picture already stored smaller (a strongly compressed JPEG, say) keeps its pixels.
+        if (static_cast<std::int64_t>(data.size()) >= stored) {
             return false;
         }
         auto parameters = newFilter == "/FlateDecode"
