@@ -150,20 +150,14 @@ DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::stri
 
 DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
                                               const std::optional<ImageSetting>& images,
-                                              const Cancelled& cancelled, const Progress& progress) {
+                                              const Cancelled& cancelled) {
     DocumentCompaction result;
     const Reached reached = reach(qpdf);
     if (reached.embedsFonts) {
         // A layer that is hidden now may be shown later: its glyphs must stay.
         const bool layered = qpdf.getRoot().hasKey("/OCProperties");
-        const auto usage = layered ? std::nullopt
-                                   : glyphUsage(source.path, source.password, cancelled,
-                                                [&](double pages) {
-                                                    if (progress) {
-                                                        progress(0.8 * pages);
-                                                    }
-                                                });
-        result.fonts = FontCompactor::compact(qpdf, reached.fonts, usage, cancelled);
+        result.fonts = FontCompactor::compact(qpdf, reached.fonts,
+                                              layered ? std::nullopt : source.glyphs, cancelled);
     }
     if (images) {
         // Private data an application keeps to edit its own drawings again (often a second copy
@@ -186,9 +180,6 @@ DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
         result.mergedStreams = StreamDeduplicator::deduplicate(qpdf);
     } catch (const std::exception&) {
         // A stream that cannot be read is written as it is, duplicates and all.
-    }
-    if (progress) {
-        progress(1.0);
     }
     return result;
 }

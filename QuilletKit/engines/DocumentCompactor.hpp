@@ -2,10 +2,10 @@
 // (ImageCompactor) and identical streams (StreamDeduplicator), in every compression tier.
 //
 // Only objects the written document reaches are looked at, so pictures of pages replaced by a
-// raster cost nothing. Which glyphs the pages show is learnt by running every page of the
-// input through MuPDF without drawing (on all cores); when a page fails there, or the document
-// has optional content (a hidden layer shows nothing but may be shown later), fonts are
-// converted and trimmed but not cut to their glyphs. With an image setting (the lossy tiers),
+// raster cost nothing. Which glyphs the pages show is learnt beforehand (`glyphUsage`) by running
+// every page of the input through MuPDF without drawing, on all cores; when a page fails there,
+// or the document has optional content (a hidden layer shows nothing but may be shown later),
+// fonts are converted and trimmed but not cut to their glyphs. With an image setting (the lossy tiers),
 // applications' private editing data (/PieceInfo) is dropped too: nothing draws it.
 #pragma once
 
@@ -43,16 +43,16 @@ class DocumentCompactor {
         std::set<int> rasterizedPages;
         /// The images of those rasters: encoded for this document already, left as they are.
         std::set<QPDFObjGen> freshImages;
+        /// What `glyphUsage` learnt of the file (absent: fonts are not cut to their glyphs).
+        std::optional<FontCompactor::GlyphUsage> glyphs;
     };
 
     using Progress = std::function<void(double fraction)>;
 
-    /// `progress` sees the fraction done (the pages run for their glyphs, then the rest), on the
-    /// calling thread. Throws CancellationError; everything else that fails leaves that object
-    /// as it was.
+    /// Throws CancellationError; everything else that fails leaves that object as it was.
     static DocumentCompaction compact(QPDF& qpdf, const Source& source,
                                       const std::optional<ImageSetting>& images,
-                                      const Cancelled& cancelled, const Progress& progress = {});
+                                      const Cancelled& cancelled);
 
     /// The glyphs every page of `path` shows, per font program (see FontCompactor); absent when
     /// they cannot all be known. `progress` sees the share of pages run. Throws

@@ -208,7 +208,19 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
                                         const PDFAnalysis& analysis,
                                         std::optional<RasterSetting> raster,
                                         std::optional<ImageSetting> images,
-                                        const Progress& progress, const Cancelled& cancelled) {
+                                        const Progress& progress, const Cancelled& cancelled,
+                                        const std::optional<FontCompactor::GlyphUsage>* glyphs) {
+    // The glyph run reads the file with MuPDF before qpdf reads it here, so the two readings
+    // never hold memory at once. It takes the first 40% of the bar, the pages the rest.
+    const double glyphShare = glyphs ? 0.0 : 0.4;
+    std::optional<FontCompactor::GlyphUsage> learnt;
+    if (!glyphs) {
+        learnt = DocumentCompactor::glyphUsage(input, "", cancelled, [&](double fraction) {
+            if (progress) {
+                progress(glyphShare * fraction);
+            }
+        });
+    }
     PDFDocument document = PDFDocumentEngine::openCG(input);
     const int count = document.pageCount();
     if (count < 1) {
@@ -219,11 +231,9 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
             throw CancellationError();
         }
     };
-    // Pages take the first 60% of the bar, and learning which glyphs they show the rest.
-    constexpr double pageShare = 0.6;
     const auto report = [&](int pagesDone) {
         if (progress && count > 0) {
-            progress(pageShare * static_cast<double>(pagesDone) / count);
+            progress(glyphShare + (1.0 - glyphShare) * static_cast<double>(pagesDone) / count);
         }
     };
     RewriteDetail detail;
@@ -255,11 +265,8 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
         checkCancelled();
         report(done + 1);
     }
-    DocumentCompactor::compact(document.qpdf(), source, images, cancelled, [&](double fraction) {
-        if (progress) {
-            progress(pageShare + (1.0 - pageShare) * fraction);
-        }
-    });
+    source.glyphs = glyphs ? *glyphs : std::move(learnt);
+    DocumentCompactor::compact(document.qpdf(), source, images, cancelled);
     writeRebuilt(document.qpdf(), output);
     std::error_code error;
     detail.bytes = static_cast<std::int64_t>(fs::file_size(output, error));

@@ -8,6 +8,7 @@
 // streams written once. The result is written with object streams and recompressed Flate streams.
 #pragma once
 
+#include "engines/FontCompactor.hpp"
 #include "engines/ImageCompactor.hpp"
 #include "engines/PDFAnalysis.hpp"
 
@@ -40,11 +41,14 @@ class DocumentRewriter {
     /// compaction, on the calling thread, and reaches 1 before the file is written. `analysis` is read only when `raster` or `images` is set: `images` is how
     /// far images on the kept pages may be reduced (absent: without loss only). Throws
     /// PDFCoreError (opening, a document without pages, writing) and CancellationError.
+    /// `glyphs`: what DocumentCompactor::glyphUsage learnt of `input` already (a search that
+    /// rebuilds the same file several times learns it once); null: learnt here first.
     static RewriteDetail rewrite(const std::filesystem::path& input,
                                  const std::filesystem::path& output, const PDFAnalysis& analysis,
                                  std::optional<RasterSetting> raster,
                                  std::optional<ImageSetting> images, const Progress& progress,
-                                 const Cancelled& cancelled);
+                                 const Cancelled& cancelled,
+                                 const std::optional<FontCompactor::GlyphUsage>* glyphs = nullptr);
 
     /// Whether a page is replaced by its raster: it has images, and either no text or images
     /// over more than 60% of it with fewer than 400 text operators.

@@ -1,5 +1,6 @@
 #include "engines/PDFCompressionEngine.hpp"
 
+#include "engines/DocumentCompactor.hpp"
 #include "engines/Formatters.hpp"
 #include "engines/PDFAnalysisEngine.hpp"
 #include "engines/PDFCoreError.hpp"
@@ -178,7 +179,8 @@ void PDFCompressionEngine::refineBetweenRungs(
     const fs::path& input, const PDFAnalysis& analysis, std::int64_t targetBytes,
     const CompressionOptions& options, int keptRung, int attempts,
     const std::array<std::int64_t, ladder.size()>& measured, std::int64_t refRaster,
-    std::int64_t vectorParts, std::optional<TemporaryFile>& candidate, RewriteDetail& kept) {
+    std::int64_t vectorParts, std::optional<TemporaryFile>& candidate, RewriteDetail& kept,
+    const std::optional<FontCompactor::GlyphUsage>& glyphs) {
     const auto target = static_cast<double>(targetBytes);
     if (!candidate || kept.bytes <= 0 || kept.bytes > targetBytes || kept.bytes >= target * 0.85 ||
         keptRung == 0) {
@@ -234,7 +236,7 @@ void PDFCompressionEngine::refineBetweenRungs(
         const auto detail = DocumentRewriter::rewrite(input, file.path(), analysis, setting,
                                                       rungImages(setting),
                                                       mapped(options, start + span * step, span),
-                                                      options.isCancelled);
+                                                      options.isCancelled, &glyphs);
         if (detail.bytes <= 0) {
             return;
         }
@@ -278,13 +280,15 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     if (options.progress) {
         options.progress(0.02);
     }
+    // Every candidate is built from the same file: which glyphs it shows is learnt once.
+    const auto glyphs = DocumentCompactor::glyphUsage(input, "", options.isCancelled);
     RewriteDetail probe;
     {
         TemporaryFile probeFile = temporaryCandidate();
         const RasterSetting reference{150, 0.72};
         probe = DocumentRewriter::rewrite(input, probeFile.path(), analysis, reference,
                                           rungImages(reference), mapped(options, 0.02, 0.33),
-                                          options.isCancelled);
+                                          options.isCancelled, &glyphs);
     }
     const std::int64_t refRaster = probe.rasterBytes;
     const std::int64_t vectorParts = std::max<std::int64_t>(0, probe.bytes - probe.rasterBytes);
@@ -310,7 +314,7 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
         const auto& setting = ladder[static_cast<std::size_t>(rung)];
         const auto detail = DocumentRewriter::rewrite(
             input, file.path(), analysis, setting, rungImages(setting),
-            mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled);
+            mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled, &glyphs);
         candidate = std::move(file); // the previous candidate's file goes here
         kept = detail;
         keptRung = rung;
@@ -338,7 +342,7 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
         throw PDFCoreError::writeFailed("compression produced no output");
     }
     refineBetweenRungs(input, analysis, targetBytes, options, keptRung, attempts, measured,
-                       refRaster, vectorParts, candidate, kept);
+                       refRaster, vectorParts, candidate, kept, glyphs);
     if (kept.bytes >= originalBytes) {
         return notKept(originalBytes, alreadyOptimizedNote);
     }

@@ -84,7 +84,8 @@ class PDFCompressionEngine {
                                    int keptRung, int attempts,
                                    const std::array<std::int64_t, ladder.size()>& measured,
                                    std::int64_t refRaster, std::int64_t vectorParts,
-                                   std::optional<TemporaryFile>& candidate, RewriteDetail& kept);
+                                   std::optional<TemporaryFile>& candidate, RewriteDetail& kept,
+                                   const std::optional<FontCompactor::GlyphUsage>& glyphs);
 };
 
 } // namespace quillet
