@@ -23,7 +23,13 @@ struct Reached {
     bool embedsFonts = false;
 };
 
+// A font a content stream names: a simple font or a Type0 font. A Type0's descendant (a CIDFont)
+// is reached through its parent, so that its program is known to be reached by CID.
 bool isFont(QPDFObjectHandle dictionary) {
+    auto subtype = dictionary.getKey("/Subtype");
+    if (subtype.isNameAndEquals("/CIDFontType0") || subtype.isNameAndEquals("/CIDFontType2")) {
+        return false;
+    }
     return dictionary.getKey("/Type").isNameAndEquals("/Font") ||
            dictionary.hasKey("/FontDescriptor") || dictionary.hasKey("/DescendantFonts");
 }

@@ -163,8 +163,9 @@ std::map<QPDFObjGen, Program> programsOf(QPDF& qpdf, const std::vector<QPDFObjec
         } else if (entry.simple != simple) {
             entry.simple = true; // used both ways: keep what names and cmaps need
         }
+        // Direct descriptors all have the object number 0: compared as objects, not numbers.
         if (std::none_of(entry.descriptors.begin(), entry.descriptors.end(),
-                         [&](const auto& d) { return d.getObjGen() == descriptor.getObjGen(); })) {
+                         [&](auto d) { return d.isSameObjectAs(descriptor); })) {
             entry.descriptors.push_back(descriptor);
         }
         entry.fonts.insert(entry.fonts.end(), carriers.begin(), carriers.end());
@@ -265,10 +266,15 @@ FontCompaction FontCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHa
                 request.simple = program.simple;
                 request.glyphs = glyphs;
                 // A bare CFF program has no tables to drop: it is only ever cut to its glyphs.
-                // A CID-keyed one cut by the subsetter reads the same in FreeType but loses
-                // glyphs in Poppler, so those programs stay whole.
-                const bool cidCFF = program.kind == ProgramKind::cidType0C;
-                if ((glyphs && !cidCFF) || request.format == fonts::SFNTSubsetter::Format::trueType) {
+                // CID-keyed CFF (bare, or inside an OpenType program of a CID font) cut by the
+                // subsetter reads the same in FreeType but loses glyphs in Poppler, so those
+                // programs keep every glyph.
+                const bool cidCFF = program.kind == ProgramKind::cidType0C ||
+                                    (program.kind == ProgramKind::openType && !program.simple);
+                if (cidCFF) {
+                    request.glyphs.reset();
+                }
+                if (request.glyphs || request.format == fonts::SFNTSubsetter::Format::trueType) {
                     smaller = fonts::SFNTSubsetter::subset(bytes, request);
                 }
             }
@@ -293,7 +299,8 @@ FontCompaction FontCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHa
                 dictionary.replaceKey("/Length1", QPDFObjectHandle::newInteger(
                                                       static_cast<long long>(smaller->size())));
             }
-            if (glyphs) {
+            if (glyphs && !(program.kind == ProgramKind::cidType0C ||
+                            (program.kind == ProgramKind::openType && !program.simple))) {
                 retag(program, freshTag(*smaller));
                 ++result.subset;
             } else if (program.kind != ProgramKind::type1) {

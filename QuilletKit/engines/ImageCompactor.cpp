@@ -2,9 +2,11 @@
 
 #include "engines/ImageCodec.hpp"
 #include "engines/PDFCoreError.hpp"
+#include "engines/JPEGHeader.hpp"
 #include "platform/AreaResampler.hpp"
 #include "platform/JPEGOptimizer.hpp"
 #include "platform/PNGPredictor.hpp"
+#include "platform/StreamData.hpp"
 
 #include <qpdf/Buffer.hh>
 
@@ -16,7 +18,8 @@
 namespace quillet {
 namespace {
 
-constexpr std::int64_t maximumPixels = 100'000'000;
+// Pictures larger than this are left as they are: decoding one would cost hundreds of megabytes.
+constexpr std::int64_t maximumPixels = 64'000'000;
 
 std::string bytesOf(const std::shared_ptr<Buffer>& buffer) {
     return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
@@ -95,7 +98,8 @@ std::optional<Geometry> geometry(QPDFObjectHandle dictionary) {
     auto height = dictionary.getKey("/Height");
     auto bits = dictionary.getKey("/BitsPerComponent");
     if (!width.isInteger() || !height.isInteger() || !bits.isInteger() || width.getIntValue() < 1 ||
-        height.getIntValue() < 1 || width.getIntValue() * height.getIntValue() > maximumPixels) {
+        height.getIntValue() < 1 || width.getIntValue() > maximumPixels ||
+        height.getIntValue() > maximumPixels / width.getIntValue()) {
         return std::nullopt;
     }
     return Geometry{static_cast<int>(width.getIntValue()), static_cast<int>(height.getIntValue()),
@@ -160,13 +164,15 @@ struct Compactor {
         if (size.bits != 8 || bands == 0 || !dictionary.getKey("/DecodeParms").isNull()) {
             return;
         }
-        const auto samples = bytesOf(image.getStreamData(qpdf_dl_generalized));
         const auto rowBytes = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(bands);
-        if (samples.size() != rowBytes * static_cast<std::size_t>(size.height)) {
+        const auto expected = rowBytes * static_cast<std::size_t>(size.height);
+        // Decoding stops one byte past what the dictionary promises: a bomb costs no more.
+        const auto samples = decodedStreamData(image, expected + 1);
+        if (!samples || samples->size() != expected) {
             return;
         }
-        auto predicted = PNGPredictor::predictedAndDeflated(samples, rowBytes, bands);
-        const auto plain = PNGPredictor::deflated(samples);
+        auto predicted = PNGPredictor::predictedAndDeflated(*samples, rowBytes, bands);
+        const auto plain = PNGPredictor::deflated(*samples);
         if (predicted.size() >= plain.size() || static_cast<std::int64_t>(predicted.size()) >= stored) {
             return; // the writer's recompression does as well
         }
@@ -177,27 +183,55 @@ struct Compactor {
         ++result.predictedFlate;
     }
 
-    void optimizeJPEG(QPDFObjectHandle image, std::int64_t stored) {
+    // Whether the JPEG's own frame header agrees with the dictionary: libjpeg allocates for the
+    // header's size, which nothing else bounds.
+    static bool headerAgrees(const std::shared_ptr<Buffer>& raw, const Geometry& size) {
+        const auto header = JPEGHeader::read({raw->getBuffer(), raw->getSize()});
+        return header && header->width == size.width && header->height == size.height;
+    }
+
+    void optimizeJPEG(QPDFObjectHandle image, const Geometry& size, std::int64_t stored) {
         const auto raw = image.getRawStreamData();
+        if (!headerAgrees(raw, size)) {
+            return;
+        }
         auto smaller = JPEGOptimizer::optimized({raw->getBuffer(), raw->getSize()});
         if (!smaller) {
             return;
         }
-        replace(image, std::string(smaller->begin(), smaller->end()), "/DCTDecode",
-                image.getDict().getKey("/DecodeParms"), stored);
+        auto dictionary = image.getDict();
+        result.bytesBefore += stored;
+        result.bytesAfter += static_cast<std::int64_t>(smaller->size());
+        // The filter and its parameters stay exactly as written (an array of one, a
+        // /ColorTransform), so the samples are read as before.
+        image.replaceStreamData(std::string(smaller->begin(), smaller->end()),
+                                dictionary.getKey("/Filter"), dictionary.getKey("/DecodeParms"));
+        image.setFilterOnWrite(false);
+        changed.insert(image.getObjGen());
         ++result.optimizedJPEGs;
     }
 
-    std::optional<Bitmap> decoded(QPDFObjectHandle image, const Geometry& size, int bands) {
+    std::optional<Bitmap> decoded(QPDFObjectHandle image, const Geometry& size, int bands,
+                                  bool jpeg = false) {
         try {
-            auto samples = image.getStreamData(qpdf_dl_all);
-            const auto expected = Bitmap::byteCount(size.width, size.height,
-                                                    bands == 1 ? PixelFormat::gray : PixelFormat::rgb);
-            if (!expected || samples->getSize() != *expected) {
+            if (jpeg && !headerAgrees(image.getRawStreamData(), size)) {
                 return std::nullopt;
             }
-            std::vector<std::uint8_t> pixels(samples->getBuffer(),
-                                             samples->getBuffer() + samples->getSize());
+            const auto expected = Bitmap::byteCount(size.width, size.height,
+                                                    bands == 1 ? PixelFormat::gray : PixelFormat::rgb);
+            if (!expected) {
+                return std::nullopt;
+            }
+            std::string samples;
+            if (jpeg) {
+                samples = bytesOf(image.getStreamData(qpdf_dl_all));
+            } else if (auto bounded = decodedStreamData(image, *expected + 1)) {
+                samples = std::move(*bounded);
+            }
+            if (samples.size() != *expected) {
+                return std::nullopt;
+            }
+            std::vector<std::uint8_t> pixels(samples.begin(), samples.end());
             return Bitmap(size.width, size.height, bands == 1 ? PixelFormat::gray : PixelFormat::rgb,
                           std::move(pixels));
         } catch (const std::exception&) {
@@ -248,7 +282,10 @@ struct Compactor {
         // A colour key picks exact sample values, which JPEG would not keep; a soft mask
         // overrides it, and then it means nothing.
         const bool colourKey = dictionary.getKey("/Mask").isArray() && !dictionary.getKey("/SMask").isStream();
-        if (bands == 0 || !decodable || !hasDefaultDecode(dictionary) || colourKey ||
+        // A soft mask with /Matte holds premultiplied colour and must keep its image's size.
+        const bool matte = dictionary.getKey("/SMask").isStream() &&
+                           dictionary.getKey("/SMask").getDict().hasKey("/Matte");
+        if (bands == 0 || !decodable || !hasDefaultDecode(dictionary) || colourKey || matte ||
             !dictionary.getKey("/DecodeParms").isNull() ||
             dictionary.getKey("/ImageMask").isBool()) {
             return false;
@@ -259,7 +296,7 @@ struct Compactor {
         if (!resample && filter == "/DCTDecode") {
             return false;
         }
-        auto pixels = decoded(image, size, bands);
+        auto pixels = decoded(image, size, bands, filter == "/DCTDecode");
         if (!pixels) {
             return false;
         }
@@ -327,7 +364,7 @@ struct Compactor {
             return;
         }
         if (*filter == "/DCTDecode") {
-            optimizeJPEG(image, stored);
+            optimizeJPEG(image, *size, stored);
         } else if (*filter == "/FlateDecode" && !dictionary.getKey("/ImageMask").isBool()) {
             predict(image, *size, components(dictionary.getKey("/ColorSpace")), stored);
         }

@@ -277,11 +277,12 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
         outcome.note = "Already under target — optimized losslessly.";
         return outcome;
     }
+    // Every candidate is built from the same file: which glyphs it shows is learnt once.
+    const auto glyphs = DocumentCompactor::glyphUsage(input, "", options.isCancelled,
+                                                      mapped(options, 0.0, 0.02));
     if (options.progress) {
         options.progress(0.02);
     }
-    // Every candidate is built from the same file: which glyphs it shows is learnt once.
-    const auto glyphs = DocumentCompactor::glyphUsage(input, "", options.isCancelled);
     RewriteDetail probe;
     {
         TemporaryFile probeFile = temporaryCandidate();

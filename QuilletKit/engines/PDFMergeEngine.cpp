@@ -89,7 +89,11 @@ void writeMerged(PDFDocument& merged, const std::vector<PDFDocument>& sources,
         }
         // Sources that share fonts or pictures (a series of letters, the same file twice) carry
         // them once.
-        StreamDeduplicator::deduplicate(merged.qpdf());
+        try {
+            StreamDeduplicator::deduplicate(merged.qpdf());
+        } catch (const std::exception&) {
+            // A stream that cannot be read is written as it is, duplicates and all.
+        }
         auto temporary = TemporaryFile::beside(output);
         // qpdf does not check the final flush of a file it opens itself, so on a full disk it
         // reported success for a cut-off file; the stream is closed and checked here instead.

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 
@@ -71,12 +72,54 @@ std::string rawBytes(QPDFObjectHandle stream) {
     return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
 }
 
+// Streams that an editor rewrites in place, for one page or one field: a page's content and
+// annotation appearances (a viewer filling a form redraws the field's own appearance stream).
+// Shared, a change to one would show on all.
+std::set<QPDFObjGen> editedInPlace(QPDF& qpdf) {
+    std::set<QPDFObjGen> streams;
+    const auto add = [&](QPDFObjectHandle object) {
+        if (object.isStream()) {
+            streams.insert(object.getObjGen());
+        }
+    };
+    for (auto page : qpdf.getAllPages()) {
+        auto contents = page.getKey("/Contents");
+        add(contents);
+        if (contents.isArray()) {
+            for (auto& item : contents.getArrayAsVector()) {
+                add(item);
+            }
+        }
+        auto annotations = page.getKey("/Annots");
+        if (!annotations.isArray()) {
+            continue;
+        }
+        for (auto annotation : annotations.getArrayAsVector()) {
+            auto appearances = annotation.getKey("/AP");
+            if (!appearances.isDictionary()) {
+                continue;
+            }
+            for (const auto& kind : appearances.getKeys()) {
+                auto appearance = appearances.getKey(kind);
+                add(appearance);
+                if (appearance.isDictionary()) {
+                    for (const auto& state : appearance.getKeys()) {
+                        add(appearance.getKey(state));
+                    }
+                }
+            }
+        }
+    }
+    return streams;
+}
+
 } // namespace
 
 int StreamDeduplicator::deduplicate(QPDF& qpdf) {
+    const auto excluded = editedInPlace(qpdf);
     std::vector<QPDFObjectHandle> streams;
     for (auto& object : qpdf.getAllObjects()) {
-        if (object.isStream() && !isWriterStream(object)) {
+        if (object.isStream() && !isWriterStream(object) && !excluded.count(object.getObjGen())) {
             streams.push_back(object);
         }
     }

@@ -4,7 +4,9 @@
 //
 // Two streams are identical when their dictionaries say the same (with references to streams
 // already found identical counted as the same) and their stored bytes are
-// equal byte for byte. Cross-reference and object streams are left to the writer.
+// equal byte for byte. Cross-reference and object streams are left to the writer, and streams
+// that editors rewrite in place for one page or one field (page content, annotation
+// appearances) are never shared.
 #pragma once
 
 #include <qpdf/QPDF.hh>

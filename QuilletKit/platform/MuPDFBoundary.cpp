@@ -144,6 +144,7 @@ struct GlyphDevice {
     int depth;
     struct timespec deadline;
     int calls;
+    int skipped; // Type 3 glyphs nested too deep to follow: what they show is not known
 };
 
 constexpr int maximumType3Depth = 4;
@@ -199,7 +200,9 @@ void reportText(fz_context* ctx, fz_device* device, const fz_text* text) {
                 continue;
             }
             if (span->font->t3procs) {
-                if (glyphs->depth < maximumType3Depth && gid < 256 && span->font->t3procs[gid]) {
+                if (glyphs->depth >= maximumType3Depth) {
+                    ++glyphs->skipped;
+                } else if (gid < 256 && span->font->t3procs[gid]) {
                     ++glyphs->depth;
                     fz_run_t3_glyph(ctx, span->font, gid, fz_identity, device);
                     --glyphs->depth;
@@ -233,6 +236,7 @@ void glyphsIgnore(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matri
 int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int seconds,
                     int* errors, Caught* caught) {
     GlyphDevice* device = nullptr;
+    int volatile skipped = 0;
     fz_var(device);
     fz_cookie cookie = {};
     fz_try(ctx) {
@@ -253,10 +257,12 @@ int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, 
         device->user = user;
         device->depth = 0;
         device->calls = 0;
+        device->skipped = 0;
         clock_gettime(CLOCK_MONOTONIC, &device->deadline);
         device->deadline.tv_sec += seconds;
         fz_run_page(ctx, page, &device->super, fz_identity, &cookie);
         fz_close_device(ctx, &device->super);
+        skipped = device->skipped;
     }
     fz_always(ctx) {
         fz_drop_device(ctx, device ? &device->super : nullptr);
@@ -265,7 +271,7 @@ int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, 
         remember(ctx, caught);
         return 0;
     }
-    *errors = cookie.errors;
+    *errors = cookie.errors + skipped;
     return 1;
 }
 

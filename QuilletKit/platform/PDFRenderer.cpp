@@ -44,6 +44,15 @@ struct PDFRenderer::Document::Impl {
     mupdf::ContextPtr ctx;
     mupdf::DocumentPtr doc{nullptr, mupdf::DocumentDeleter{nullptr}}; // after ctx: dropped first
     int pageCount = 0;
+    /// Digests of the font programs met by `glyphs`, each buffer kept alive while it is listed so
+    /// that its address cannot come back as another font's.
+    std::map<fz_buffer*, std::string> programDigests;
+
+    ~Impl() {
+        for (auto& [buffer, digest] : programDigests) {
+            fz_drop_buffer(ctx.get(), buffer);
+        }
+    }
 
     std::string file() const { return path.string(); }
     void checkIndex(int index) const;
@@ -178,7 +187,7 @@ struct GlyphCollection {
     static void add(void* user, fz_font* font, int gid) noexcept {
         auto* self = static_cast<GlyphCollection*>(user);
         if (!font->buffer) {
-            return; // a font MuPDF supplied, not one of the document's
+            return; // a Type 3 font, or one without a program; substitutes are never matched
         }
         try {
             auto [entry, fresh] = self->glyphs.try_emplace(font);
@@ -215,8 +224,14 @@ PDFRenderer::Document::PageGlyphs PDFRenderer::Document::glyphs(int index) {
                           fmt::format("{}: {}", label, error.what()));
     }
     for (auto& [font, used] : collection.glyphs) {
-        const auto* data = reinterpret_cast<const char*>(font->buffer->data);
-        auto& merged = result.glyphsByProgram[contentDigest({data, font->buffer->len})];
+        // A long document shows the same programs on every page: each is hashed once.
+        auto [entry, fresh] = impl_->programDigests.try_emplace(font->buffer);
+        if (fresh) {
+            fz_keep_buffer(impl_->ctx.get(), font->buffer);
+            const auto* data = reinterpret_cast<const char*>(font->buffer->data);
+            entry->second = contentDigest({data, font->buffer->len});
+        }
+        auto& merged = result.glyphsByProgram[entry->second];
         merged.insert(used.begin(), used.end());
     }
     return result;

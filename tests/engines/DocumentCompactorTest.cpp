@@ -1,3 +1,4 @@
+#include "engines/ImageCompactor.hpp"
 #include "engines/PDFCompressionEngine.hpp"
 #include "engines/PDFMergeEngine.hpp"
 #include "engines/fonts/SFNTSubsetter.hpp"
@@ -157,6 +158,48 @@ TEST(DocumentCompaction, MergeStoresSharedFontProgramsOnce) {
     PDFMergeEngine::merge({input, input}, output, {}, {}, {});
     EXPECT_EQ(streamsUnder(output, "/FontFile"), streamsUnder(input, "/FontFile"));
     EXPECT_EQ(wordsOf(output).size(), wordsOf(input).size());
+}
+
+// A form merged twice keeps one appearance stream per field: a viewer filling one field redraws
+// its own appearance, which must not be the other copy's.
+TEST(DocumentCompaction, MergeKeepsEachFieldItsOwnAppearance) {
+    test::TempDir dir;
+    const auto input = corpusFile("010-pdflatex-forms");
+    const auto output = dir / "twice.pdf";
+    PDFMergeEngine::merge({input, input}, output, {}, {}, {});
+    const auto appearances = [](const fs::path& file) {
+        QPDF qpdf;
+        qpdf.processFile(file.c_str());
+        std::set<QPDFObjGen> streams;
+        for (auto page : qpdf.getAllPages()) {
+            for (auto annotation : page.getKey("/Annots").getArrayAsVector()) {
+                if (auto normal = annotation.getKey("/AP").getKey("/N"); normal.isStream()) {
+                    streams.insert(normal.getObjGen());
+                }
+            }
+        }
+        return streams.size();
+    };
+    ASSERT_GT(appearances(input), 0u);
+    EXPECT_EQ(appearances(output), 2 * appearances(input));
+}
+
+// A JPEG whose own header claims another size than its dictionary is left alone: libjpeg would
+// allocate for the header's size.
+TEST(DocumentCompaction, JPEGThatDisagreesWithItsDictionaryIsLeftAlone) {
+    std::ifstream in(fs::path(test::corpusFolder()) / "003-pdflatex-image" / "image.jpg",
+                     std::ios::binary);
+    const std::string jpeg((std::istreambuf_iterator<char>(in)), {});
+    auto qpdf = QPDF::create();
+    qpdf->emptyPDF();
+    auto image = QPDFObjectHandle::newStream(qpdf.get(), jpeg);
+    image.replaceDict(QPDFObjectHandle::parse(
+        "<< /Type /XObject /Subtype /Image /Width 10 /Height 10 /ColorSpace /DeviceRGB "
+        "/BitsPerComponent 8 /Filter /DCTDecode >>"));
+    const auto result = ImageCompactor::compact(*qpdf, {image}, {{image.getObjGen(), {600, 600}}},
+                                                ImageSetting{150, 0.6}, {});
+    EXPECT_EQ(result.optimizedJPEGs + result.resampled + result.storedAsJPEG, 0);
+    EXPECT_EQ(image.getRawStreamData()->getSize(), jpeg.size());
 }
 
 // Lossless image steps, read back by qpdf's and libjpeg's own decoders: the same samples.

@@ -288,7 +288,8 @@ TEST_F(CompressionFixture, TargetSizeOutcomes) {
     EXPECT_NE(reached.outcome.status, CompressionOutcome::Status::bestEffort);
     EXPECT_LE(reached.outcome.resultBytes, *reachable.targetBytes);
     ASSERT_FALSE(seen.empty());
-    EXPECT_EQ(seen.front(), 0.02);
+    EXPECT_GT(seen.front(), 0.0);
+    EXPECT_LE(seen.front(), 0.02);
     EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
 }
 
