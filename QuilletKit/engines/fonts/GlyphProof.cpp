@@ -136,4 +136,49 @@ bool GlyphProof::sameGlyphs(std::string_view original, std::string_view rewritte
     return !checks.charmaps || charmapCodes(before.get(), glyphs) == charmapCodes(after.get(), glyphs);
 }
 
+std::set<int> GlyphProof::closedOverCharmaps(std::string_view program,
+                                             const std::set<int>& glyphs) {
+    FT_Library raw = nullptr;
+    if (FT_Init_FreeType(&raw) != 0) {
+        return glyphs;
+    }
+    LibraryPtr library(raw);
+    auto face = load(raw, program);
+    if (!face) {
+        return glyphs;
+    }
+    // Each charmap's codes (symbol-area codes folded onto their single-byte form).
+    std::vector<std::multimap<FT_ULong, int>> charmaps;
+    for (int i = 0; i < face->num_charmaps; ++i) {
+        if (FT_Set_Charmap(face.get(), face->charmaps[i]) != 0) {
+            continue;
+        }
+        auto& codes = charmaps.emplace_back();
+        FT_UInt gid = 0;
+        for (FT_ULong code = FT_Get_First_Char(face.get(), &gid); gid != 0;
+             code = FT_Get_Next_Char(face.get(), code, &gid)) {
+            codes.emplace(code >= 0xF000 && code <= 0xF0FF ? code - 0xF000 : code,
+                          static_cast<int>(gid));
+        }
+    }
+    std::set<FT_ULong> reaching;
+    for (const auto& codes : charmaps) {
+        for (const auto& [code, gid] : codes) {
+            if (glyphs.count(gid)) {
+                reaching.insert(code);
+            }
+        }
+    }
+    std::set<int> closed = glyphs;
+    for (const auto& codes : charmaps) {
+        for (const auto code : reaching) {
+            const auto [first, last] = codes.equal_range(code);
+            for (auto it = first; it != last; ++it) {
+                closed.insert(it->second);
+            }
+        }
+    }
+    return closed;
+}
+
 } // namespace quillet::fonts

@@ -23,6 +23,12 @@ class GlyphProof {
     /// program cannot be loaded. Safe on any thread (a FreeType library per call).
     static bool sameGlyphs(std::string_view original, std::string_view rewritten,
                            const std::set<int>& glyphs, const Checks& checks);
+
+    /// `glyphs` and every glyph that a code reaching one of them in any charmap of `program`
+    /// reaches in another (a code c and its symbol-font form 0xF000 + c count as one): what a
+    /// simple TrueType font must keep so that a viewer choosing another subtable than the one the
+    /// glyphs were found through draws the same. `glyphs` alone when the program cannot be loaded.
+    static std::set<int> closedOverCharmaps(std::string_view program, const std::set<int>& glyphs);
 };
 
 } // namespace quillet::fonts

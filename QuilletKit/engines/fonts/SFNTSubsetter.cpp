@@ -177,7 +177,12 @@ std::optional<std::string> SFNTSubsetter::subset(std::string_view program, const
     hb_set_add(glyphs, 0);
     kept.insert(0);
     if (request.glyphs) {
-        for (const int gid : *request.glyphs) {
+        // A simple font's codes may reach glyphs through several subtables; a viewer may pick
+        // another than the renderer that found these glyphs did.
+        const auto wanted = request.simple && !cff
+                                ? GlyphProof::closedOverCharmaps(program, *request.glyphs)
+                                : *request.glyphs;
+        for (const int gid : wanted) {
             if (gid > 0 && static_cast<unsigned>(gid) < glyphCount) {
                 hb_set_add(glyphs, static_cast<hb_codepoint_t>(gid));
                 kept.insert(gid);
