@@ -1,5 +1,6 @@
 #include "engines/FontCompactor.hpp"
 
+#include "engines/AppearanceStreams.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/fonts/SFNTSubsetter.hpp"
 #include "engines/fonts/Type1ToCFF.hpp"
@@ -54,23 +55,26 @@ std::string decoded(QPDFObjectHandle stream) {
     return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
 }
 
-std::set<QPDFObjGen> formFontPrograms(QPDF& qpdf) {
-    std::set<QPDFObjGen> programs;
-    auto fonts = qpdf.getRoot().getKey("/AcroForm").getKey("/DR").getKey("/Font");
+// The program of a font a resource dictionary names: its own descriptor's, or for a Type0 font
+// its descendant's.
+std::optional<QPDFObjGen> programOfFont(QPDFObjectHandle font) {
+    auto descriptor = font.getKey("/FontDescriptor");
+    if (font.getKey("/Subtype").isNameAndEquals("/Type0")) {
+        descriptor = font.getKey("/DescendantFonts").getArrayItem(0).getKey("/FontDescriptor");
+    }
+    const auto program = programOf(descriptor);
+    return program ? std::optional(program->first.getObjGen()) : std::nullopt;
+}
+
+void addFontPrograms(QPDFObjectHandle fonts, std::set<QPDFObjGen>& programs) {
     if (!fonts.isDictionary()) {
-        return programs;
+        return;
     }
     for (const auto& key : fonts.getKeys()) {
-        auto font = fonts.getKey(key);
-        auto descriptor = font.getKey("/FontDescriptor");
-        if (font.getKey("/Subtype").isNameAndEquals("/Type0")) {
-            descriptor = font.getKey("/DescendantFonts").getArrayItem(0).getKey("/FontDescriptor");
-        }
-        if (auto program = programOf(descriptor)) {
-            programs.insert(program->first.getObjGen());
+        if (const auto program = programOfFont(fonts.getKey(key))) {
+            programs.insert(*program);
         }
     }
-    return programs;
 }
 
 // The programs of the fonts an appearance stream (and the forms it draws) names.
@@ -80,18 +84,7 @@ void appearanceFontPrograms(QPDFObjectHandle stream, int depth, std::set<QPDFObj
         return;
     }
     auto resources = stream.getDict().getKey("/Resources");
-    if (auto fonts = resources.getKey("/Font"); fonts.isDictionary()) {
-        for (const auto& key : fonts.getKeys()) {
-            auto font = fonts.getKey(key);
-            auto descriptor = font.getKey("/FontDescriptor");
-            if (font.getKey("/Subtype").isNameAndEquals("/Type0")) {
-                descriptor = font.getKey("/DescendantFonts").getArrayItem(0).getKey("/FontDescriptor");
-            }
-            if (auto program = programOf(descriptor)) {
-                programs.insert(program->first.getObjGen());
-            }
-        }
-    }
+    addFontPrograms(resources.getKey("/Font"), programs);
     if (auto forms = resources.getKey("/XObject"); forms.isDictionary()) {
         for (const auto& key : forms.getKeys()) {
             appearanceFontPrograms(forms.getKey(key), depth + 1, seen, programs);
@@ -99,39 +92,21 @@ void appearanceFontPrograms(QPDFObjectHandle stream, int depth, std::set<QPDFObj
     }
 }
 
-// Fonts of annotation appearances are kept whole: an annotation that is hidden, or shown only
-// in print, is not drawn when the pages are run, so its glyphs are not known.
-std::set<QPDFObjGen> annotationFontPrograms(QPDF& qpdf) {
+// Programs kept whole: those of the form's default resources, since a user may still type into
+// the form with them, and those of annotation appearances, since an annotation that is hidden or
+// shown only in print is not drawn when the pages are run, so its glyphs are not known.
+std::set<QPDFObjGen> wholePrograms(QPDF& qpdf) {
     std::set<QPDFObjGen> programs;
+    addFontPrograms(qpdf.getRoot().getKey("/AcroForm").getKey("/DR").getKey("/Font"), programs);
     std::set<QPDFObjGen> seen;
-    for (auto page : qpdf.getAllPages()) {
-        auto annotations = page.getKey("/Annots");
-        if (!annotations.isArray()) {
-            continue;
-        }
-        for (auto annotation : annotations.getArrayAsVector()) {
-            auto appearances = annotation.getKey("/AP");
-            if (!appearances.isDictionary()) {
-                continue;
-            }
-            for (const auto& kind : appearances.getKeys()) {
-                auto appearance = appearances.getKey(kind);
-                if (appearance.isStream()) {
-                    appearanceFontPrograms(appearance, 0, seen, programs);
-                } else if (appearance.isDictionary()) {
-                    for (const auto& state : appearance.getKeys()) {
-                        appearanceFontPrograms(appearance.getKey(state), 0, seen, programs);
-                    }
-                }
-            }
-        }
-    }
+    forEachAppearanceStream(qpdf, [&](QPDFObjectHandle appearance) {
+        appearanceFontPrograms(appearance, 0, seen, programs);
+    });
     return programs;
 }
 
 std::map<QPDFObjGen, Program> programsOf(QPDF& qpdf, const std::vector<QPDFObjectHandle>& fonts) {
-    auto inForm = formFontPrograms(qpdf);
-    inForm.merge(annotationFontPrograms(qpdf));
+    const auto inForm = wholePrograms(qpdf);
     std::map<QPDFObjGen, Program> programs;
     for (auto font : fonts) {
         if (!font.isDictionary()) {

@@ -1,5 +1,6 @@
 #include "engines/StreamDeduplicator.hpp"
 
+#include "engines/AppearanceStreams.hpp"
 #include "platform/ContentDigest.hpp"
 
 #include <qpdf/Buffer.hh>
@@ -90,26 +91,8 @@ std::set<QPDFObjGen> editedInPlace(QPDF& qpdf) {
                 add(item);
             }
         }
-        auto annotations = page.getKey("/Annots");
-        if (!annotations.isArray()) {
-            continue;
-        }
-        for (auto annotation : annotations.getArrayAsVector()) {
-            auto appearances = annotation.getKey("/AP");
-            if (!appearances.isDictionary()) {
-                continue;
-            }
-            for (const auto& kind : appearances.getKeys()) {
-                auto appearance = appearances.getKey(kind);
-                add(appearance);
-                if (appearance.isDictionary()) {
-                    for (const auto& state : appearance.getKeys()) {
-                        add(appearance.getKey(state));
-                    }
-                }
-            }
-        }
     }
+    forEachAppearanceStream(qpdf, add);
     return streams;
 }
 
