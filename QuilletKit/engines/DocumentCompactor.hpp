@@ -5,8 +5,8 @@
 // raster cost nothing. Which glyphs the pages show is learnt beforehand (`glyphUsage`) by running
 // every page of the input through MuPDF without drawing, on all cores; when a page fails there,
 // or the document has optional content (a hidden layer shows nothing but may be shown later),
-// fonts are converted and trimmed but not cut to their glyphs. With an image setting (the lossy tiers),
-// applications' private editing data (/PieceInfo) is dropped too: nothing draws it.
+// fonts are converted and trimmed but not cut to their glyphs. With an image setting (the lossy
+// tiers), applications' private editing data (/PieceInfo) is dropped too: nothing draws it.
 #pragma once
 
 #include "engines/FontCompactor.hpp"

@@ -37,12 +37,13 @@ class DocumentRewriter {
     using Cancelled = std::function<bool()>;
 
     /// Rebuilds `input` into the existing file `output` (overwritten). Pages are rendered and
-    /// encoded on all cores; `progress` rises with the pages in page order, then with the
-    /// compaction, on the calling thread, and reaches 1 before the file is written. `analysis` is read only when `raster` or `images` is set: `images` is how
-    /// far images on the kept pages may be reduced (absent: without loss only). Throws
-    /// PDFCoreError (opening, a document without pages, writing) and CancellationError.
-    /// `glyphs`: what DocumentCompactor::glyphUsage learnt of `input` already (a search that
-    /// rebuilds the same file several times learns it once); null: learnt here first.
+    /// encoded on all cores. `progress` rises on the calling thread, first with the glyph run
+    /// (unless `glyphs` is given), then with the pages in page order, and reaches 1 before the
+    /// file is written. `analysis` is read only when `raster` or `images` is set: `images` is how
+    /// far images on the kept pages may be reduced (absent: without loss only). `glyphs`: what
+    /// DocumentCompactor::glyphUsage learnt of `input` already (a search that rebuilds the same
+    /// file several times learns it once); null: learnt here first. Throws PDFCoreError
+    /// (opening, a document without pages, writing) and CancellationError.
     static RewriteDetail rewrite(const std::filesystem::path& input,
                                  const std::filesystem::path& output, const PDFAnalysis& analysis,
                                  std::optional<RasterSetting> raster,
