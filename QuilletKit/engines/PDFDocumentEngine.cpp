@@ -4,6 +4,8 @@
 #include "engines/PDFDateParser.hpp"
 
 #include <fmt/format.h>
+#include <algorithm>
+
 #include <qpdf/QPDF.hh>
 
 #include <array>
@@ -167,9 +169,23 @@ std::optional<QPDFObjectHandle> firstLeaf(QPDFObjectHandle node) {
 // the page tree must count the pages expected, and its first page must have an area. Walking
 // the whole tree again would cost a re-read of most of the file for what the writer, which built
 // the tree, already guarantees.
+// Warnings that a correct output may still raise when read back, because they describe what the
+// input itself held and writing it again keeps it as it was:
+// - "name with stray #": names written before PDF 1.2 allowed # escapes (/F#1). qpdf keeps them
+//   byte for byte, as it must: page content that names the same resource cannot be rewritten
+//   to match, and every reader takes the stray # literally in both places.
+bool toleratedWarning(const QPDFExc& warning) {
+    return warning.getMessageDetail().find("name with stray #") != std::string::npos;
+}
+
 PDFDocumentEngine::ValidationResult validated(QPDF& qpdf, std::optional<int> expectedPageCount) {
     auto pages = qpdf.getRoot().getKey("/Pages");
-    if (qpdf.anyWarnings() || !pages.isDictionary()) {
+    // Warnings count up to here and again after the first page has been read.
+    const auto clean = [&qpdf] {
+        const auto warnings = qpdf.getWarnings();
+        return std::all_of(warnings.begin(), warnings.end(), toleratedWarning);
+    };
+    if (!clean() || !pages.isDictionary()) {
         return cannotReopen;
     }
     auto count = pages.getKey("/Count");
@@ -191,6 +207,9 @@ PDFDocumentEngine::ValidationResult validated(QPDF& qpdf, std::optional<int> exp
         if (box && !(box->width > 0 && box->height > 0)) {
             return {false, "First page has invalid geometry."};
         }
+    }
+    if (!clean()) {
+        return cannotReopen;
     }
     return {true, "OK"};
 }

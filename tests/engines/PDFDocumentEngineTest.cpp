@@ -5,6 +5,7 @@
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -106,6 +107,27 @@ std::filesystem::path locked(const TempDir& dir, const std::string& user) {
     return b.write(dir / "locked.pdf");
 }
 
+// A one-page file whose font resource is named as producers wrote names before PDF 1.2 allowed
+// # escapes (/F#1): qpdf warns when it reads it, and keeps the name as it is when it writes it.
+std::filesystem::path strayHashName(const TempDir& dir) {
+    const std::string content = "BT /F#1 12 Tf 20 100 Td (Stray) Tj ET";
+    const std::vector<std::string> objects{
+        "<< /Type /Catalog /Pages 2 0 R >>", "<< /Type /Pages /Kids [3 0 R] /Count 1 /A#1 1 >>",
+        "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents 4 0 R "
+        "/Resources << /Font << /F#1 5 0 R >> >> >>",
+        "<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content + "\nendstream",
+        "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica >>"};
+    std::string file = "%PDF-1.1\n";
+    std::string table = "xref\n0 6\n0000000000 65535 f \n";
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        table += fmt::format("{:010} 00000 n \n", file.size());
+        file += fmt::format("{} 0 obj\n{}\nendobj\n", i + 1, objects[i]);
+    }
+    file += fmt::format("{}trailer\n<< /Size 6 /Root 1 0 R >>\nstartxref\n{}\n%%EOF\n", table,
+                        file.size());
+    return dir.write("stray.pdf", file);
+}
+
 TEST(PDFDocumentEngineTest, ValidateOutputStopsAtTheFirstFailure) {
     const std::array<double, 4> letter{0, 0, 612, 792};
     const auto reopen = "Could not re-open the generated PDF.";
@@ -134,6 +156,7 @@ TEST(PDFDocumentEngineTest, ValidateOutputStopsAtTheFirstFailure) {
         {"noPagesNoExpectation", [](const TempDir& d) { return PDFBuilder().write(d / "e.pdf"); },
          {}, "OK"},
         {"ownerOnlyPassword", [](const TempDir& d) { return locked(d, ""); }, 1, "OK"},
+        {"strayHashInAName", strayHashName, 1, "OK"},
         // clang-format on
     };
     for (const auto& c : cases) {
