@@ -15,6 +15,7 @@
 namespace quillet {
 
 using detail::rebuildPageTreeIfEmpty;
+using detail::repairDegenerateMediaBoxes;
 using detail::translatingQPDFErrors;
 using Kind = PDFDocumentError::Kind;
 
@@ -65,6 +66,9 @@ bool PDFDocument::load(const std::string& password) {
         }
         qpdf->getRoot();
         rebuildPageTreeIfEmpty(*qpdf);
+        // A page without a usable box is shown on US Letter by viewers; it is given that box
+        // here, so that what we write reads back as a page.
+        repairDegenerateMediaBoxes(*qpdf);
         // Refused here rather than when writing or rendering: qpdf's writer and the renderer
         // decode stacked filters in full, with no ceiling of their own.
         const bool suspect = storage_->memory ? mayStackFilters(std::string_view(*storage_->memory))

@@ -1,5 +1,8 @@
 #include "platform/PDFPageTreeRepair.hpp"
 
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+#include <cmath>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 
 #include <algorithm>
@@ -59,6 +62,22 @@ bool rebuildPageTreeIfEmpty(QPDF& qpdf) {
     qpdf.getRoot().replaceKey("/Pages", tree);
     qpdf.updateAllPagesCache();
     return true;
+}
+
+int repairDegenerateMediaBoxes(QPDF& qpdf) {
+    int repaired = 0;
+    for (auto page : qpdf.getAllPages()) {
+        auto box = QPDFPageObjectHelper(page).getAttribute("/MediaBox", false);
+        if (box.isRectangle()) {
+            const auto rect = box.getArrayAsRectangle();
+            if (std::abs(rect.urx - rect.llx) > 0 && std::abs(rect.ury - rect.lly) > 0) {
+                continue;
+            }
+        }
+        page.replaceKey("/MediaBox", QPDFObjectHandle::newFromRectangle({0, 0, 612, 792}));
+        ++repaired;
+    }
+    return repaired;
 }
 
 } // namespace quillet::detail

@@ -14,4 +14,9 @@ namespace quillet::detail {
 /// Pages lose what they inherited from the lost tree. Throws qpdf's exceptions.
 bool rebuildPageTreeIfEmpty(QPDF& qpdf);
 
+/// Gives every page whose media box (its own or inherited) is missing, not four numbers, or
+/// without area the box viewers show such a page with, US Letter (612 x 792 points), as its own
+/// /MediaBox. Answers how many pages it changed. Throws qpdf's exceptions.
+int repairDegenerateMediaBoxes(QPDF& qpdf);
+
 } // namespace quillet::detail
