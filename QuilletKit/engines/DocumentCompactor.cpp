@@ -110,8 +110,8 @@ DocumentCompactor::glyphUsage(const std::filesystem::path& path, const std::stri
         PDFRenderer renderer;
         auto first = renderer.open(path, password);
         const int count = first.pageCount();
-        const unsigned threads =
-            std::clamp(std::thread::hardware_concurrency(), 1u, static_cast<unsigned>(std::max(1, count)));
+        const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1u,
+                                            static_cast<unsigned>(std::max(1, count)));
         // Each worker reads the document on its own; the first reading serves worker 0.
         std::vector<std::optional<PDFRenderer::Document>> readers(threads);
         readers[0] = std::move(first);
@@ -178,7 +178,8 @@ DocumentCompaction DocumentCompactor::compact(QPDF& qpdf, const Source& source,
             kept.push_back(image);
         }
     }
-    result.images = ImageCompactor::compact(qpdf, kept, placedResolutions(source), images, cancelled);
+    result.images =
+        ImageCompactor::compact(qpdf, kept, placedResolutions(source), images, cancelled);
     if (cancelled && cancelled()) {
         throw CancellationError();
     }

@@ -1,10 +1,10 @@
 #include "engines/DocumentRewriter.hpp"
 
 #include "engines/DocumentCompactor.hpp"
+#include "engines/FullPageJPEG.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PageRasterizer.hpp"
-#include "engines/FullPageJPEG.hpp"
 #include "platform/InOrderWorkers.hpp"
 #include "platform/JPEGScaler.hpp"
 #include "platform/PDFRenderer.hpp"
@@ -43,7 +43,8 @@ QPDFObjectHandle imageStream(QPDF& qpdf, const RasterizedPage& raster) {
     dictionary.replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
     dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(raster.width));
     dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(raster.height));
-    dictionary.replaceKey("/ColorSpace", QPDFObjectHandle::newName(gray ? "/DeviceGray" : "/DeviceRGB"));
+    dictionary.replaceKey("/ColorSpace",
+                          QPDFObjectHandle::newName(gray ? "/DeviceGray" : "/DeviceRGB"));
     dictionary.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(8));
     return image;
 }
@@ -135,8 +136,8 @@ std::optional<RasterizedPage> fromFullPageJPEG(const fs::path& input, const std:
             if (!data) {
                 return std::nullopt;
             }
-            return RasterizedPage{std::move(*data), true, plan.size.width, plan.size.height,
-                                  format, {}};
+            return RasterizedPage{std::move(*data), true,   plan.size.width,
+                                  plan.size.height, format, {}};
         }
         auto bitmap = JPEGScaler::decodeScaled(bytes, plan.size.width, plan.size.height, format);
         return bitmap ? PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome)
@@ -185,9 +186,10 @@ std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string
 
 // Rasterizes the planned pages on all cores and hands each result to `apply` in page order on
 // the calling thread.
-void rasterizeInOrder(const fs::path& input, const PDFDocument& document,
-                      const std::vector<PagePlan>& plans, const RasterSetting& setting,
-                      const std::function<void(const PagePlan&, std::optional<RasterizedPage>)>& apply) {
+void rasterizeInOrder(
+    const fs::path& input, const PDFDocument& document, const std::vector<PagePlan>& plans,
+    const RasterSetting& setting,
+    const std::function<void(const PagePlan&, std::optional<RasterizedPage>)>& apply) {
     const unsigned threads = std::max(1u, std::thread::hardware_concurrency());
     const std::size_t window = 2 * threads;
     PDFRenderer renderer;
@@ -196,8 +198,8 @@ void rasterizeInOrder(const fs::path& input, const PDFDocument& document,
     runInOrder(
         plans.size(), threads, window,
         [&](unsigned worker, std::size_t i) {
-            slots[i % window] = rasterize(input, document.password(), renderer, plans[i], setting,
-                                          workers[worker]);
+            slots[i % window] =
+                rasterize(input, document.password(), renderer, plans[i], setting, workers[worker]);
         },
         [&](std::size_t i) { apply(plans[i], std::move(slots[i % window])); });
 }
@@ -237,29 +239,31 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
         }
     };
     RewriteDetail detail;
-    const auto plans = raster ? planRasters(document, analysis, raster->dpi) : std::vector<PagePlan>{};
+    const auto plans =
+        raster ? planRasters(document, analysis, raster->dpi) : std::vector<PagePlan>{};
     int done = 0;
-    DocumentCompactor::Source source{input, document.password(),
-                                     raster || images ? &analysis : nullptr, {}};
+    DocumentCompactor::Source source{
+        input, document.password(), raster || images ? &analysis : nullptr, {}};
     if (!plans.empty()) {
-        rasterizeInOrder(input, document, plans, *raster, [&](const PagePlan& plan,
-                                                             std::optional<RasterizedPage> encoded) {
-            for (; done < plan.index; ++done) {
-                checkCancelled();
-                report(done + 1);
-            }
-            checkCancelled();
-            if (encoded) {
-                auto page = document.page(plan.index);
-                const auto image =
-                    replaceContent(document.qpdf(), page.object(), page.mediaBox(), *encoded);
-                source.freshImages.insert(image.getObjGen());
-                ++detail.rasterizedPages;
-                source.rasterizedPages.insert(plan.index);
-                detail.rasterBytes += static_cast<std::int64_t>(encoded->data.size());
-            }
-            report(++done);
-        });
+        rasterizeInOrder(input, document, plans, *raster,
+                         [&](const PagePlan& plan, std::optional<RasterizedPage> encoded) {
+                             for (; done < plan.index; ++done) {
+                                 checkCancelled();
+                                 report(done + 1);
+                             }
+                             checkCancelled();
+                             if (encoded) {
+                                 auto page = document.page(plan.index);
+                                 const auto image = replaceContent(document.qpdf(), page.object(),
+                                                                   page.mediaBox(), *encoded);
+                                 source.freshImages.insert(image.getObjGen());
+                                 ++detail.rasterizedPages;
+                                 source.rasterizedPages.insert(plan.index);
+                                 detail.rasterBytes +=
+                                     static_cast<std::int64_t>(encoded->data.size());
+                             }
+                             report(++done);
+                         });
     }
     for (; done < count; ++done) {
         checkCancelled();

@@ -19,8 +19,8 @@ enum class ProgramKind { type1, trueType, openType, type1C, cidType0C };
 struct Program {
     QPDFObjectHandle stream;
     ProgramKind kind = ProgramKind::type1;
-    bool simple = true;   // reached by codes through names or cmap (false: by CID)
-    bool inForm = false;  // named in the form's default resources or an annotation's appearance
+    bool simple = true;  // reached by codes through names or cmap (false: by CID)
+    bool inForm = false; // named in the form's default resources or an annotation's appearance
     std::vector<QPDFObjectHandle> descriptors;
     std::vector<QPDFObjectHandle> fonts; // /BaseFont carriers: the font, and a Type0's parent
 };
@@ -158,7 +158,8 @@ std::string freshTag(const std::string& program) {
     const auto digest = contentDigest(program);
     std::string tag;
     for (std::size_t i = 0; i < 6; ++i) {
-        tag.push_back(static_cast<char>('A' + std::stoi(digest.substr(8 + 2 * i, 2), nullptr, 16) % 26));
+        tag.push_back(
+            static_cast<char>('A' + std::stoi(digest.substr(8 + 2 * i, 2), nullptr, 16) % 26));
     }
     return tag;
 }
@@ -167,7 +168,8 @@ std::string retagged(const std::string& name, const std::string& tag) {
     // name is "/ABCDEF+Family" or "/Family"
     std::string family = name.substr(1);
     if (family.size() > 7 && family[6] == '+' &&
-        std::all_of(family.begin(), family.begin() + 6, [](char c) { return c >= 'A' && c <= 'Z'; })) {
+        std::all_of(family.begin(), family.begin() + 6,
+                    [](char c) { return c >= 'A' && c <= 'Z'; })) {
         family.erase(0, 7);
     }
     return "/" + tag + "+" + family;
@@ -223,7 +225,8 @@ FontCompaction FontCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHa
         }
         try {
             const std::string bytes = decoded(program.stream);
-            const auto stored = static_cast<std::int64_t>(program.stream.getRawStreamData()->getSize());
+            const auto stored =
+                static_cast<std::int64_t>(program.stream.getRawStreamData()->getSize());
             std::optional<std::set<int>> glyphs;
             if (usage && !program.inForm) {
                 if (const auto found = usage->find(contentDigest(bytes)); found != usage->end()) {
@@ -235,9 +238,10 @@ FontCompaction FontCompactor::compact(QPDF& qpdf, const std::vector<QPDFObjectHa
                 smaller = convertType1(program, bytes, glyphs);
             } else {
                 fonts::SFNTSubsetter::Request request;
-                request.format = program.kind == ProgramKind::trueType || program.kind == ProgramKind::openType
-                                     ? fonts::SFNTSubsetter::Format::trueType
-                                     : fonts::SFNTSubsetter::Format::bareCFF;
+                request.format =
+                    program.kind == ProgramKind::trueType || program.kind == ProgramKind::openType
+                        ? fonts::SFNTSubsetter::Format::trueType
+                        : fonts::SFNTSubsetter::Format::bareCFF;
                 request.simple = program.simple;
                 request.glyphs = glyphs;
                 // A bare CFF program has no tables to drop: it is only ever cut to its glyphs.

@@ -1,8 +1,8 @@
 #include "engines/ImageCompactor.hpp"
 
 #include "engines/ImageCodec.hpp"
-#include "engines/PDFCoreError.hpp"
 #include "engines/JPEGHeader.hpp"
+#include "engines/PDFCoreError.hpp"
 #include "platform/AreaResampler.hpp"
 #include "platform/JPEGOptimizer.hpp"
 #include "platform/PNGPredictor.hpp"
@@ -150,9 +150,9 @@ struct Compactor {
                  QPDFObjectHandle parameters, std::int64_t before) {
         result.bytesBefore += before;
         result.bytesAfter += static_cast<std::int64_t>(data.size());
-        image.replaceStreamData(data, filter.empty() ? QPDFObjectHandle::newNull()
-                                                     : QPDFObjectHandle::newName(filter),
-                                parameters);
+        image.replaceStreamData(
+            data, filter.empty() ? QPDFObjectHandle::newNull() : QPDFObjectHandle::newName(filter),
+            parameters);
         // Already as small as we make it: the writer must not decode and recompress it.
         image.setFilterOnWrite(false);
         changed.insert(image.getObjGen());
@@ -164,7 +164,8 @@ struct Compactor {
         if (size.bits != 8 || bands == 0 || !dictionary.getKey("/DecodeParms").isNull()) {
             return;
         }
-        const auto rowBytes = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(bands);
+        const auto rowBytes =
+            static_cast<std::size_t>(size.width) * static_cast<std::size_t>(bands);
         const auto expected = rowBytes * static_cast<std::size_t>(size.height);
         // Decoding stops one byte past what the dictionary promises: a bomb costs no more.
         const auto samples = decodedStreamData(image, expected + 1);
@@ -173,7 +174,8 @@ struct Compactor {
         }
         auto predicted = PNGPredictor::predictedAndDeflated(*samples, rowBytes, bands);
         const auto plain = PNGPredictor::deflated(*samples);
-        if (predicted.size() >= plain.size() || static_cast<std::int64_t>(predicted.size()) >= stored) {
+        if (predicted.size() >= plain.size() ||
+            static_cast<std::int64_t>(predicted.size()) >= stored) {
             return; // the writer's recompression does as well
         }
         auto parameters = QPDFObjectHandle::parse(
@@ -217,8 +219,8 @@ struct Compactor {
             if (jpeg && !headerAgrees(image.getRawStreamData(), size)) {
                 return std::nullopt;
             }
-            const auto expected = Bitmap::byteCount(size.width, size.height,
-                                                    bands == 1 ? PixelFormat::gray : PixelFormat::rgb);
+            const auto expected = Bitmap::byteCount(
+                size.width, size.height, bands == 1 ? PixelFormat::gray : PixelFormat::rgb);
             if (!expected) {
                 return std::nullopt;
             }
@@ -232,8 +234,8 @@ struct Compactor {
                 return std::nullopt;
             }
             std::vector<std::uint8_t> pixels(samples.begin(), samples.end());
-            return Bitmap(size.width, size.height, bands == 1 ? PixelFormat::gray : PixelFormat::rgb,
-                          std::move(pixels));
+            return Bitmap(size.width, size.height,
+                          bands == 1 ? PixelFormat::gray : PixelFormat::rgb, std::move(pixels));
         } catch (const std::exception&) {
             return std::nullopt;
         }
@@ -246,7 +248,8 @@ struct Compactor {
         }
         auto dictionary = mask.getDict();
         const auto size = geometry(dictionary);
-        if (!size || size->bits != 8 || !dictionary.getKey("/ColorSpace").isNameAndEquals("/DeviceGray") ||
+        if (!size || size->bits != 8 ||
+            !dictionary.getKey("/ColorSpace").isNameAndEquals("/DeviceGray") ||
             dictionary.hasKey("/Matte") || !hasDefaultDecode(dictionary) ||
             static_cast<std::int64_t>(size->width) * size->height <=
                 static_cast<std::int64_t>(width) * height) {
@@ -277,11 +280,13 @@ struct Compactor {
         }
         auto dictionary = image.getDict();
         const int bands = resamplableComponents(dictionary.getKey("/ColorSpace"));
-        const bool decodable = filter.empty() || filter == "/FlateDecode" || filter == "/DCTDecode" ||
-                               filter == "/LZWDecode" || filter == "/RunLengthDecode";
+        const bool decodable = filter.empty() || filter == "/FlateDecode" ||
+                               filter == "/DCTDecode" || filter == "/LZWDecode" ||
+                               filter == "/RunLengthDecode";
         // A colour key picks exact sample values, which JPEG would not keep; a soft mask
         // overrides it, and then it means nothing.
-        const bool colourKey = dictionary.getKey("/Mask").isArray() && !dictionary.getKey("/SMask").isStream();
+        const bool colourKey =
+            dictionary.getKey("/Mask").isArray() && !dictionary.getKey("/SMask").isStream();
         // A soft mask with /Matte holds premultiplied colour and must keep its image's size.
         const bool matte = dictionary.getKey("/SMask").isStream() &&
                            dictionary.getKey("/SMask").getDict().hasKey("/Matte");
@@ -333,11 +338,12 @@ struct Compactor {
         if (static_cast<std::int64_t>(data.size()) >= stored) {
             return false;
         }
-        auto parameters = newFilter == "/FlateDecode"
-                              ? QPDFObjectHandle::parse("<< /Predictor 15 /Colors " + std::to_string(bands) +
-                                                        " /BitsPerComponent 8 /Columns " +
-                                                        std::to_string(width) + " >>")
-                              : QPDFObjectHandle::newNull();
+        auto parameters =
+            newFilter == "/FlateDecode"
+                ? QPDFObjectHandle::parse("<< /Predictor 15 /Colors " + std::to_string(bands) +
+                                          " /BitsPerComponent 8 /Columns " + std::to_string(width) +
+                                          " >>")
+                : QPDFObjectHandle::newNull();
         replace(image, std::move(data), newFilter, parameters, stored);
         dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
         dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(height));

@@ -6,11 +6,11 @@
 // the writer's own recompression. With a setting (the lossy tiers and target rungs): an image
 // whose largest placement in the document still has more than 1.5 times the setting's
 // resolution is resampled to that resolution, and a continuous-tone image is stored as JPEG at
-// the setting's quality when that is smaller than what it takes now. Only images whose samples keep their meaning
-// through that are touched: 8-bit gray or RGB (device or ICC-based), no /Decode array, no colour
-// key mask, not an image mask; CMYK, Lab, indexed, 1-bit, JPEG 2000, JBIG2 and CCITT images stay
-// as they are apart from the lossless steps. A soft mask larger than its resampled image is
-// resampled with it (and stays lossless).
+// the setting's quality when that is smaller than what it takes now. Only images whose samples keep
+// their meaning through that are touched: 8-bit gray or RGB (device or ICC-based), no /Decode
+// array, no colour key mask, not an image mask; CMYK, Lab, indexed, 1-bit, JPEG 2000, JBIG2 and
+// CCITT images stay as they are apart from the lossless steps. A soft mask larger than its
+// resampled image is resampled with it (and stays lossless).
 #pragma once
 
 #include <qpdf/QPDF.hh>
@@ -51,9 +51,9 @@ class ImageCompactor {
 
     /// `placedDPI`: for each image XObject, the resolution of its largest placement on a kept
     /// page; images not listed are never resampled or turned into JPEG. Each side is resampled on
-    /// its own: a stretched picture is brought to the setting's resolution both ways. Images that cannot be read
-    /// are left as they are; throws only CancellationError.
-    /// `images`: the image XObjects to look at (those the written document reaches).
+    /// its own: a stretched picture is brought to the setting's resolution both ways. Images that
+    /// cannot be read are left as they are; throws only CancellationError. `images`: the image
+    /// XObjects to look at (those the written document reaches).
     static ImageCompaction compact(QPDF& qpdf, const std::vector<QPDFObjectHandle>& images,
                                    const std::map<QPDFObjGen, PlacedResolution>& placedDPI,
                                    const std::optional<ImageSetting>& setting,

@@ -35,8 +35,8 @@ CompressionOutcome notKept(std::int64_t originalBytes, std::string note) {
 }
 
 // Validates a finished candidate and moves it onto `output`.
-CompressionOutcome keep(TemporaryFile& candidate, const fs::path& output, std::int64_t originalBytes,
-                        const RewriteDetail& detail) {
+CompressionOutcome keep(TemporaryFile& candidate, const fs::path& output,
+                        std::int64_t originalBytes, const RewriteDetail& detail) {
     const auto validation = PDFDocumentEngine::validateOutput(candidate.path());
     if (!validation.ok) {
         throw PDFCoreError::validationFailed(validation.message);
@@ -131,7 +131,7 @@ void requireWritableFolder(const fs::path& output) {
 } // namespace
 
 int PDFCompressionEngine::startRung(std::int64_t refRaster, std::int64_t vectorParts,
-                                   std::int64_t budget, double factor) {
+                                    std::int64_t budget, double factor) {
     for (int rung = 0; rung < static_cast<int>(ladder.size()); ++rung) {
         const auto predicted = predictForRung(rung, refRaster, vectorParts);
         if (budget >= static_cast<std::int64_t>(factor * static_cast<double>(predicted))) {
@@ -165,10 +165,9 @@ CompressionOutcome PDFCompressionEngine::compressWithProfile(const fs::path& inp
     const auto setting = tierSetting(options.tier);
     TemporaryFile candidate = temporaryCandidate();
     // The lossless rewrite reports up to 0.95, the rasterizing tiers the whole range.
-    const auto detail = DocumentRewriter::rewrite(input, candidate.path(), analysis, setting,
-                                                  imageSetting(options.tier),
-                                                  mapped(options, 0.0, setting ? 1.0 : 0.95),
-                                                  options.isCancelled);
+    const auto detail = DocumentRewriter::rewrite(
+        input, candidate.path(), analysis, setting, imageSetting(options.tier),
+        mapped(options, 0.0, setting ? 1.0 : 0.95), options.isCancelled);
     if (detail.bytes >= originalBytes) {
         return notKept(originalBytes, alreadyOptimizedNote);
     }
@@ -190,13 +189,15 @@ void PDFCompressionEngine::refineBetweenRungs(
     // by how far the kept rung's prediction was off. Between it and the kept rung lies the target.
     const auto keptPrediction = predictForRung(keptRung, refRaster, vectorParts);
     const double factor =
-        keptPrediction > 0 ? static_cast<double>(kept.bytes) / static_cast<double>(keptPrediction) : 1.0;
+        keptPrediction > 0 ? static_cast<double>(kept.bytes) / static_cast<double>(keptPrediction)
+                           : 1.0;
     int above = -1;
     double aboveBytes = 0;
     for (int r = keptRung - 1; r >= 0 && above < 0; --r) {
         const auto known = measured[static_cast<std::size_t>(r)];
-        const double bytes = known > 0 ? static_cast<double>(known)
-                                       : factor * static_cast<double>(predictForRung(r, refRaster, vectorParts));
+        const double bytes =
+            known > 0 ? static_cast<double>(known)
+                      : factor * static_cast<double>(predictForRung(r, refRaster, vectorParts));
         if (bytes > target) {
             above = r;
             aboveBytes = bytes;
@@ -233,10 +234,9 @@ void PDFCompressionEngine::refineBetweenRungs(
             static_cast<int>(std::lround(std::exp(low.logDpi + t * (high.logDpi - low.logDpi)))),
             low.quality + t * (high.quality - low.quality)};
         TemporaryFile file = temporaryCandidate();
-        const auto detail = DocumentRewriter::rewrite(input, file.path(), analysis, setting,
-                                                      rungImages(setting),
-                                                      mapped(options, start + span * step, span),
-                                                      options.isCancelled, &glyphs);
+        const auto detail = DocumentRewriter::rewrite(
+            input, file.path(), analysis, setting, rungImages(setting),
+            mapped(options, start + span * step, span), options.isCancelled, &glyphs);
         if (detail.bytes <= 0) {
             return;
         }
@@ -257,19 +257,15 @@ void PDFCompressionEngine::refineBetweenRungs(
     }
 }
 
-CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
-                                                          const fs::path& output,
-                                                          const PDFAnalysis& analysis,
-                                                          std::int64_t originalBytes,
-                                                          std::int64_t targetBytes,
-                                                          const CompressionOptions& options) {
+CompressionOutcome PDFCompressionEngine::compressToTarget(
+    const fs::path& input, const fs::path& output, const PDFAnalysis& analysis,
+    std::int64_t originalBytes, std::int64_t targetBytes, const CompressionOptions& options) {
     const auto target = static_cast<double>(targetBytes);
     if (originalBytes <= static_cast<std::int64_t>(target * 0.95)) {
         TemporaryFile candidate = temporaryCandidate();
-        const auto detail = DocumentRewriter::rewrite(input, candidate.path(), analysis,
-                                                      std::nullopt, std::nullopt,
-                                                      mapped(options, 0.0, 0.95),
-                                                      options.isCancelled);
+        const auto detail =
+            DocumentRewriter::rewrite(input, candidate.path(), analysis, std::nullopt, std::nullopt,
+                                      mapped(options, 0.0, 0.95), options.isCancelled);
         if (detail.bytes >= originalBytes) {
             return notKept(originalBytes, "Already under " + targetText(targetBytes) + ".");
         }
@@ -278,8 +274,8 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
         return outcome;
     }
     // Every candidate is built from the same file: which glyphs it shows is learnt once.
-    const auto glyphs = DocumentCompactor::glyphUsage(input, "", options.isCancelled,
-                                                      mapped(options, 0.0, 0.02));
+    const auto glyphs =
+        DocumentCompactor::glyphUsage(input, "", options.isCancelled, mapped(options, 0.0, 0.02));
     if (options.progress) {
         options.progress(0.02);
     }
@@ -329,7 +325,8 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
             const std::int64_t referenceBytes = attempt == 0 ? detail.bytes : previousBytes;
             const auto predicted = predictForRung(referenceRung, refRaster, vectorParts);
             const double factor =
-                predicted > 0 ? std::max(1.0, static_cast<double>(referenceBytes)) / predicted : 1.0;
+                predicted > 0 ? std::max(1.0, static_cast<double>(referenceBytes)) / predicted
+                              : 1.0;
             next = firstRungWithin(factor);
         }
         previousRung = rung;
@@ -350,8 +347,9 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(const fs::path& input,
     auto outcome = keep(*candidate, output, originalBytes, kept);
     if (kept.bytes > targetBytes) {
         outcome.status = CompressionOutcome::Status::bestEffort;
-        outcome.note = "Best effort: " + formattedBytes(kept.bytes, 2) + " — this PDF cannot reach " +
-                       targetText(targetBytes) + " without destroying quality.";
+        outcome.note = "Best effort: " + formattedBytes(kept.bytes, 2) +
+                       " — this PDF cannot reach " + targetText(targetBytes) +
+                       " without destroying quality.";
     }
     if (options.progress) {
         options.progress(1.0);

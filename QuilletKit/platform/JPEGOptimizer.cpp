@@ -87,7 +87,8 @@ struct Transcoder {
 
 } // namespace
 
-std::optional<std::vector<std::uint8_t>> JPEGOptimizer::optimized(std::span<const std::uint8_t> jpeg) {
+std::optional<std::vector<std::uint8_t>>
+JPEGOptimizer::optimized(std::span<const std::uint8_t> jpeg) {
     if (jpeg.size() < 4) {
         return std::nullopt;
     }

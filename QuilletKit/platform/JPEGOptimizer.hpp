@@ -5,8 +5,9 @@
 //
 // Only gray and three-component JPEGs are rewritten. The markers that can change how a reader
 // takes the samples (JFIF, ICC profile, Adobe's colour transform flag) are copied, so a viewer
-// reads the colours exactly as before; EXIF, XMP, Photoshop data and comments are dropped. Four-component (CMYK, YCCK) files are left alone: whether a PDF
-// viewer inverts them depends on markers that a rewrite could change.
+// reads the colours exactly as before; EXIF, XMP, Photoshop data and comments are dropped.
+// Four-component (CMYK, YCCK) files are left alone: whether a PDF viewer inverts them depends on
+// markers that a rewrite could change.
 #pragma once
 
 #include <cstdint>

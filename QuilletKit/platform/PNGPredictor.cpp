@@ -43,7 +43,8 @@ void filterRow(int type, const std::uint8_t* row, const std::uint8_t* above, std
 std::uint64_t cost(const std::uint8_t* bytes, std::size_t length) {
     std::uint64_t sum = 0;
     for (std::size_t i = 0; i < length; ++i) {
-        sum += static_cast<std::uint64_t>(std::abs(static_cast<int>(static_cast<std::int8_t>(bytes[i]))));
+        sum += static_cast<std::uint64_t>(
+            std::abs(static_cast<int>(static_cast<std::int8_t>(bytes[i]))));
     }
     return sum;
 }

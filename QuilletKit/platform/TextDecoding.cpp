@@ -59,7 +59,8 @@ std::optional<std::string> fromGB18030(std::string_view bytes) {
     char* out = output.data();
     std::size_t inLeft = input.size();
     std::size_t outLeft = output.size();
-    if (iconv(converter, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) || inLeft != 0) {
+    if (iconv(converter, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) ||
+        inLeft != 0) {
         return std::nullopt;
     }
     output.resize(output.size() - outLeft);

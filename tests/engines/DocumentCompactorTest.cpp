@@ -118,7 +118,8 @@ TEST(DocumentCompaction, WholeTrueTypeFontIsCutToTheGlyphsShown) {
     auto qpdf = QPDF::create();
     qpdf->emptyPDF();
     auto file = QPDFObjectHandle::newStream(qpdf.get(), program);
-    file.getDict().replaceKey("/Length1", QPDFObjectHandle::newInteger(static_cast<long long>(program.size())));
+    file.getDict().replaceKey("/Length1",
+                              QPDFObjectHandle::newInteger(static_cast<long long>(program.size())));
     auto descriptor = qpdf->makeIndirectObject(QPDFObjectHandle::parse(
         "<< /Type /FontDescriptor /FontName /DejaVuSans /Flags 32 /FontBBox [-1021 -463 1793 1232] "
         "/ItalicAngle 0 /Ascent 928 /Descent -236 /CapHeight 700 /StemV 80 >>"));
@@ -129,8 +130,9 @@ TEST(DocumentCompaction, WholeTrueTypeFontIsCutToTheGlyphsShown) {
     auto page = QPDFObjectHandle::parse("<< /Type /Page /MediaBox [0 0 400 200] >>");
     page.replaceKey("/Resources", QPDFObjectHandle::parse("<< /Font << >> >>"));
     page.getKey("/Resources").getKey("/Font").replaceKey("/F1", fontDictionary);
-    page.replaceKey("/Contents", QPDFObjectHandle::newStream(
-                                     qpdf.get(), "BT /F1 24 Tf 20 100 Td (Quillet keeps words) Tj ET"));
+    page.replaceKey("/Contents",
+                    QPDFObjectHandle::newStream(
+                        qpdf.get(), "BT /F1 24 Tf 20 100 Td (Quillet keeps words) Tj ET"));
     qpdf->addPage(qpdf->makeIndirectObject(page), false);
     test::TempDir dir;
     const auto input = dir / "whole-font.pdf";
@@ -222,10 +224,11 @@ TEST(DocumentCompaction, LosslessImageStepsKeepEverySample) {
     auto qpdf = QPDF::create();
     qpdf->emptyPDF();
     auto stream = QPDFObjectHandle::newStream(qpdf.get());
-    stream.replaceStreamData(PNGPredictor::predictedAndDeflated(samples, photo.rowBytes(), 3),
-                             QPDFObjectHandle::newName("/FlateDecode"),
-                             QPDFObjectHandle::parse("<< /Predictor 15 /Colors 3 /BitsPerComponent 8 "
-                                                     "/Columns 97 >>"));
+    stream.replaceStreamData(
+        PNGPredictor::predictedAndDeflated(samples, photo.rowBytes(), 3),
+        QPDFObjectHandle::newName("/FlateDecode"),
+        QPDFObjectHandle::parse("<< /Predictor 15 /Colors 3 /BitsPerComponent 8 "
+                                "/Columns 97 >>"));
     const auto decoded = stream.getStreamData(qpdf_dl_generalized);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(decoded->getBuffer()), decoded->getSize()),
               samples);
@@ -234,11 +237,12 @@ TEST(DocumentCompaction, LosslessImageStepsKeepEverySample) {
 // Font programs that are not fonts, or are cut short, give no subset, never a crash.
 TEST(DocumentCompaction, BrokenFontProgramsAreLeftAlone) {
     const std::string programs[] = {"", "OTTO", std::string(64, '\0'),
-                                    std::string("\x00\x01\x00\x00\x00\x09", 6) + std::string(200, 'A'),
+                                    std::string("\x00\x01\x00\x00\x00\x09", 6) +
+                                        std::string(200, 'A'),
                                     std::string("\x01\x00\x04\x02", 4) + std::string(40, '\xff')};
     for (const auto& program : programs) {
-        for (const auto format : {fonts::SFNTSubsetter::Format::trueType,
-                                  fonts::SFNTSubsetter::Format::bareCFF}) {
+        for (const auto format :
+             {fonts::SFNTSubsetter::Format::trueType, fonts::SFNTSubsetter::Format::bareCFF}) {
             fonts::SFNTSubsetter::Request request;
             request.format = format;
             request.glyphs = std::set<int>{1, 2, 3};

@@ -40,8 +40,9 @@ struct Outline {
     bool operator==(const Outline& other) const {
         return advance == other.advance && tags == other.tags && contours == other.contours &&
                points.size() == other.points.size() &&
-               std::equal(points.begin(), points.end(), other.points.begin(),
-                          [](const FT_Vector& a, const FT_Vector& b) { return a.x == b.x && a.y == b.y; });
+               std::equal(
+                   points.begin(), points.end(), other.points.begin(),
+                   [](const FT_Vector& a, const FT_Vector& b) { return a.x == b.x && a.y == b.y; });
     }
 };
 
@@ -133,7 +134,8 @@ bool GlyphProof::sameGlyphs(std::string_view original, std::string_view rewritte
             }
         }
     }
-    return !checks.charmaps || charmapCodes(before.get(), glyphs) == charmapCodes(after.get(), glyphs);
+    return !checks.charmaps ||
+           charmapCodes(before.get(), glyphs) == charmapCodes(after.get(), glyphs);
 }
 
 std::set<int> GlyphProof::closedOverCharmaps(std::string_view program,

@@ -81,7 +81,8 @@ unsigned cffGlyphCount(std::string_view cff) {
             last = static_cast<short>(byte(p + 1) << 8 | byte(p + 2));
             p += 3;
         } else if (b0 == 29) {
-            last = static_cast<long>(byte(p + 1) << 24 | byte(p + 2) << 16 | byte(p + 3) << 8 | byte(p + 4));
+            last = static_cast<long>(byte(p + 1) << 24 | byte(p + 2) << 16 | byte(p + 3) << 8 |
+                                     byte(p + 4));
             p += 5;
         } else if (b0 == 30) {
             while (p < topEnd && (byte(p) & 0x0f) != 0x0f && (byte(p) >> 4) != 0x0f) {
@@ -101,7 +102,8 @@ unsigned cffGlyphCount(std::string_view cff) {
             if (last <= 0 || static_cast<std::size_t>(last) + 2 > cff.size()) {
                 return 0;
             }
-            return byte(static_cast<std::size_t>(last)) << 8 | byte(static_cast<std::size_t>(last) + 1);
+            return byte(static_cast<std::size_t>(last)) << 8 |
+                   byte(static_cast<std::size_t>(last) + 1);
         } else {
             p += b0 == 12 ? 2 : 1;
         }
@@ -116,12 +118,12 @@ FacePtr wrapped(std::string_view cff) {
     if (glyphs == 0) {
         return nullptr;
     }
-    const std::array<char, 6> maxp{0, 0, 0x50, 0, static_cast<char>(glyphs >> 8),
-                                   static_cast<char>(glyphs & 0xff)};
+    const std::array<char, 6> maxp{
+        0, 0, 0x50, 0, static_cast<char>(glyphs >> 8), static_cast<char>(glyphs & 0xff)};
     FacePtr builder(hb_face_builder_create());
     auto cffBlob = blobOf(cff);
-    auto maxpBlob = BlobPtr(hb_blob_create(maxp.data(), maxp.size(), HB_MEMORY_MODE_DUPLICATE,
-                                           nullptr, nullptr));
+    auto maxpBlob = BlobPtr(
+        hb_blob_create(maxp.data(), maxp.size(), HB_MEMORY_MODE_DUPLICATE, nullptr, nullptr));
     hb_face_builder_add_table(builder.get(), cffTag, cffBlob.get());
     hb_face_builder_add_table(builder.get(), HB_TAG('m', 'a', 'x', 'p'), maxpBlob.get());
     BlobPtr font(hb_face_reference_blob(builder.get()));
