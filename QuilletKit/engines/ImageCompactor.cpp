@@ -146,16 +146,23 @@ struct Compactor {
     ImageCompaction result;
     std::set<QPDFObjGen> changed;
 
-    void replace(QPDFObjectHandle image, std::string data, const std::string& filter,
+    void replace(QPDFObjectHandle image, std::string data, QPDFObjectHandle filter,
                  QPDFObjectHandle parameters, std::int64_t before) {
         result.bytesBefore += before;
         result.bytesAfter += static_cast<std::int64_t>(data.size());
-        image.replaceStreamData(
-            data, filter.empty() ? QPDFObjectHandle::newNull() : QPDFObjectHandle::newName(filter),
-            parameters);
+        image.replaceStreamData(data, filter, parameters);
         // Already as small as we make it: the writer must not decode and recompress it.
         image.setFilterOnWrite(false);
         changed.insert(image.getObjGen());
+    }
+
+    static QPDFObjectHandle flate() { return QPDFObjectHandle::newName("/FlateDecode"); }
+
+    // What /FlateDecode needs to undo PNG row predictors over `width` pixels of `bands` samples.
+    static QPDFObjectHandle predictorParameters(int bands, int width) {
+        return QPDFObjectHandle::parse("<< /Predictor 15 /Colors " + std::to_string(bands) +
+                                       " /BitsPerComponent 8 /Columns " + std::to_string(width) +
+                                       " >>");
     }
 
     // Lossless: Flate samples re-stored with row predictors when smaller than plain Flate.
@@ -178,10 +185,8 @@ struct Compactor {
             static_cast<std::int64_t>(predicted.size()) >= stored) {
             return; // the writer's recompression does as well
         }
-        auto parameters = QPDFObjectHandle::parse(
-            "<< /Predictor 15 /Colors " + std::to_string(bands) + " /BitsPerComponent 8 /Columns " +
-            std::to_string(size.width) + " >>");
-        replace(image, std::move(predicted), "/FlateDecode", parameters, stored);
+        replace(image, std::move(predicted), flate(), predictorParameters(bands, size.width),
+                stored);
         ++result.predictedFlate;
     }
 
@@ -192,8 +197,8 @@ struct Compactor {
         return header && header->width == size.width && header->height == size.height;
     }
 
-    void optimizeJPEG(QPDFObjectHandle image, const Geometry& size, std::int64_t stored) {
-        const auto raw = image.getRawStreamData();
+    void optimizeJPEG(QPDFObjectHandle image, const std::shared_ptr<Buffer>& raw,
+                      const Geometry& size) {
         if (!headerAgrees(raw, size)) {
             return;
         }
@@ -201,15 +206,11 @@ struct Compactor {
         if (!smaller) {
             return;
         }
-        auto dictionary = image.getDict();
-        result.bytesBefore += stored;
-        result.bytesAfter += static_cast<std::int64_t>(smaller->size());
         // The filter and its parameters stay exactly as written (an array of one, a
         // /ColorTransform), so the samples are read as before.
-        image.replaceStreamData(std::string(smaller->begin(), smaller->end()),
-                                dictionary.getKey("/Filter"), dictionary.getKey("/DecodeParms"));
-        image.setFilterOnWrite(false);
-        changed.insert(image.getObjGen());
+        auto dictionary = image.getDict();
+        replace(image, std::string(smaller->begin(), smaller->end()), dictionary.getKey("/Filter"),
+                dictionary.getKey("/DecodeParms"), static_cast<std::int64_t>(raw->getSize()));
         ++result.optimizedJPEGs;
     }
 
@@ -264,7 +265,7 @@ struct Compactor {
         const std::string_view samples(reinterpret_cast<const char*>(smaller.data()),
                                        smaller.pixels().size());
         const auto stored = static_cast<std::int64_t>(mask.getRawStreamData()->getSize());
-        replace(mask, PNGPredictor::deflated(samples), "/FlateDecode", QPDFObjectHandle::newNull(),
+        replace(mask, PNGPredictor::deflated(samples), flate(), QPDFObjectHandle::newNull(),
                 stored);
         dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
         dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(height));
@@ -338,17 +339,13 @@ struct Compactor {
         if (static_cast<std::int64_t>(data.size()) >= stored) {
             return false;
         }
-        auto parameters =
-            newFilter == "/FlateDecode"
-                ? QPDFObjectHandle::parse("<< /Predictor 15 /Colors " + std::to_string(bands) +
-                                          " /BitsPerComponent 8 /Columns " + std::to_string(width) +
-                                          " >>")
-                : QPDFObjectHandle::newNull();
-        replace(image, std::move(data), newFilter, parameters, stored);
+        const bool jpeg = newFilter == "/DCTDecode";
+        auto parameters = jpeg ? QPDFObjectHandle::newNull() : predictorParameters(bands, width);
+        replace(image, std::move(data), QPDFObjectHandle::newName(newFilter), parameters, stored);
         dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(width));
         dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(height));
         result.resampled += resample ? 1 : 0;
-        result.storedAsJPEG += newFilter == "/DCTDecode" ? 1 : 0;
+        result.storedAsJPEG += jpeg ? 1 : 0;
         if (resample) {
             resampleMask(image, width, height);
         }
@@ -365,12 +362,14 @@ struct Compactor {
         if (!size || !filter) {
             return;
         }
-        const auto stored = static_cast<std::int64_t>(image.getRawStreamData()->getSize());
+        // Read once: its size is what every step must beat, and the JPEG step rewrites it.
+        const auto raw = image.getRawStreamData();
+        const auto stored = static_cast<std::int64_t>(raw->getSize());
         if (reduce(image, *size, *filter, stored)) {
             return;
         }
         if (*filter == "/DCTDecode") {
-            optimizeJPEG(image, *size, stored);
+            optimizeJPEG(image, raw, *size);
         } else if (*filter == "/FlateDecode" && !dictionary.getKey("/ImageMask").isBool()) {
             predict(image, *size, components(dictionary.getKey("/ColorSpace")), stored);
         }
