@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <array>
 
 namespace quillet {
@@ -14,6 +15,7 @@ const QString customFolderKey = QStringLiteral("customFolder");
 const QString templateKey = QStringLiteral("nameTemplate");
 const QString replaceKey = QStringLiteral("replaceOriginal");
 const QString analyticsKey = QStringLiteral("analyticsEnabled");
+const QString renderTimeoutKey = QStringLiteral("renderTimeout");
 const QString languageKey = QStringLiteral("languageOverride");
 const QString preferredLanguagesKey = QStringLiteral("AppleLanguages");
 
@@ -90,6 +92,11 @@ void AppSettings::load() {
     outputRule_.replaceOriginal = store_->value(replaceKey, false).toBool();
 
     analyticsEnabled_ = store_->value(analyticsKey, false).toBool();
+    bool whole = false;
+    const int seconds = store_->value(renderTimeoutKey).toInt(&whole);
+    renderTimeoutSeconds_ = whole && seconds >= 0 && seconds <= maximumRenderTimeoutSeconds
+                                ? seconds
+                                : defaultRenderTimeoutSeconds;
     languageOverride_ =
         parsed(store_->value(languageKey), languages, LanguageOverride::automatic);
 }
@@ -127,6 +134,16 @@ void AppSettings::setAnalyticsEnabled(bool enabled) {
     if (analyticsEnabled_ != enabled) {
         analyticsEnabled_ = enabled;
         emit analyticsEnabledChanged();
+    }
+}
+
+void AppSettings::setRenderTimeoutSeconds(int seconds) {
+    seconds = std::clamp(seconds, 0, maximumRenderTimeoutSeconds);
+    store_->setValue(renderTimeoutKey, seconds);
+    store_->sync();
+    if (renderTimeoutSeconds_ != seconds) {
+        renderTimeoutSeconds_ = seconds;
+        emit renderTimeoutChanged();
     }
 }
 

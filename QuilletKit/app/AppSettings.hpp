@@ -9,6 +9,8 @@
 //                       default
 //   "replaceOriginal", "analyticsEnabled"   booleans; absent is false
 //   "languageOverride"  "auto" | "en" | "zh-Hans"; anything else reads as auto
+//   "renderTimeout"     seconds a page may take to draw (previews, conversions), 0 for no
+//                       limit; absent or not a whole number from 0 to 3600 reads as 30
 //   "AppleLanguages"    the preferred-language list: one element, the override's raw value, or
 //                       removed for auto. Kept for other readers of the file; the language
 //                       loaded at start follows "languageOverride".
@@ -30,6 +32,8 @@ class AppSettings : public QObject {
 
   public:
     enum class Appearance { system, light, dark };
+    static constexpr int defaultRenderTimeoutSeconds = 30;
+    static constexpr int maximumRenderTimeoutSeconds = 3600;
     enum class LanguageOverride { automatic, en, zhHans };
 
     /// Reads every key of `store` now; the settings keep it and write to it. Takes ownership.
@@ -43,12 +47,14 @@ class AppSettings : public QObject {
     const OutputRule& outputRule() const { return outputRule_; }
     bool analyticsEnabled() const { return analyticsEnabled_; }
     LanguageOverride languageOverride() const { return languageOverride_; }
+    int renderTimeoutSeconds() const { return renderTimeoutSeconds_; }
     /// The language was changed in this run and applies only after a relaunch.
     bool languageNeedsRelaunch() const { return languageNeedsRelaunch_; }
 
     void setAppearance(Appearance appearance);
     void setOutputRule(const OutputRule& rule);
     void setAnalyticsEnabled(bool enabled);
+    void setRenderTimeoutSeconds(int seconds);
     /// Writes "languageOverride" and "AppleLanguages"; `languageNeedsRelaunch` becomes whether
     /// the value differs from the previous one.
     void setLanguageOverride(LanguageOverride language);
@@ -64,6 +70,7 @@ class AppSettings : public QObject {
     void appearanceChanged();
     void outputRuleChanged();
     void analyticsEnabledChanged();
+    void renderTimeoutChanged();
     void languageChanged();
 
   private:
@@ -74,6 +81,7 @@ class AppSettings : public QObject {
     Appearance appearance_ = Appearance::system;
     OutputRule outputRule_;
     bool analyticsEnabled_ = false;
+    int renderTimeoutSeconds_ = defaultRenderTimeoutSeconds;
     LanguageOverride languageOverride_ = LanguageOverride::automatic;
     bool languageNeedsRelaunch_ = false;
 };

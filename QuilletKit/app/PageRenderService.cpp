@@ -14,7 +14,8 @@ namespace quillet {
 namespace {
 
 /// One page rendered to fit `box` device pixels, as an RGB image.
-QImage renderPage(const PDFRenderer& renderer, const PageRenderService::Request& request) {
+QImage renderPage(const PDFRenderer& renderer, const PageRenderService::Request& request,
+                  std::chrono::milliseconds timeout, const std::shared_ptr<std::atomic<bool>>& stop) {
     auto document = renderer.open(request.path.toStdString());
     const auto points = document.pageSize(request.pageIndex);
     const double boxWidth = request.box.width() * request.devicePixelRatio;
@@ -23,6 +24,8 @@ QImage renderPage(const PDFRenderer& renderer, const PageRenderService::Request&
         std::min(boxWidth / std::max(1.0, points.width), boxHeight / std::max(1.0, points.height));
     PDFRenderer::RenderOptions options;
     options.scale = std::max(scale, 0.01);
+    options.timeout = timeout;
+    options.isCancelled = [stop] { return stop->load(); };
     const Bitmap bitmap = document.render(request.pageIndex, options);
     QImage image(bitmap.width(), bitmap.height(), QImage::Format_RGB888);
     for (int row = 0; row < bitmap.height(); ++row) {
@@ -56,6 +59,7 @@ PageRenderService::PageRenderService(int threads, int cacheMegabytes, QObject* p
 }
 
 PageRenderService::~PageRenderService() {
+    stop_->store(true);
     pool_.clear();
     pool_.waitForDone();
 }
@@ -76,11 +80,15 @@ void PageRenderService::render(const Request& request) {
     const quint64 generation = generation_;
     QPointer<PageRenderService> self(this);
     auto renderer = renderer_;
-    pool_.start([self, renderer, request, key, generation] {
+    pool_.start([self, renderer, request, key, generation, timeout = timeout_, stop = stop_] {
         QImage image;
         QString error;
         try {
-            image = renderPage(*renderer, request);
+            image = renderPage(*renderer, request, timeout, stop);
+        } catch (const RenderError& failure) {
+            error = failure.reason() == RenderError::Reason::tooSlow
+                        ? PageRenderService::tr("This page takes too long to draw")
+                        : QString::fromUtf8(failure.what());
         } catch (const std::exception& failure) {
             error = QString::fromUtf8(failure.what());
         }
@@ -98,6 +106,8 @@ void PageRenderService::render(const Request& request) {
 
 void PageRenderService::cancelPending() {
     ++generation_;
+    stop_->store(true);
+    stop_ = std::make_shared<std::atomic<bool>>(false);
     pool_.clear();
     inFlight_.clear();
 }

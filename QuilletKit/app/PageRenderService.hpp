@@ -6,8 +6,10 @@
 // shows it, and carries that ratio. Results are kept in a cache of their own (never on disk: a
 // privacy tool leaves no trace of the user's documents in a shared thumbnail folder), keyed by
 // file (with its modification time and size), page, box and ratio. `cancelPending` drops the work
-// not yet started and the results of work already running (a generation counter), so a view that
-// scrolled away never waits on pages it no longer shows.
+// not yet started and stops the pages being drawn within a tenth of a second (a generation
+// counter and a stop flag per generation), so a view that scrolled away never waits on pages it
+// no longer shows. A page still drawing after the render timeout fails with "This page takes too
+// long to draw", which the views show in its place.
 #pragma once
 
 #include <QCache>
@@ -19,6 +21,7 @@
 #include <QThreadPool>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -52,6 +55,8 @@ class PageRenderService : public QObject {
     /// Forgets every request not started yet; results of running ones are dropped.
     void cancelPending();
     int pendingCount() const { return static_cast<int>(inFlight_.size()); }
+    /// How long one page may take to draw, for the requests that follow; zero: no limit.
+    void setRenderTimeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
   signals:
     void rendered(const QString& key, const QImage& image);
@@ -65,6 +70,8 @@ class PageRenderService : public QObject {
     QCache<QString, QImage> cache_;
     QSet<QString> inFlight_;
     quint64 generation_ = 0;
+    std::shared_ptr<std::atomic<bool>> stop_ = std::make_shared<std::atomic<bool>>(false);
+    std::chrono::milliseconds timeout_{30'000};
 };
 
 } // namespace quillet

@@ -16,6 +16,11 @@ QuilletApp::QuilletApp(AppSettings& settings, const std::filesystem::path& suppo
                                         supportFolder / "presets.json")),
       renders_(std::make_unique<PageRenderService>()) {
     connect(queue_.get(), &TaskQueueService::recordsChanged, this, &QuilletApp::queueChanged);
+    const auto applyRenderTimeout = [this] {
+        renders_->setRenderTimeout(std::chrono::seconds(settings_.renderTimeoutSeconds()));
+    };
+    applyRenderTimeout();
+    connect(&settings_, &AppSettings::renderTimeoutChanged, this, applyRenderTimeout);
 }
 
 QuilletApp::~QuilletApp() = default;

@@ -1,7 +1,7 @@
 // The parsed arguments of one command (everything after the command word).
 //
 // Parsing rules users may trip over, kept on purpose:
-// - Sixteen option names take a value (`valueOptions`); every other option is a flag.
+// - Seventeen option names take a value (`valueOptions`); every other option is a flag.
 // - "-x" (exactly two characters) and "--x" are the same option.
 // - There is no "--" end-of-options marker ("--" is a flag with an empty name) and no
 //   "--name=value" form (that is a flag whose name contains "=").
@@ -23,9 +23,10 @@
 namespace quillet {
 
 struct CLIArgs {
-    static constexpr std::array<std::string_view, 16> valueOptions{
-        "o",   "t",     "under",     "ranges", "extract", "every",  "by-size",  "format",
-        "dpi", "pages", "page-size", "fit",    "margin",  "preset", "password", "lang"};
+    static constexpr std::array<std::string_view, 17> valueOptions{
+        "o",      "t",        "under", "ranges", "extract",       "every",
+        "by-size", "format",  "dpi",   "pages",  "page-size",     "fit",
+        "margin", "preset",   "password", "lang", "render-timeout"};
 
     std::vector<std::string> positional;
     std::set<std::string> flags;

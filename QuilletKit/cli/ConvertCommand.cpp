@@ -1,13 +1,17 @@
-// `quillet convert FILE... [--format png|jpeg|tiff|heic] [--dpi N] [--pages TEXT] [-o FOLDER]`:
-// the pages of each PDF as image files, by default in "<stem>-images" beside the input.
+// `quillet convert FILE... [--format png|jpeg|tiff|heic] [--dpi N] [--pages TEXT] [-o FOLDER]
+// [--render-timeout SECONDS]`: the pages of each PDF as image files, by default in
+// "<stem>-images" beside the input. A page that cannot be drawn (or not within the time limit,
+// 30 s by default, 0 for none) is skipped with a warning on standard error.
 #include "cli/CLIArgs.hpp"
 #include "cli/CommandPlumbing.hpp"
+#include "cli/CLIError.hpp"
 #include "cli/Commands.hpp"
 #include "engines/PDFImageEngine.hpp"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 
 namespace quillet {
 namespace fs = std::filesystem;
@@ -38,6 +42,20 @@ int dpiOption(const std::optional<std::string>& text) {
     return value;
 }
 
+std::chrono::milliseconds renderTimeoutOption(const std::optional<std::string>& text) {
+    if (!text) {
+        return PDFRenderer::defaultTimeout;
+    }
+    double seconds = -1;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), seconds);
+    if (error != std::errc() || end != text->data() + text->size() || !std::isfinite(seconds) ||
+        seconds < 0) {
+        throw CLIError("--render-timeout needs a number of seconds (0 for no limit), not \"" +
+                       *text + "\"");
+    }
+    return std::chrono::milliseconds(static_cast<std::int64_t>(std::min(seconds, 1e9) * 1000));
+}
+
 fs::path outputFolder(const CLIArgs& args, const fs::path& input) {
     if (const auto folder = args.value("o")) {
         return *folder;
@@ -60,6 +78,7 @@ void runConvert(const Arguments& arguments, CommandIO& io) {
     const ImageOutputFormat format = formatOption(args.value("format"));
     const int dpi = dpiOption(args.value("dpi"));
     const std::string pages = args.value("pages").value_or("");
+    const auto renderTimeout = renderTimeoutOption(args.value("render-timeout"));
 
     for (const fs::path& input : inputs) {
         const fs::path folder = outputFolder(args, input);
@@ -70,10 +89,13 @@ void runConvert(const Arguments& arguments, CommandIO& io) {
         };
         const auto result =
             PDFImageEngine::pdfToImages(input, folder, input.stem().string(), format, dpi, pages,
-                                        commandLineJPEGQuality, progress);
+                                        commandLineJPEGQuality, progress, {}, 0, renderTimeout);
         // Skipped pages still advance the bar, but make sure the line is finished.
         if (shown < 1.0) {
             printProgress(io, 1.0);
+        }
+        for (const auto& reason : result.skipped) {
+            io.err << "warning: " << reason << " (page skipped)\n";
         }
         io.out << input.filename().string() << ": " << result.files.size() << " × "
                << upperCased(rawValue(format)) << " @ " << dpi << " DPI → " << folder.string()

@@ -140,14 +140,17 @@ void refuseOversizedPages(PDFRenderer::Document& document, const std::vector<int
 
 // A render failure skips its page, except a refused size, which would fail every other page of
 // the request too and deserves to be said.
-void rethrowIfNotSkippable(const std::exception_ptr& error) {
+/// Why a page that failed to render is skipped; throws for a failure that must stop the run.
+std::string skippedBecause(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const RenderError& renderError) {
         if (renderError.reason() == RenderError::Reason::tooLarge) {
             throw PDFCoreError::invalidInput(renderError.what());
         }
-    } catch (...) {
+        return renderError.what();
+    } catch (const std::exception& other) {
+        return other.what();
     }
 }
 
@@ -214,7 +217,8 @@ std::string PDFImageEngine::fileName(const std::string& baseName, int pageNumber
 PDFImageEngine::Result PDFImageEngine::pdfToImages(
     const fs::path& input, const fs::path& outputDirectory, const std::string& baseName,
     ImageOutputFormat format, int dpi, std::string_view pagesText, double jpegQuality,
-    const Progress& progress, const CancellationTest& isCancelled, unsigned threads) {
+    const Progress& progress, const CancellationTest& isCancelled, unsigned threads,
+    std::chrono::milliseconds renderTimeout) {
     const int pageCount = PDFDocumentEngine::openCG(input).pageCount();
     const std::vector<int> pages = selectedPages(pagesText, pageCount);
     if (dpi < 1) {
@@ -246,7 +250,7 @@ PDFImageEngine::Result PDFImageEngine::pdfToImages(
             throw CancellationError();
         }
         if (image.renderError) {
-            rethrowIfNotSkippable(image.renderError);
+            result.skipped.push_back(skippedBecause(image.renderError));
         }
         if (image.file) {
             image.file->commit(image.destination);
@@ -261,10 +265,14 @@ PDFImageEngine::Result PDFImageEngine::pdfToImages(
     const ImageJob job{outputDirectory, baseName, format, jpegQuality, pageCount};
     PDFRenderer::RenderOptions options;
     options.scale = dpi / 72.0;
+    options.timeout = renderTimeout;
     document.renderPagesInOrder(
         PDFRenderer::Document::requests(pages, options),
         [&job](PDFRenderer::RenderedPage&& page) { return writePageImage(std::move(page), job); },
         keepImage, threads);
+    if (result.files.empty() && !result.skipped.empty()) {
+        throw PDFCoreError::invalidInput(result.skipped.front());
+    }
     if (result.files.empty()) {
         throw PDFCoreError::writeFailed("no images produced");
     }

@@ -12,7 +12,9 @@
 #pragma once
 
 #include "model/OperationKinds.hpp"
+#include "platform/PDFRenderer.hpp"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -28,6 +30,9 @@ class PDFImageEngine {
     struct Result {
         /// The files written, in the order of the selected pages.
         std::vector<std::filesystem::path> files;
+        /// Why each page without an image has none ("FILE: Page 3 takes too long to draw"), in
+        /// page order.
+        std::vector<std::string> skipped;
     };
 
     using Progress = std::function<void(double)>;
@@ -44,7 +49,8 @@ class PDFImageEngine {
     ///   one pixel.
     /// - Encoding that fails in `format` is retried as heic, then as jpeg (in that order, on
     ///   purpose); the file takes the extension of the format that worked. A page that cannot be
-    ///   rendered or encoded at all is skipped.
+    ///   rendered or encoded at all is skipped, and so is a page still drawing after
+    ///   `renderTimeout` (zero: no limit); `Result::skipped` says why.
     /// - `progress` gets (pages done) / (pages selected) after each page, on the calling thread.
     ///   `isCancelled` is asked before each page; images already written stay.
     /// - `threads`: 0 uses every core; 1 does everything on the calling thread.
@@ -61,7 +67,8 @@ class PDFImageEngine {
                               const std::string& baseName, ImageOutputFormat format, int dpi,
                               std::string_view pagesText, double jpegQuality,
                               const Progress& progress, const CancellationTest& isCancelled = {},
-                              unsigned threads = 0);
+                              unsigned threads = 0,
+                              std::chrono::milliseconds renderTimeout = PDFRenderer::defaultTimeout);
 
     /// The zero-based pages `pagesText` selects in a document of `pageCount` pages: all of them
     /// for blank text, else every page of every range once, ascending. Throws invalidInput

@@ -42,6 +42,7 @@ void encode(Json& json, const P::PDFToImages& c) {
     json["dpi"] = c.dpi;
     json["pages"] = c.pages;
     json["jpegQuality"] = c.jpegQuality;
+    json["renderTimeout"] = c.renderTimeout;
 }
 
 void encode(Json& json, const P::ImagesToPDF& c) {
@@ -83,7 +84,8 @@ P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
     case PDFOperationKind::pdfToImages:
         return P::PDFToImages{r.value<std::string>("format", "png"),
                               r.value<std::int64_t>("dpi", 150), r.value<std::string>("pages", ""),
-                              r.value("jpegQuality", 0.85)};
+                              r.value("jpegQuality", 0.85),
+                              r.value<std::int64_t>("renderTimeout", 30)};
     case PDFOperationKind::imagesToPDF:
         return P::ImagesToPDF{r.value<std::string>("pageSize", "auto"),
                               r.value<std::string>("fit", "fit"), r.value("marginPT", 0.0)};

@@ -60,6 +60,7 @@ struct PDFToImages {
     std::int64_t dpi = 150;
     std::string pages; // page selection text; empty for every page
     double jpegQuality = 0.85;
+    std::int64_t renderTimeout = 30; // seconds one page may take to draw; 0: no limit
     bool operator==(const PDFToImages&) const = default;
 };
 struct ImagesToPDF {

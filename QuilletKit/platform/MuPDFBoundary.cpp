@@ -108,7 +108,8 @@ int tryMediaBox(fz_context* ctx, fz_page* page, fz_rect* box, Caught* caught) {
 }
 
 int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations,
-            unsigned char* samples, int width, int height, int n, Caught* caught) {
+            unsigned char* samples, int width, int height, int n, fz_cookie* cookie,
+            Caught* caught) {
     fz_pixmap* pixmap = nullptr;
     fz_device* device = nullptr;
     fz_var(pixmap);
@@ -118,9 +119,9 @@ int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations
         pixmap = fz_new_pixmap_with_data(ctx, space, width, height, nullptr, 0, width * n, samples);
         device = fz_new_draw_device(ctx, fz_identity, pixmap);
         if (annotations) {
-            fz_run_page(ctx, page, device, transform, nullptr);
+            fz_run_page(ctx, page, device, transform, cookie);
         } else {
-            fz_run_page_contents(ctx, page, device, transform, nullptr);
+            fz_run_page_contents(ctx, page, device, transform, cookie);
         }
         fz_close_device(ctx, device);
     }
@@ -363,12 +364,13 @@ fz_rect mediaBox(fz_context* ctx, fz_page* page) {
 }
 
 void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
-              unsigned char* samples, int width, int height, int n) {
+              unsigned char* samples, int width, int height, int n, fz_cookie* cookie) {
     if (width < 1 || height < 1 || static_cast<std::int64_t>(width) * n > INT_MAX) {
         throw Error(FZ_ERROR_GENERIC, "the bitmap's rows are too long for MuPDF");
     }
     Caught caught;
-    if (!tryDraw(ctx, page, transform, annotations ? 1 : 0, samples, width, height, n, &caught)) {
+    if (!tryDraw(ctx, page, transform, annotations ? 1 : 0, samples, width, height, n, cookie,
+                 &caught)) {
         raise(caught);
     }
 }

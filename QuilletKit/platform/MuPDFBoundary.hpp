@@ -68,8 +68,10 @@ fz_rect mediaBox(fz_context* ctx, fz_page* page);
 /// Draws the page through `transform` (page space to pixels) into `samples`, a caller-owned
 /// buffer of width x height x n bytes (n = 1 gray, 3 RGB) already filled with the background.
 /// Without `annotations`, only the page's own content is drawn (no annotations, no widgets).
+/// `cookie` (may be null) is MuPDF's: another thread may set its `abort`, after which the drawing
+/// stops soon and returns normally, leaving the bitmap incomplete.
 void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
-              unsigned char* samples, int width, int height, int n);
+              unsigned char* samples, int width, int height, int n, fz_cookie* cookie);
 
 /// Receives every glyph a page shows. Runs inside MuPDF's interpreter, so it must not throw.
 using GlyphSink = void (*)(void* user, fz_font* font, int gid) noexcept;

@@ -3,6 +3,7 @@
 #include "platform/InOrderWorkers.hpp"
 #include "platform/ContentDigest.hpp"
 #include "platform/MuPDFBoundary.hpp"
+#include "platform/RenderWatch.hpp"
 
 #include <fmt/format.h>
 
@@ -241,6 +242,18 @@ Bitmap PDFRenderer::Document::render(int index, const RenderOptions& options) {
     const auto label = pageLabel(impl_->file(), index);
     checkOptions(options, label);
     auto page = impl_->loadPage(index);
+    fz_cookie cookie = {};
+    std::optional<RenderWatch> watch;
+    // MuPDF may end an aborted drawing quietly or with an error; either way the watch says why.
+    auto stoppedByWatch = [&] {
+        if (watch && watch->expired()) {
+            return RenderError(RenderError::Reason::tooSlow,
+                               fmt::format("{}: Page {} takes too long to draw", impl_->file(),
+                                           static_cast<std::int64_t>(index) + 1));
+        }
+        return RenderError(RenderError::Reason::cancelled,
+                           fmt::format("{}: drawing cancelled", label));
+    };
     try {
         fz_rect box = mupdf::mediaBox(impl_->ctx.get(), page.get());
         const PageSize points{box.x1 - box.x0, box.y1 - box.y0};
@@ -251,10 +264,21 @@ Bitmap PDFRenderer::Document::render(int index, const RenderOptions& options) {
         fz_matrix transform = fz_concat(fz_translate(-box.x0, -box.y0),
                                         fz_scale(static_cast<float>(size.width / points.width),
                                                  static_cast<float>(size.height / points.height)));
+        watch.emplace(cookie, options.timeout, options.isCancelled);
         mupdf::drawPage(impl_->ctx.get(), page.get(), transform, options.annotations, bitmap.data(),
-                        bitmap.width(), bitmap.height(), bitmap.bands());
+                        bitmap.width(), bitmap.height(), bitmap.bands(), &cookie);
+        watch->stop(); // its verdict is final from here on
+        if (cookie.abort) {
+            throw stoppedByWatch();
+        }
         return bitmap;
     } catch (const mupdf::Error& error) {
+        if (watch) {
+            watch->stop();
+        }
+        if (cookie.abort) {
+            throw stoppedByWatch();
+        }
         throw RenderError(RenderError::Reason::renderFailed,
                           fmt::format("{}: {}", label, error.what()));
     } catch (const std::bad_alloc&) {

@@ -16,6 +16,7 @@
 #include "platform/RenderError.hpp"
 #include "platform/SafetyLimits.hpp"
 
+#include <chrono>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -53,6 +54,12 @@ class PDFRenderer {
         std::optional<PixelSize> size = std::nullopt;
         PixelFormat format = PixelFormat::rgb;
         bool annotations = true;
+        /// The longest the page may take to draw; past it the drawing stops and the render
+        /// throws RenderError (tooSlow). Zero or less: no limit.
+        std::chrono::milliseconds timeout = defaultTimeout;
+        /// Asked every tenth of a second, from another thread, while the page draws; true stops
+        /// the drawing and the render throws RenderError (cancelled). Must be thread-safe.
+        std::function<bool()> isCancelled = {};
     };
 
     struct PageRequest {
@@ -69,6 +76,9 @@ class PDFRenderer {
     };
 
     class Document;
+
+    /// How long a page may take to draw unless the caller says otherwise.
+    static constexpr std::chrono::milliseconds defaultTimeout{30'000};
 
     /// Renders larger than this many pixels are refused before anything is allocated.
     static constexpr std::int64_t maxPixels = limits::renderPixels;
@@ -119,7 +129,8 @@ class PDFRenderer::Document {
     PageGlyphs glyphs(int index);
 
     /// Renders one page. Throws RenderError: pageOutOfRange, invalidRequest (scale or size not
-    /// positive and finite), tooLarge (above maxPixels, refused before allocating), renderFailed.
+    /// positive and finite), tooLarge (above maxPixels, refused before allocating), renderFailed,
+    /// tooSlow ("Page N takes too long to draw", past `options.timeout`), cancelled.
     Bitmap render(int index, const RenderOptions& options = {});
 
     /// Renders every request on up to `threads` threads (0: one per core; never more than there

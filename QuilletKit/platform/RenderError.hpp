@@ -17,6 +17,8 @@ class RenderError : public std::runtime_error {
         tooLarge,       ///< the bitmap would exceed PDFRenderer::maxPixels
         invalidRequest, ///< a scale or size that describes no bitmap (zero, negative, NaN)
         renderFailed,   ///< MuPDF gave up on the page or ran out of memory
+        tooSlow,        ///< the page was still drawing when its time ran out
+        cancelled,      ///< the caller gave up while the page was drawing
     };
 
     RenderError(Reason reason, const std::string& message)

@@ -207,6 +207,7 @@ OperationParameters ConvertView::parameters() const {
     images.dpi = dpi_->value();
     images.pages = selection_->text().trimmed().toStdString();
     images.jpegQuality = quality_->value() / 100.0;
+    images.renderTimeout = context_.app.settings().renderTimeoutSeconds();
     return images;
 }
 

@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
 namespace quillet {
@@ -39,6 +40,7 @@ SettingsWindow::SettingsWindow(QuilletApp& app, std::function<void()> relaunch, 
     column->addWidget(appearanceGroup());
     column->addWidget(outputGroup());
     column->addWidget(languageGroup());
+    column->addWidget(pagesGroup());
     column->addWidget(historyGroup());
     column->addWidget(privacyGroup());
     column->addStretch();
@@ -233,6 +235,25 @@ QWidget* SettingsWindow::languageGroup() {
 
 void SettingsWindow::refreshLanguage() {
     restart_->setVisible(app_.settings().languageNeedsRelaunch());
+}
+
+QWidget* SettingsWindow::pagesGroup() {
+    auto* group = new QGroupBox(tr("Drawing pages"));
+    auto* limit = new QSpinBox(group);
+    limit->setObjectName(QStringLiteral("renderTimeout"));
+    limit->setRange(0, AppSettings::maximumRenderTimeoutSeconds);
+    limit->setSuffix(tr(" s"));
+    limit->setSpecialValueText(tr("No limit"));
+    limit->setValue(app_.settings().renderTimeoutSeconds());
+    connect(limit, &QSpinBox::valueChanged, this,
+            [this](int seconds) { app_.settings().setRenderTimeoutSeconds(seconds); });
+    auto* form = new QFormLayout(group);
+    form->addRow(tr("Time limit per page:"), limit);
+    form->addRow(note(tr("A page still drawing after this time is skipped when pages become "
+                         "images, and its preview shows why. Some damaged or hostile files draw "
+                         "for hours."),
+                      group));
+    return group;
 }
 
 QWidget* SettingsWindow::historyGroup() {

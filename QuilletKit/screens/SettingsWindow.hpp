@@ -28,6 +28,7 @@ class SettingsWindow : public QDialog {
     QWidget* appearanceGroup();
     QWidget* outputGroup();
     QWidget* languageGroup();
+    QWidget* pagesGroup();
     QWidget* historyGroup();
     QWidget* privacyGroup();
     void saveOutputRule();

@@ -210,12 +210,18 @@ FileBody imagesBody(const TaskSpec& spec, const TaskRunner::CancellationTest& is
             fromRawValue<ImageOutputFormat>(parameters.format).value_or(ImageOutputFormat::png);
         const int dpi = static_cast<int>(
             std::clamp<std::int64_t>(parameters.dpi, 0, std::numeric_limits<int>::max()));
+        const auto timeout = std::chrono::seconds(std::clamp<std::int64_t>(
+            parameters.renderTimeout, 0, std::numeric_limits<std::int32_t>::max()));
         auto images = PDFImageEngine::pdfToImages(input, folder, stem, format, dpi,
                                                   parameters.pages, parameters.jpegQuality,
-                                                  progress, isCancelled);
+                                                  progress, isCancelled, 0, timeout);
         const auto count = images.files.size();
         const auto bytes = totalSize(images.files);
-        return FileResult{std::move(images.files), bytes, std::to_string(count) + " images"};
+        std::string note = std::to_string(count) + " images";
+        if (!images.skipped.empty()) {
+            note += " · " + std::to_string(images.skipped.size()) + " pages skipped";
+        }
+        return FileResult{std::move(images.files), bytes, std::move(note)};
     };
 }
 

@@ -1,30 +1,23 @@
 // `quillet convert`, run as the real program: what it writes, prints and exits with.
+#include "cli/RunQuillet.hpp"
 #include "platform/ImageIO.hpp"
 #include "support/PDFBuilder.hpp"
-#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace quillet {
 namespace {
 namespace fs = std::filesystem;
 
-using test::PDFBuilder;
 using test::TempDir;
 
 using test::quillet;
 
 fs::path letterPages(const TempDir& dir, int count, const std::string& name = "doc.pdf") {
-    PDFBuilder builder;
-    for (int i = 0; i < count; ++i) {
-        builder.addPage(612, 792).text(fmt::format("page {}", i + 1));
-    }
-    return builder.write(dir / name);
+    return test::numberedPDF(dir / name, count);
 }
 
 struct OptionCase {
@@ -47,7 +40,6 @@ TEST_P(ConvertCommandOptions, WritesAndReportsTheImages) {
     const auto& c = GetParam();
     TempDir dir;
     const auto input = letterPages(dir, 3);
-    const auto before = test::readFile(input);
     auto arguments = std::vector<std::string>{"convert", input.string()};
     arguments.insert(arguments.end(), c.options.begin(), c.options.end());
 
@@ -61,7 +53,6 @@ TEST_P(ConvertCommandOptions, WritesAndReportsTheImages) {
     const auto image = ImageIO::decode(folder / c.files.front());
     ASSERT_TRUE(image.has_value());
     EXPECT_EQ(image->width(), c.width);
-    EXPECT_EQ(test::readFile(input), before);
 }
 
 // clang-format off
@@ -70,16 +61,12 @@ INSTANTIATE_TEST_SUITE_P(Cases, ConvertCommandOptions, testing::Values(
                {"doc-page-01.png", "doc-page-02.png", "doc-page-03.png"}, 1275},
     OptionCase{"gifFallsBackToPNG", {"--format", "gif", "--pages", "2"}, "PNG", "150",
                {"doc-page-02.png"}, 1275},
-    OptionCase{"upperCaseFormatIsUnknown", {"--format", "JPEG", "--pages", "1"}, "PNG", "150",
-               {"doc-page-01.png"}, 1275},
     OptionCase{"jpeg", {"--format", "jpeg", "--pages", "3"}, "JPEG", "150",
                {"doc-page-03.jpeg"}, 1275},
     OptionCase{"heicAt72", {"--format", "heic", "--dpi", "72", "--pages", "1"}, "HEIC", "72",
                {"doc-page-01.heic"}, 612},
     OptionCase{"tiffSelection", {"--format", "tiff", "--pages", "3,1", "--dpi", "36"}, "TIFF",
                "36", {"doc-page-01.tiff", "doc-page-03.tiff"}, 306},
-    OptionCase{"wordDPIGives150", {"--dpi", "abc", "--pages", "1"}, "PNG", "150",
-               {"doc-page-01.png"}, 1275},
     OptionCase{"fractionalDPIGives150", {"--dpi", "72.5", "--pages", "1"}, "PNG", "150",
                {"doc-page-01.png"}, 1275}),
     [](const auto& info) { return std::string(info.param.name); });
@@ -100,6 +87,8 @@ TEST(ConvertCommand, EveryInputIntoTheGivenFolder) {
                                                          "second-page-01.png"}));
 }
 
+// What the engine refuses is told apart by its own tests; here, that a refusal ends the command
+// with status 1, its message and nothing written.
 struct FailureCase {
     const char* name;
     std::vector<std::string> arguments; // "IN" stands for a good 2-page input, "DIR" its folder
@@ -118,10 +107,7 @@ TEST_P(ConvertCommandFailures, ExitStatusAndMessageAndNothingWritten) {
     TempDir dir;
     const auto input = letterPages(dir, 2);
     dir.write("blocker", "a file where a folder should be");
-    PDFBuilder locked;
-    locked.addPage().text("secret");
-    locked.encrypt({.user = "u", .owner = "o"});
-    locked.write(dir / "locked.pdf");
+    test::lockedPDF(dir / "locked.pdf");
     const auto before = test::fileNames(dir.path());
     std::vector<std::string> arguments;
     for (auto argument : c.arguments) {
@@ -145,15 +131,10 @@ TEST_P(ConvertCommandFailures, ExitStatusAndMessageAndNothingWritten) {
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Cases, ConvertCommandFailures, testing::Values(
-    FailureCase{"nothingSelected", {"convert", "IN", "--pages", "abc"}, 1,
-                "No pages matched \"abc\"."},
-    FailureCase{"notAPDF", {"convert", "DIR/blocker"}, 1, "Could not open blocker."},
     FailureCase{"locked", {"convert", "DIR/locked.pdf"}, 1, "Incorrect password.\n"},
     FailureCase{"unwritableFolder", {"convert", "IN", "-o", "DIR/blocker/out"}, 1,
                 "filesystem error: cannot create directories: Not a directory "
-                "[DIR/blocker/out]"},
-    FailureCase{"tooLarge", {"convert", "IN", "--dpi", "3000"}, 1,
-                "doc.pdf, page 1: 3000 DPI would give 25500 x 33000 pixels"}),
+                "[DIR/blocker/out]"}),
     [](const auto& info) { return std::string(info.param.name); });
 // clang-format on
 

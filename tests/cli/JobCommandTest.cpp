@@ -15,13 +15,6 @@ namespace fs = std::filesystem;
 using nlohmann::ordered_json;
 using P = OperationParameters;
 
-fs::path twoPagePDF(const fs::path& path) {
-    test::PDFBuilder builder;
-    builder.addPage().text("one");
-    builder.addPage().text("two");
-    return builder.write(path);
-}
-
 fs::path writeSpecs(const test::TempDir& dir, const std::vector<TaskSpec>& specs) {
     return dir.write("job.json", toJSON(specs).dump());
 }
@@ -37,7 +30,7 @@ std::vector<ordered_json> jsonLines(const std::string& out) {
 
 TEST(JobCommand, ReportsProgressAndAResultPerSpecAsJSONLines) {
     test::TempDir dir;
-    const auto input = twoPagePDF(dir / "doc.pdf");
+    const auto input = test::numberedPDF(dir / "doc.pdf", 2);
     const auto split = TaskSpec::make(PDFOperationKind::split, {input.string()}, OutputRule{},
                                       P::Split{SplitMode::everyPage});
     const auto wrong = TaskSpec::make(PDFOperationKind::split, {input.string()}, OutputRule{},
@@ -66,7 +59,7 @@ TEST(JobCommand, ReportsProgressAndAResultPerSpecAsJSONLines) {
 
 TEST(JobCommand, PrintsOnePathPerOutputForPeople) {
     test::TempDir dir;
-    const auto input = twoPagePDF(dir / "doc.pdf");
+    const auto input = test::numberedPDF(dir / "doc.pdf", 2);
     auto spec = TaskSpec::make(PDFOperationKind::protect, {input.string()}, OutputRule{},
                                P::Protect{"pw", ""});
     // A single spec object is accepted as well as an array.

@@ -1,37 +1,25 @@
 // `quillet split`, run as the real program: what it writes, prints and exits with.
+#include "cli/RunQuillet.hpp"
 #include "engines/Formatters.hpp"
 #include "support/PDFBuilder.hpp"
-#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <map>
 
 namespace quillet {
 namespace {
 namespace fs = std::filesystem;
 
-using test::PDFBuilder;
 using test::TempDir;
 
 using test::quillet;
 
 fs::path pagesFile(const TempDir& dir, int count, const std::string& name = "doc.pdf") {
-    PDFBuilder builder;
-    for (int i = 0; i < count; ++i) {
-        builder.addPage().text(fmt::format("page {}", i + 1));
-    }
-    return builder.write(dir / name);
-}
-
-int pdfinfoPages(const fs::path& path) {
-    const auto info = test::runProcess("/usr/bin/pdfinfo", {path.string()});
-    const auto at = info.out.find("Pages:");
-    return at == std::string::npos ? -1 : std::stoi(info.out.substr(at + 6));
+    return test::numberedPDF(dir / name, count);
 }
 
 // The lines the command should print for parts doc-part1.pdf, doc-part2.pdf, ... holding these
@@ -64,7 +52,6 @@ TEST_P(SplitCommandModes, WritesAndListsTheParts) {
     const auto& c = GetParam();
     TempDir dir;
     const auto input = pagesFile(dir, c.pageCount);
-    const auto before = test::readFile(input);
     auto arguments = std::vector<std::string>{"split", input.string()};
     arguments.insert(arguments.end(), c.options.begin(), c.options.end());
 
@@ -73,11 +60,6 @@ TEST_P(SplitCommandModes, WritesAndListsTheParts) {
     EXPECT_EQ(result.out, expectedOutput(dir.path(), c.pages));
     EXPECT_EQ(result.err, "") << "no progress bar on a captured standard error";
     EXPECT_EQ(test::fileNames(dir.path()).size(), c.pages.size() + 1);
-    for (std::size_t k = 0; k < c.pages.size(); ++k) {
-        const auto parts = std::count(c.pages[k].begin(), c.pages[k].end(), ',') + 1;
-        EXPECT_EQ(pdfinfoPages(dir / fmt::format("doc-part{}.pdf", k + 1)), parts) << k;
-    }
-    EXPECT_EQ(test::readFile(input), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -127,16 +109,13 @@ TEST(SplitCommand, WritesIntoTheGivenFolderCreatingIt) {
     EXPECT_EQ(test::fileNames(folder),
               (std::vector<std::string>{"report.v2-part1.pdf", "report.v2-part2.pdf"}));
     EXPECT_TRUE(result.out.starts_with("report.v2-part1.pdf: pages 1 (")) << result.out;
-    for (const auto& name : test::fileNames(folder)) {
-        const auto check = test::runProcess("/usr/bin/qpdf", {"--check", (folder / name).string()});
-        EXPECT_EQ(check.status, 0) << name << check.out;
-    }
 }
 
 struct FailureCase {
     const char* name;
-    // "IN" stands for a 3-page PDF, "IN2" for a second one, "FAKE" for a text, "LOCKED" for a PDF
-    // that needs a password.
+    // "IN" stands for a 3-page PDF, "IN2" for a second one, "LOCKED" for a PDF that needs a
+    // password. (What the engine refuses is told apart by the engine's tests; here, that its
+    // refusal ends the command with status 1 and its message.)
     std::vector<std::string> arguments;
     int status;
     std::string err;
@@ -151,13 +130,9 @@ class SplitCommandFailures : public testing::TestWithParam<FailureCase> {};
 TEST_P(SplitCommandFailures, ReportsAndWritesNothing) {
     const auto& c = GetParam();
     TempDir dir;
-    PDFBuilder locked;
-    locked.addPage().text("secret");
-    locked.encrypt({.user = "u", .owner = "o"});
     const std::map<std::string, fs::path> files{{"IN", pagesFile(dir, 3)},
                                                 {"IN2", pagesFile(dir, 1, "other.pdf")},
-                                                {"FAKE", dir.write("fake.pdf", "not a PDF")},
-                                                {"LOCKED", locked.write(dir / "locked.pdf")}};
+                                                {"LOCKED", test::lockedPDF(dir / "locked.pdf")}};
     const auto before = test::fileNames(dir.path());
     std::vector<std::string> arguments{"split"};
     for (const auto& argument : c.arguments) {
@@ -176,15 +151,10 @@ INSTANTIATE_TEST_SUITE_P(Errors, SplitCommandFailures, testing::Values(
     FailureCase{"TwoInputs", {"IN", "IN2"}, 2, "error: split takes exactly one input PDF\n"},
     FailureCase{"EveryNotANumber", {"IN", "--every", "two"}, 2,
                 "error: invalid --every; use a whole number of pages\n"},
-    FailureCase{"RangesSelectNothing", {"IN", "--ranges", "abc"}, 1,
-                "error: Enter at least one page range, e.g. 1-5, 8, 11-30.\n"},
     FailureCase{"ExtractSelectsNothing", {"IN", "--extract", "5-"}, 1,
                 "error: Enter the pages to extract, e.g. 1, 3, 5, 7-20.\n"},
     FailureCase{"SizeNotReadable", {"IN", "--by-size", "lots"}, 2,
                 "error: invalid size \"lots\" (use a number and KB, MB or GB, for example 10MB)\n"},
-    FailureCase{"ZeroSize", {"IN", "--by-size", "0"}, 1,
-                "error: Set a maximum size per output file.\n"},
-    FailureCase{"NotAPDF", {"FAKE"}, 1, "error: Could not open fake.pdf.\n"},
     FailureCase{"Locked", {"LOCKED"}, 1, "error: Incorrect password.\n"}),
     [](const auto& info) { return std::string(info.param.name); });
 // clang-format on

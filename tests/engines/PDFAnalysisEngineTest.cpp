@@ -2,6 +2,7 @@
 #include "engines/PDFCoreError.hpp"
 #include "engines/SecurityScanner.hpp"
 #include "platform/PDFDocument.hpp"
+#include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
@@ -178,23 +179,11 @@ TEST(Analyze, ManyPagesGiveTheSameResultAsOnePageAtATime) {
 TEST(Analyze, FailuresNameTheProblem) {
     test::TempDir dir;
     const auto text = dir.write("notes.pdf", "just some text, not a PDF\n");
-    try {
-        PDFAnalysisEngine::analyze(text);
-        ADD_FAILURE();
-    } catch (const PDFCoreError& error) {
-        EXPECT_STREQ(error.what(), "Could not open notes.pdf.");
-    }
-    try {
-        PDFAnalysisEngine::analyze(
-            test::corpus("005-libreoffice-writer-password/libreoffice-writer-password.pdf"));
-        ADD_FAILURE();
-    } catch (const PDFCoreError& error) {
-        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::wrongPassword);
-    }
-    PDFBuilder ownerOnly;
-    ownerOnly.addPage().text("open to all");
-    ownerOnly.encrypt({.user = "", .owner = "owner"});
-    const auto analysis = PDFAnalysisEngine::analyze(ownerOnly.write(dir / "owner.pdf"));
+    EXPECT_STREQ(test::caughtCoreError([&] { PDFAnalysisEngine::analyze(text); }).what(),
+                 "Could not open notes.pdf.");
+    EXPECT_EQ(test::caughtCase([&] { PDFAnalysisEngine::analyze(test::lockedPDF(dir / "l.pdf")); }),
+              PDFCoreError::Case::wrongPassword);
+    const auto analysis = PDFAnalysisEngine::analyze(test::lockedPDF(dir / "owner.pdf", ""));
     EXPECT_TRUE(analysis.isEncrypted);
     EXPECT_EQ(PDFAnalysisEngine::recommendations(analysis).at(0).id, "unprotect");
 }

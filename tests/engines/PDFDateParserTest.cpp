@@ -1,39 +1,13 @@
 #include "engines/PDFDateParser.hpp"
 
-#include <gtest/gtest.h>
+#include "support/ScopedEnv.hpp"
 
-#include <cstdlib>
-#include <ctime>
+#include <gtest/gtest.h>
 
 namespace quillet {
 namespace {
 
 using namespace std::chrono;
-
-// Runs a test body in a fixed time zone and puts the process's zone back afterwards.
-class TimeZone {
-  public:
-    explicit TimeZone(const char* zone) {
-        if (const char* current = std::getenv("TZ")) {
-            saved_ = current;
-        }
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-    ~TimeZone() {
-        if (saved_) {
-            setenv("TZ", saved_->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
-
-  private:
-    std::optional<std::string> saved_;
-};
 
 struct DateCase {
     const char* zone;
@@ -48,7 +22,7 @@ system_clock::time_point utc(year_month_day day, int hours, int minutes = 0) {
 class PDFDateParsing : public testing::TestWithParam<DateCase> {};
 
 TEST_P(PDFDateParsing, ReadsLocalTimeAndAppliesTheOffsetInverted) {
-    TimeZone zone(GetParam().zone);
+    test::ScopedEnv zone("TZ", GetParam().zone);
     EXPECT_EQ(PDFDateParser::parse(GetParam().text), GetParam().expected)
         << GetParam().text << " in " << GetParam().zone;
 }

@@ -3,6 +3,7 @@
 #include "engines/PDFCoreError.hpp"
 #include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
+#include "support/ScopedEnv.hpp"
 #include "support/TempDir.hpp"
 
 #include <fmt/format.h>
@@ -20,14 +21,6 @@ using test::TempDir;
 
 const std::string encryptedCorpus =
     "005-libreoffice-writer-password/libreoffice-writer-password.pdf";
-
-std::filesystem::path plainFile(const TempDir& dir, int pages = 2) {
-    PDFBuilder builder;
-    for (int i = 0; i < pages; ++i) {
-        builder.addPage();
-    }
-    return builder.write(dir / "plain.pdf");
-}
 
 // "N pages" when `open` gives a document, the words of the error when it throws.
 std::string outcome(const std::function<PDFDocument()>& open) {
@@ -60,7 +53,7 @@ TEST(PDFDocumentEngineTest, OpenersOpenTheSameFilesAndSayWhyTheOthersFail) {
         {locked, "wrong", "Incorrect password.", "Incorrect password."},
         {locked, "openpassword", "1 pages", "1 pages"},
         {locked, "permissionpassword", "1 pages", "1 pages"},
-        {plainFile(dir), "wrong", "2 pages", "2 pages"},
+        {test::numberedPDF(dir / "plain.pdf", 2), "wrong", "2 pages", "2 pages"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.file.filename().string() + " with \"" + c.password + "\"");
@@ -101,10 +94,7 @@ std::filesystem::path pages(const TempDir& dir, std::vector<std::array<double, 4
 }
 
 std::filesystem::path locked(const TempDir& dir, const std::string& user) {
-    PDFBuilder b;
-    b.addPage();
-    b.encrypt({.user = user, .owner = "o"});
-    return b.write(dir / "locked.pdf");
+    return test::lockedPDF(dir / "locked.pdf", user);
 }
 
 // A one-page file whose font resource is named as producers wrote names before PDF 1.2 allowed
@@ -168,36 +158,13 @@ TEST(PDFDocumentEngineTest, ValidateOutputStopsAtTheFirstFailure) {
     }
 }
 
-// With TZ=UTC the local reading of a date is its UTC reading.
-class UTCZone {
-  public:
-    UTCZone() {
-        if (const char* zone = std::getenv("TZ")) {
-            saved_ = zone;
-        }
-        setenv("TZ", "UTC", 1);
-        tzset();
-    }
-    ~UTCZone() {
-        if (saved_) {
-            setenv("TZ", saved_->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
-        tzset();
-    }
-
-  private:
-    std::optional<std::string> saved_;
-};
-
 std::chrono::system_clock::time_point utc(std::chrono::year_month_day day, int hours) {
     return std::chrono::sys_days(day) + std::chrono::hours(hours);
 }
 
 TEST(PDFDocumentEngineTest, ReadMetadataTakesTheCatalogFirstAndTheTrailerForTheRest) {
     using namespace std::chrono;
-    UTCZone zone;
+    test::ScopedEnv zone("TZ", "UTC"); // the local reading of a date is its UTC reading
     TempDir dir;
     PDFBuilder builder;
     builder.addPage();

@@ -22,12 +22,8 @@ namespace fs = std::filesystem;
 using test::PDFBuilder;
 using test::TempDir;
 
-fs::path numberedPages(const TempDir& dir, int count, const std::string& name = "doc.pdf") {
-    PDFBuilder builder;
-    for (int i = 0; i < count; ++i) {
-        builder.addPage().text(fmt::format("page {}", i + 1), 72, 720, 36);
-    }
-    return builder.write(dir / name);
+fs::path numberedPages(const TempDir& dir, int count) {
+    return test::numberedPDF(dir / "doc.pdf", count);
 }
 
 PDFImageEngine::Result exportPages(const fs::path& input, const fs::path& folder,
@@ -65,13 +61,9 @@ TEST(ImageEngineSelection, PagesOnceAscendingOrRefused) {
         EXPECT_EQ(PDFImageEngine::selectedPages(c.text, c.pageCount), c.pages) << c.text;
     }
     for (const std::string text : {"abc", " abc ", "-3, 5-", ",;"}) {
-        try {
-            PDFImageEngine::selectedPages(text, 5);
-            ADD_FAILURE() << "nothing selected by \"" << text << "\", yet no error";
-        } catch (const PDFCoreError& error) {
-            EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
-            EXPECT_EQ(error.text(), "No pages matched \"" + text + "\".");
-        }
+        const auto error = test::caughtCoreError([&] { PDFImageEngine::selectedPages(text, 5); });
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+        EXPECT_EQ(error.text(), "No pages matched \"" + text + "\".");
     }
 }
 
@@ -80,9 +72,10 @@ TEST(ImageEngineNames, PaddedToTheDigitsOfThePageCount) {
         int pageNumber;
         int pageCount;
         std::string expected;
-    } cases[] = {{1, 1, "report-page-01.png"},    {9, 9, "report-page-09.png"},
-                 {10, 99, "report-page-10.png"},  {7, 100, "report-page-007.png"},
-                 {1, 120, "report-page-001.png"}, {42, 10000, "report-page-00042.png"}};
+    } cases[] = {{1, 1, "report-page-01.png"},
+                 {10, 99, "report-page-10.png"},
+                 {7, 100, "report-page-007.png"},
+                 {42, 10000, "report-page-00042.png"}};
     for (const auto& c : cases) {
         EXPECT_EQ(PDFImageEngine::fileName("report", c.pageNumber, c.pageCount, "png"), c.expected);
     }
@@ -146,25 +139,17 @@ TEST(ImageEngineExport, SidesTruncatedAtLeastOnePixel) {
     }
 }
 
-TEST(ImageEngineExport, ExtensionAndBytesOfTheFormat) {
-    const struct {
-        ImageOutputFormat format;
-        std::string extension;
-        std::size_t offset;
-        std::string magic;
-    } cases[] = {{ImageOutputFormat::png, "png", 0, "\x89PNG\r\n\x1a\n"},
-                 {ImageOutputFormat::jpeg, "jpeg", 0, "\xff\xd8\xff"},
-                 {ImageOutputFormat::tiff, "tiff", 0, std::string("II*\0", 4)},
-                 {ImageOutputFormat::heic, "heic", 4, "ftypheic"}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.extension);
+// The bytes of each format are ImageCodecTest's; here, the extension and an image that decodes.
+TEST(ImageEngineExport, ExtensionOfTheFormat) {
+    using F = ImageOutputFormat;
+    for (const auto& [format, extension] :
+         {std::pair{F::png, "png"}, std::pair{F::jpeg, "jpeg"}, std::pair{F::tiff, "tiff"},
+          std::pair{F::heic, "heic"}}) {
+        SCOPED_TRACE(extension);
         TempDir dir;
-        const auto result = exportPages(numberedPages(dir, 1), dir / "out", "", 36, c.format);
+        const auto result = exportPages(numberedPages(dir, 1), dir / "out", "", 36, format);
         ASSERT_EQ(result.files.size(), 1u);
-        EXPECT_EQ(result.files[0].filename(), "doc-page-01." + c.extension);
-        const std::string bytes = test::readFile(result.files[0]);
-        ASSERT_GT(bytes.size(), c.offset + c.magic.size());
-        EXPECT_EQ(bytes.substr(c.offset, c.magic.size()), c.magic);
+        EXPECT_EQ(result.files[0].filename(), std::string("doc-page-01.") + extension);
         const auto image = ImageIO::decode(result.files[0]);
         ASSERT_TRUE(image.has_value());
         EXPECT_EQ(image->width(), 306);
@@ -305,26 +290,20 @@ TEST(ImageEngineErrors, OversizedRenderRefusedWithAClearMessageAndNothingWritten
         builder.addPage(1, 1);
         builder.addPage(c.width, c.height);
         const auto input = builder.write(dir / "big.pdf");
-        try {
-            exportPages(input, dir / "out", "", c.dpi);
-            ADD_FAILURE() << "an oversized render was accepted";
-        } catch (const PDFCoreError& error) {
-            EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
-            const std::string message = error.what();
-            EXPECT_NE(message.find("big.pdf, page 2"), std::string::npos) << message;
-            EXPECT_NE(message.find(c.size), std::string::npos) << message;
-            EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
-        }
+        const auto error =
+            test::caughtCoreError([&] { exportPages(input, dir / "out", "", c.dpi); });
+        EXPECT_EQ(error.errorCase(), PDFCoreError::Case::invalidInput);
+        const std::string message = error.what();
+        EXPECT_NE(message.find("big.pdf, page 2"), std::string::npos) << message;
+        EXPECT_NE(message.find(c.size), std::string::npos) << message;
+        EXPECT_NE(message.find("limit of 400 megapixels"), std::string::npos) << message;
         EXPECT_TRUE(test::fileNames(dir / "out").empty());
     }
 }
 
 TEST(ImageEngineErrors, OpeningAndArgumentFailures) {
     TempDir dir;
-    PDFBuilder locked;
-    locked.addPage().text("secret");
-    locked.encrypt({.user = "u", .owner = "o"});
-    const auto lockedPath = locked.write(dir / "locked.pdf");
+    const auto lockedPath = test::lockedPDF(dir / "locked.pdf");
     const auto plain = numberedPages(dir, 1);
     const auto out = dir / "out";
 

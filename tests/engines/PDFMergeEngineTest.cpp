@@ -5,14 +5,13 @@
 #include "engines/JPEGHeader.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "platform/ImageIO.hpp"
+#include "support/CaughtError.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
-#include <qpdf/Pl_String.hh>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
 #include <vips/vips8>
 
 #include <fmt/format.h>
@@ -141,7 +140,7 @@ TEST(MergeJPEG, EmbedsTheFileBytesUnchangedWithTheirColourSpace) {
     EXPECT_EQ(out.image(3).getDict().getKey("/Decode").unparse(), "[ 1 0 1 0 1 0 1 0 ]");
     // Zero ink everywhere: with the Adobe inversion undone the CMYK page renders white.
     EXPECT_EQ(test::renderGray(dir / "out.pdf", 4).darkPixels(0, 0, 8, 8, 72), 0);
-    EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
+    EXPECT_TRUE(test::qpdfChecks(dir / "out.pdf"));
 }
 
 TEST(MergeOrientation, TurnsThePictureUprightWithoutReencoding) {
@@ -217,13 +216,6 @@ fs::path textPages(const TempDir& dir, const std::string& name, int count, int r
     return builder.write(dir / (name + ".pdf"));
 }
 
-std::string contents(QPDFObjectHandle page) {
-    std::string text;
-    Pl_String sink("contents", nullptr, text);
-    QPDFPageObjectHelper(page).pipeContents(&sink);
-    return text;
-}
-
 TEST(MergePDFs, KeepsEveryPageInOrderWithContentRotationAndLinks) {
     TempDir dir;
     const auto a = textPages(dir, "a", 3, 90);
@@ -246,7 +238,7 @@ TEST(MergePDFs, KeepsEveryPageInOrderWithContentRotationAndLinks) {
         auto qpdf = std::make_shared<QPDF>();
         qpdf->processFile(source.c_str());
         for (auto page : qpdf->getAllPages()) {
-            EXPECT_EQ(contents(out.pages.at(expected.size())), contents(page));
+            EXPECT_EQ(test::pageContents(out.pages.at(expected.size())), test::pageContents(page));
             EXPECT_EQ(out.pages.at(expected.size()).getKey("/Rotate").unparse(),
                       page.getKey("/Rotate").unparse());
             expected.push_back(page);
@@ -254,18 +246,11 @@ TEST(MergePDFs, KeepsEveryPageInOrderWithContentRotationAndLinks) {
     }
     EXPECT_TRUE(out.pages[3].getKey("/Resources").getKey("/XObject").hasKey("/Im0"));
     EXPECT_EQ(out.pages[4].getKey("/Annots").getArrayNItems(), 1);
-    EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
+    EXPECT_TRUE(test::qpdfChecks(dir / "out.pdf"));
 }
 
 fs::path good(const TempDir& dir) {
     return textPages(dir, "good", 2);
-}
-
-fs::path locked(const TempDir& dir, const std::string& user) {
-    PDFBuilder b;
-    b.addPage().text("secret");
-    b.encrypt({.user = user, .owner = "owner"});
-    return b.write(dir / (user.empty() ? "owned.pdf" : "locked.pdf"));
 }
 
 TEST(MergeFailure, ReportsTheFileAndWritesNothing) {
@@ -303,7 +288,8 @@ TEST(MergeFailure, ReportsTheFileAndWritesNothing) {
          Case::cannotOpen, "Could not open gone.pdf."},
         {"Damaged", [&](const TempDir& d) { return Inputs{good(d), truncated(d)}; },
          Case::cannotOpen, "Could not open cut.pdf."},
-        {"NeedsPassword", [](const TempDir& d) { return Inputs{good(d), locked(d, "u")}; },
+        {"NeedsPassword",
+         [](const TempDir& d) { return Inputs{good(d), test::lockedPDF(d / "locked.pdf")}; },
          Case::cannotOpen, "Could not open locked.pdf."},
         {"NoPages", [](const TempDir& d) { return Inputs{PDFBuilder().write(d / "empty.pdf")}; },
          Case::emptyDocument, "The document has no pages."},
@@ -314,13 +300,10 @@ TEST(MergeFailure, ReportsTheFileAndWritesNothing) {
         TempDir dir;
         const auto inputs = c.inputs(dir);
         const auto output = dir.write("out.pdf", "earlier result");
-        try {
-            PDFMergeEngine::merge(inputs, output, {}, {});
-            ADD_FAILURE() << "no error";
-        } catch (const PDFCoreError& error) {
-            EXPECT_EQ(error.errorCase(), c.errorCase);
-            EXPECT_EQ(error.what(), c.message);
-        }
+        const auto error =
+            test::caughtCoreError([&] { PDFMergeEngine::merge(inputs, output, {}, {}); });
+        EXPECT_EQ(error.errorCase(), c.errorCase);
+        EXPECT_EQ(error.what(), c.message);
         EXPECT_EQ(test::readFile(output), "earlier result");
         const auto present = std::count_if(inputs.begin(), inputs.end(),
                                            [](const fs::path& input) { return fs::exists(input); });
@@ -330,8 +313,9 @@ TEST(MergeFailure, ReportsTheFileAndWritesNothing) {
 
 TEST(MergePDFs, MergesAFileWithOnlyAnOwnerPassword) {
     TempDir dir;
-    EXPECT_EQ(PDFMergeEngine::merge({locked(dir, ""), good(dir)}, dir / "out.pdf", {}, {}), 3);
-    EXPECT_EQ(test::runTool("qpdf", {"--check", (dir / "out.pdf").string()}).status, 0);
+    const auto owned = test::lockedPDF(dir / "owned.pdf", "");
+    EXPECT_EQ(PDFMergeEngine::merge({owned, good(dir)}, dir / "out.pdf", {}, {}), 3);
+    EXPECT_TRUE(test::qpdfChecks(dir / "out.pdf"));
 }
 
 TEST(MergePDFs, CancellationStopsBeforeTheNextInputAndWritesNothing) {

@@ -4,7 +4,7 @@
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PDFOCREngine.hpp"
 #include "support/CaughtError.hpp"
-#include "support/Process.hpp"
+#include "support/IndependentChecks.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -30,13 +30,7 @@ std::string shellQuoted(const fs::path& path) { return "'" + path.string() + "'"
 
 // Page `page` of the thesis as a scanner stores it: a JPEG at `dpi` filling the page.
 fs::path scannedPage(const test::TempDir& dir, int page, int dpi, const std::string& name) {
-    const auto picture = dir / (name + "-picture");
-    run("pdftoppm -r " + std::to_string(dpi) + " -jpeg -singlefile -f " + std::to_string(page) +
-        " -l " + std::to_string(page) + " " + shellQuoted(thesis) + " " + shellQuoted(picture));
-    const auto pdf = dir / (name + ".pdf");
-    run("python3 " + shellQuoted(fs::path(test::sourceFolder()) / "bench" / "make-scan.py") + " " +
-        shellQuoted(pdf) + " --dpi " + std::to_string(dpi) + " " + shellQuoted(fs::path(picture.string() + ".jpg")));
-    return pdf;
+    return test::scannedThesis(dir / (name + ".pdf"), page, page, dpi);
 }
 
 std::string text(const fs::path& pdf, int page) {
@@ -114,7 +108,7 @@ TEST(PDFOCREngine, ScannedPagesBecomeSearchableAndNothingElseChanges) {
     EXPECT_EQ(outcome.pagesWithText, 1);
     EXPECT_EQ(progress, (std::vector<double>{0.5, 1.0}));
     EXPECT_EQ(test::readFile(input), before);
-    EXPECT_EQ(test::runProcess("/usr/bin/qpdf", {"--check", output.string()}).status, 0);
+    EXPECT_TRUE(test::qpdfChecks(output));
     // The words of the born-digital page are found on its scan, where a reader selects them.
     EXPECT_GE(recall(words(text(thesis, 2)), words(text(output, 1))), 0.7);
     // The picture is kept byte for byte, and the page that had text is as it was.

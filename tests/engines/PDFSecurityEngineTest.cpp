@@ -2,13 +2,12 @@
 #include "engines/PDFSecurityEngine.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "support/CaughtError.hpp"
 #include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace quillet {
 namespace {
@@ -41,17 +40,6 @@ std::string pdfinfo(const fs::path& file, const std::string& password = "") {
     return test::runTool("pdfinfo", arguments).out;
 }
 
-Case failureOf(const std::function<void()>& work, std::string& message) {
-    try {
-        work();
-    } catch (const PDFCoreError& error) {
-        message = error.what();
-        return error.errorCase();
-    }
-    ADD_FAILURE() << "no PDFCoreError thrown";
-    return Case::invalidInput;
-}
-
 struct Passwords {
     const char* name;
     std::string user;
@@ -76,10 +64,8 @@ TEST_P(ProtectTest, EncryptsWithAES256AndTheRightOwnerPassword) {
     EXPECT_NE(report.find("Supplied password is user password"), std::string::npos);
     EXPECT_NE(encryptionReport(output, c.expectedOwner).find("Supplied password is owner password"),
               std::string::npos);
-    EXPECT_NE(test::runTool("qpdf", {"--check", output.string()}).status, 0)
-        << "opens without a password";
-    EXPECT_EQ(test::runTool("qpdf", {"--check", "--password=" + c.user, output.string()}).status,
-              0);
+    EXPECT_FALSE(test::qpdfChecks(output)) << "opens without a password";
+    EXPECT_TRUE(test::qpdfChecks(output, c.user));
     EXPECT_NE(pdfinfo(output, c.user).find("Title:           Quarterly"), std::string::npos);
 }
 
@@ -92,12 +78,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, ProtectTest,
 
 TEST(PDFSecurityEngineTest, ProtectRefusesAnEmptyOpenPasswordBeforeReadingTheInput) {
     TempDir dir;
-    std::string message;
-    EXPECT_EQ(
-        failureOf([&] { PDFSecurityEngine::protect(dir / "absent.pdf", dir / "o.pdf", "", "x"); },
-                  message),
-        Case::invalidInput);
-    EXPECT_EQ(message, "Enter an open password.");
+    const auto error = test::caughtCoreError(
+        [&] { PDFSecurityEngine::protect(dir / "absent.pdf", dir / "o.pdf", "", "x"); });
+    EXPECT_EQ(error.errorCase(), Case::invalidInput);
+    EXPECT_STREQ(error.what(), "Enter an open password.");
     EXPECT_FALSE(fs::exists(dir / "o.pdf"));
 }
 
@@ -108,9 +92,8 @@ TEST(PDFSecurityEngineTest, ProtectMakesTheOutputFolderAndCanReplaceItsInput) {
     EXPECT_NE(encryptionReport(dir / "new/folder/out.pdf", "pw").find("R = 6"), std::string::npos);
     PDFSecurityEngine::protect(input, input, "pw", "");
     EXPECT_NE(encryptionReport(input, "pw").find("R = 6"), std::string::npos);
-    std::string message;
     EXPECT_EQ(
-        failureOf([&] { PDFSecurityEngine::protect(input, dir / "again.pdf", "x", ""); }, message),
+        test::caughtCase([&] { PDFSecurityEngine::protect(input, dir / "again.pdf", "x", ""); }),
         Case::wrongPassword);
 }
 
@@ -129,7 +112,7 @@ TEST(PDFSecurityEngineTest, ProtectThenRemoveGivesBackThePagesAndTheMetadata) {
         EXPECT_NE(info.find("Title:           Quarterly"), std::string::npos) << info;
         EXPECT_NE(info.find("Author:          Jane Roe"), std::string::npos) << info;
         EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
-        EXPECT_EQ(test::runTool("qpdf", {"--check", output.string()}).status, 0);
+        EXPECT_TRUE(test::qpdfChecks(output));
     }
 }
 
@@ -139,11 +122,10 @@ TEST(PDFSecurityEngineTest, AWrongPasswordFailsAndWritesNothing) {
     PDFSecurityEngine::protect(titledDocument(dir), locked, "right", "");
     const std::string before = test::readFile(locked);
     for (const auto& output : {dir / "out.pdf", locked}) {
-        std::string message;
-        EXPECT_EQ(
-            failureOf([&] { PDFSecurityEngine::removePassword(locked, output, "wrong"); }, message),
-            Case::wrongPassword);
-        EXPECT_EQ(message, "Incorrect password.");
+        const auto error = test::caughtCoreError(
+            [&] { PDFSecurityEngine::removePassword(locked, output, "wrong"); });
+        EXPECT_EQ(error.errorCase(), Case::wrongPassword);
+        EXPECT_STREQ(error.what(), "Incorrect password.");
     }
     EXPECT_FALSE(fs::exists(dir / "out.pdf"));
     EXPECT_EQ(test::readFile(locked), before);

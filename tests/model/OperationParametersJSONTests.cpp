@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
                     R"("newOrder":[]})"},
         EncodingRow{P::PDFToImages{"heic", 300, "2-4", 0.5},
                     R"({"type":"pdfToImages","format":"heic","dpi":300,"pages":"2-4",)"
-                    R"("jpegQuality":0.5})"},
+                    R"("jpegQuality":0.5,"renderTimeout":30})"},
         EncodingRow{P::ImagesToPDF{"a4", "fill", 18.5},
                     R"({"type":"imagesToPDF","pageSize":"a4","fit":"fill","marginPT":18.5})"},
         EncodingRow{P::Clean{CleanPreset::flattenAndClean},

@@ -25,11 +25,7 @@ std::vector<double> pageWidths(const PDFDocument& document) {
 
 // Pages told apart by their widths: 100, 200, ...
 std::filesystem::path numberedPages(const TempDir& dir, const std::string& name, int count) {
-    PDFBuilder builder;
-    for (int i = 1; i <= count; ++i) {
-        builder.addPage(100.0 * i, 500).text("page " + std::to_string(i));
-    }
-    return builder.write(dir / name);
+    return test::numberedPDF(dir / name, count, 100, 100, 500);
 }
 
 TEST(PDFDocumentTest, EncryptedFileOpensLockedUntilAWrongPasswordIsReplacedByTheRightOne) {
@@ -72,10 +68,7 @@ TEST(PDFDocumentTest, UnencryptedAndOwnerOnlyFilesOpenUnlocked) {
     EXPECT_EQ(plain.password(), "");
     EXPECT_EQ(plain.pageCount(), 2);
 
-    PDFBuilder builder;
-    builder.addPage();
-    builder.encrypt({.user = "", .owner = "secret"});
-    auto owned = PDFDocument::open(builder.write(dir / "owner-only.pdf"));
+    auto owned = PDFDocument::open(test::lockedPDF(dir / "owner-only.pdf", "", "secret"));
     EXPECT_FALSE(owned.isLocked());
     EXPECT_TRUE(owned.isEncrypted());
     EXPECT_EQ(owned.pageCount(), 1);
@@ -131,12 +124,6 @@ TEST(PDFDocumentTest, SetRotationTakesDegreesModulo360AndSurvivesWriting) {
     }
     EXPECT_THROW(page.setRotation(45), std::invalid_argument);
     EXPECT_EQ(page.rotation(), 270);
-    // Four quarter turns give the original.
-    auto turned = document.page(1);
-    for (int turn = 1; turn <= 4; ++turn) {
-        turned.setRotation(turned.rotation() + 90);
-        EXPECT_EQ(turned.rotation(), (90 + 90 * turn) % 360);
-    }
     document.page(1).setRotation(-180);
     document.write(dir / "out.pdf");
     auto reopened = PDFDocument::open(dir / "out.pdf");

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <limits>
 
@@ -235,6 +236,28 @@ TEST(PDFRenderer, TransformRunsPerPageAndConsumerCanStopTheRun) {
     };
     EXPECT_THROW(document.renderPagesInOrder(requests, pixels, consume, 2), std::runtime_error);
     EXPECT_EQ(sizes, (std::vector<std::int64_t>(3, 148 * 210)));
+}
+
+// A page whose forms fill 10^9 squares would draw for many minutes: its time limit or its caller's
+// cancel stops it, and the document's other pages still draw.
+TEST(PDFRenderer, SlowPageStopsAtItsTimeLimitOrOnCancel) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage().formFanOut(9, 10);
+    builder.addPage();
+    const auto path = dir.write("bomb.pdf", builder.bytes());
+    auto document = PDFRenderer().open(path);
+    try {
+        (void)document.render(0, {.scale = 0.1, .timeout = std::chrono::milliseconds(300)});
+        ADD_FAILURE() << "the bomb was drawn";
+    } catch (const RenderError& error) {
+        EXPECT_EQ(error.reason(), Reason::tooSlow);
+        EXPECT_EQ(std::string(error.what()), path.string() + ": Page 1 takes too long to draw");
+    }
+    std::atomic<int> asked{0};
+    const Options cancelling{.scale = 0.1, .timeout = {}, .isCancelled = [&] { return ++asked > 2; }};
+    EXPECT_EQ(reasonOf([&] { (void)document.render(0, cancelling); }), Reason::cancelled);
+    EXPECT_TRUE(allWhite(document.render(1, {.scale = 0.1})));
 }
 
 } // namespace

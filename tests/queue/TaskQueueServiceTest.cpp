@@ -32,9 +32,7 @@ TaskSpec compressSpec(const fs::path& input) {
 }
 
 fs::path samplePDF(const test::TempDir& dir, const std::string& name) {
-    test::PDFBuilder builder;
-    builder.addPage().text("Page of " + name);
-    return builder.write(dir / name);
+    return test::numberedPDF(dir / name, 1);
 }
 
 std::vector<std::string> queuedIDs(const fs::path& file) {

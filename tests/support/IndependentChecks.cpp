@@ -2,8 +2,10 @@
 
 #include "support/TempDir.hpp"
 
+#include <qpdf/Pl_String.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjGen.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QUtil.hh>
 
 #include <gtest/gtest.h>
@@ -83,6 +85,52 @@ ObjectGraph inspectObjectGraph(const std::filesystem::path& file, const std::str
         }
     }
     return graph;
+}
+
+bool qpdfChecks(const std::filesystem::path& file, const std::string& password) {
+    return runTool("qpdf", {"--check", "--password=" + password, file.string()}).status == 0;
+}
+
+std::vector<int> pageWidths(const std::filesystem::path& file) {
+    QPDF qpdf;
+    qpdf.processFile(file.c_str());
+    std::vector<int> widths;
+    for (auto& page : QPDFPageDocumentHelper(qpdf).getAllPages()) {
+        const auto box = page.getMediaBox().getArrayAsRectangle();
+        widths.push_back(static_cast<int>(box.urx - box.llx));
+    }
+    return widths;
+}
+
+std::string pageContents(QPDFObjectHandle page) {
+    std::string contents;
+    Pl_String sink("contents", nullptr, contents);
+    QPDFPageObjectHelper(page).pipeContents(&sink);
+    return contents;
+}
+
+std::filesystem::path scannedThesis(const std::filesystem::path& pdf, int first, int last, int dpi,
+                                    std::optional<int> jpegQuality) {
+    TempDir pictures;
+    std::vector<std::string> arguments{"-r", std::to_string(dpi), "-jpeg"};
+    if (jpegQuality) {
+        arguments.insert(arguments.end(), {"-jpegopt", "quality=" + std::to_string(*jpegQuality)});
+    }
+    arguments.insert(arguments.end(),
+                     {"-f", std::to_string(first), "-l", std::to_string(last),
+                      corpus("009-pdflatex-geotopo/GeoTopo-komprimiert.pdf").string(),
+                      (pictures / "page").string()});
+    const auto drawn = runTool("pdftoppm", arguments);
+    EXPECT_EQ(drawn.status, 0) << drawn.err;
+    std::vector<std::string> make{
+        (std::filesystem::path(sourceFolder()) / "bench" / "make-scan.py").string(), pdf.string(),
+        "--dpi", std::to_string(dpi)};
+    for (const auto& name : fileNames(pictures.path())) {
+        make.push_back((pictures / name).string());
+    }
+    const auto made = runTool("python3", make);
+    EXPECT_EQ(made.status, 0) << made.err;
+    return pdf;
 }
 
 int GrayPage::darkPixels(double left, double top, double right, double bottom, double dpi,

@@ -5,8 +5,11 @@
 
 #include "support/Process.hpp"
 
+#include <qpdf/QPDFObjectHandle.hh>
+
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,6 +34,21 @@ struct ObjectGraph {
 };
 
 ObjectGraph inspectObjectGraph(const std::filesystem::path& file, const std::string& password = "");
+
+/// Whether `qpdf --check` (with `password`) finds the file sound.
+bool qpdfChecks(const std::filesystem::path& file, const std::string& password = "");
+
+/// The width of every page's media box, in page order, read straight through qpdf.
+std::vector<int> pageWidths(const std::filesystem::path& file);
+
+/// The decoded content streams of a page, joined as a viewer reads them.
+std::string pageContents(QPDFObjectHandle page);
+
+/// Pages `first` to `last` of the corpus's thesis as a scanner stores them, one JPEG at `dpi`
+/// filling each page (pdftoppm, then bench/make-scan.py), written to `pdf`. Fails the calling
+/// test when a tool fails.
+std::filesystem::path scannedThesis(const std::filesystem::path& pdf, int first, int last, int dpi,
+                                    std::optional<int> jpegQuality = std::nullopt);
 
 /// A page rendered by pdftoppm to 8-bit gray.
 struct GrayPage {

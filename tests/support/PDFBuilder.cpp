@@ -198,6 +198,23 @@ std::filesystem::path PDFBuilder::write(const std::filesystem::path& path, Damag
     return writeFile(path, bytes(damage));
 }
 
+std::filesystem::path numberedPDF(const std::filesystem::path& path, int count, double width,
+                                  double widthStep, double height) {
+    PDFBuilder builder;
+    for (int k = 0; k < count; ++k) {
+        builder.addPage(width + k * widthStep, height).text(fmt::format("page {}", k + 1));
+    }
+    return builder.write(path);
+}
+
+std::filesystem::path lockedPDF(const std::filesystem::path& path, const std::string& user,
+                                const std::string& owner) {
+    PDFBuilder builder;
+    builder.addPage().text("secret");
+    builder.encrypt({.user = user, .owner = owner});
+    return builder.write(path);
+}
+
 } // namespace quillet::test
 
 namespace quillet::test {

@@ -80,6 +80,9 @@ class PDFBuilder {
                         double width, double height);
         /// Forms that draw each other in a ring of `length` (1: a form that draws itself).
         Page& cyclicForms(int length);
+        /// A rendering bomb: forms `depth` deep, each drawing the next `fanOut` times, so the
+        /// page fills fanOut^depth small squares.
+        Page& formFanOut(int depth, int fanOut);
         Page& textNote(const std::string& contents);
         Page& link(const std::string& uri);
         Page& launch(const std::string& file);
@@ -157,5 +160,15 @@ class PDFBuilder {
 
 /// Escapes text for a PDF literal string: "(a)" for "a", with \, ( and ) escaped.
 std::string pdfLiteral(const std::string& text);
+
+/// `count` pages saying "page 1", "page 2", ...; page k (from 0) is `width + k * widthStep` points
+/// wide, so that pages can be told apart by their media boxes wherever they end up.
+std::filesystem::path numberedPDF(const std::filesystem::path& path, int count, double width = 612,
+                                  double widthStep = 0, double height = 792);
+
+/// One page saying "secret", encrypted (AES-256) with these passwords; an empty `user` makes a
+/// file that opens without one.
+std::filesystem::path lockedPDF(const std::filesystem::path& path, const std::string& user = "u",
+                                const std::string& owner = "o");
 
 } // namespace quillet::test

@@ -212,6 +212,21 @@ PDFBuilder::Page& PDFBuilder::Page::cyclicForms(int length) {
     return content(fmt::format("{} Do", key.getName()));
 }
 
+PDFBuilder::Page& PDFBuilder::Page::formFanOut(int depth, int fanOut) {
+    QPDFObjectHandle inner = formXObject(qpdf_, "0 0 10 10 re f");
+    for (int level = 1; level < depth; ++level) {
+        std::string operators;
+        for (int i = 0; i < fanOut; ++i) {
+            operators += "/Fm1 Do ";
+        }
+        auto form = formXObject(qpdf_, operators);
+        dictionaryIn(form.getDict().getKey("/Resources"), "/XObject").replaceKey("/Fm1", inner);
+        inner = form;
+    }
+    auto key = resource("XObject", "Fm", inner);
+    return content(fmt::format("{} Do", key.getName()));
+}
+
 } // namespace quillet::test
 
 namespace quillet::test {

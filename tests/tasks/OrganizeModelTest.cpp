@@ -40,17 +40,6 @@ Widths widths(const OrganizeModel& model) {
     return result;
 }
 
-Widths writtenWidths(const fs::path& file) {
-    QPDF qpdf;
-    qpdf.processFile(file.c_str());
-    Widths result;
-    for (auto page : qpdf.getAllPages()) {
-        result.push_back(
-            static_cast<int>(page.getKey("/MediaBox").getArrayItem(2).getNumericValue()));
-    }
-    return result;
-}
-
 class OrganizeModelTest : public testing::Test {
   protected:
     OrganizeModelTest() : history(state / "history.json"), model(&history) { model.load(source); }
@@ -227,8 +216,8 @@ TEST_F(OrganizeModelTest, SaveWritesBesideTheSourceAndRecordsIt) {
     model.movePage(3, 0);
     ASSERT_EQ(model.save(false, OutputRule{}), OrganizeModel::SaveOutcome::saved);
     ASSERT_EQ(model.lastOutput(), dir / "report-organized.pdf");
-    EXPECT_EQ(writtenWidths(*model.lastOutput()), (Widths{130, 100, 110, 120}));
-    EXPECT_EQ(test::runTool("qpdf", {"--check", model.lastOutput()->string()}).status, 0);
+    EXPECT_EQ(test::pageWidths(*model.lastOutput()), (Widths{130, 100, 110, 120}));
+    EXPECT_TRUE(test::qpdfChecks(*model.lastOutput()));
     EXPECT_EQ(test::readFile(source), before) << "the source was modified";
     ASSERT_EQ(history.entries().size(), 1u);
     const auto& entry = history.entries()[0];
@@ -295,7 +284,7 @@ TEST_F(OrganizeModelTest, ExtractWritesTheSelectionInDocumentOrder) {
               PDFCoreError::Case::emptyDocument);
     selectAt({3, 1});
     model.extractSelection(dir / "picked.pdf");
-    EXPECT_EQ(writtenWidths(dir / "picked.pdf"), (Widths{110, 130}));
+    EXPECT_EQ(test::pageWidths(dir / "picked.pdf"), (Widths{110, 130}));
     EXPECT_EQ(widths(model), (Widths{100, 110, 120, 130}));
     EXPECT_FALSE(fs::exists(dir / "none.pdf"));
     ASSERT_EQ(history.entries().size(), 1u);

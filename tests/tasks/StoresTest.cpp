@@ -1,3 +1,4 @@
+#include "support/ScopedEnv.hpp"
 #include "support/TempDir.hpp"
 #include "tasks/AppDirectories.hpp"
 #include "tasks/HistoryStore.hpp"
@@ -7,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -165,15 +165,10 @@ TEST(StateFile, AFailedWriteLeavesTheOldFileAndNoTemporary) {
 
 TEST(AppDirectories, FollowsXDGDataHomeAndCreatesAPrivateFolder) {
     TempDir dir;
-    const char* saved = std::getenv("XDG_DATA_HOME");
-    const std::string previous = saved ? saved : "";
-    ::setenv("XDG_DATA_HOME", (dir / "data").c_str(), 1);
-    const auto support = AppDirectories::support();
-    if (saved) {
-        ::setenv("XDG_DATA_HOME", previous.c_str(), 1);
-    } else {
-        ::unsetenv("XDG_DATA_HOME");
-    }
+    const auto support = [&] {
+        test::ScopedEnv data("XDG_DATA_HOME", (dir / "data").string());
+        return AppDirectories::support();
+    }();
     EXPECT_EQ(support, dir / "data" / "quillet");
     ASSERT_TRUE(fs::is_directory(support));
     EXPECT_EQ(fs::status(support).permissions() & fs::perms::all, fs::perms::owner_all);

@@ -8,7 +8,6 @@
 #include "tasks/TaskRunner.hpp"
 
 #include <gtest/gtest.h>
-#include <qpdf/Pl_String.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 
 namespace quillet {
@@ -21,21 +20,10 @@ using test::TempDir;
 
 /// A PDF whose page k (zero-based) is 300 + k points wide, so pages can be told apart.
 fs::path numberedPDF(const fs::path& path, int pages) {
-    PDFBuilder builder;
-    for (int k = 0; k < pages; ++k) {
-        builder.addPage(300 + k, 400).text("page " + std::to_string(k + 1));
-    }
-    return builder.write(path);
+    return test::numberedPDF(path, pages, 300, 1, 400);
 }
 
-std::vector<int> pageWidths(const fs::path& path) {
-    auto document = PDFDocument::open(path);
-    std::vector<int> widths;
-    for (int i = 0; i < document.pageCount(); ++i) {
-        widths.push_back(static_cast<int>(document.page(i).mediaBox().width));
-    }
-    return widths;
-}
+using test::pageWidths;
 
 TaskSpec spec(PDFOperationKind operation, std::vector<fs::path> inputs, P parameters,
               OutputRule rule = {}) {
@@ -164,9 +152,7 @@ std::vector<PageShape> pageShapes(const fs::path& path) {
     for (auto& page : QPDFPageDocumentHelper(qpdf).getAllPages()) {
         const auto box = page.getMediaBox().getArrayAsRectangle();
         auto rotate = page.getAttribute("/Rotate", false);
-        std::string content;
-        Pl_String sink("content", nullptr, content);
-        page.pipeContents(&sink);
+        const auto content = test::pageContents(page.getObjectHandle());
         shapes.push_back({static_cast<int>(box.urx - box.llx), static_cast<int>(box.ury - box.lly),
                           rotate.isInteger() ? rotate.getIntValueAsInt() : 0,
                           content.find_first_not_of(" \t\r\n") == std::string::npos});
@@ -205,7 +191,7 @@ TEST(TaskRunner, MergeBlankPagesSeparateTheInputsShapedLikeThePageBefore) {
         EXPECT_EQ(result.note, c.note);
         EXPECT_EQ(pageShapes(result.outputs[0]), c.pages);
         EXPECT_EQ(result.resultBytes, TaskRunner::inputSize(result.outputs[0]));
-        EXPECT_EQ(test::runTool("qpdf", {"--check", result.outputs[0].string()}).status, 0);
+        EXPECT_TRUE(test::qpdfChecks(result.outputs[0]));
         EXPECT_EQ(progress.reports.back(), 1.0);
         EXPECT_TRUE(std::is_sorted(progress.reports.begin(), progress.reports.end()));
         fs::remove(result.outputs[0]);
