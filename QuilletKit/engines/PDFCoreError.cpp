@@ -13,8 +13,13 @@ PDFCoreError PDFCoreError::fileNotFound(const std::filesystem::path& url) {
     return error;
 }
 
-PDFCoreError PDFCoreError::cannotOpen(const std::filesystem::path& url) {
-    PDFCoreError error(Case::cannotOpen, "Could not open " + url.filename().string() + ".");
+PDFCoreError PDFCoreError::cannotOpen(const std::filesystem::path& url, std::string reason) {
+    while (!reason.empty() && (reason.back() == '.' || reason.back() == ' ')) {
+        reason.pop_back();
+    }
+    PDFCoreError error(Case::cannotOpen, "Could not open " + url.filename().string() +
+                                             (reason.empty() ? "." : ": " + reason + "."));
+    error.text_ = std::move(reason);
     error.url_ = url;
     return error;
 }

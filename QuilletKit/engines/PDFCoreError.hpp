@@ -27,7 +27,8 @@ class PDFCoreError : public std::exception {
     };
 
     static PDFCoreError fileNotFound(const std::filesystem::path& url);
-    static PDFCoreError cannotOpen(const std::filesystem::path& url);
+    /// "Could not open NAME." or, with a `reason`, "Could not open NAME: REASON."
+    static PDFCoreError cannotOpen(const std::filesystem::path& url, std::string reason = {});
     static PDFCoreError invalidInput(std::string text);
     static PDFCoreError writeFailed(std::string text);
     static PDFCoreError validationFailed(std::string text);
@@ -38,7 +39,8 @@ class PDFCoreError : public std::exception {
     Case errorCase() const noexcept { return case_; }
     /// The path of `fileNotFound` and `cannotOpen`; empty for the other cases.
     const std::filesystem::path& url() const noexcept { return url_; }
-    /// The payload text of `invalidInput`, `writeFailed` and `validationFailed`.
+    /// The payload text of `invalidInput`, `writeFailed` and `validationFailed`; the reason of
+    /// `cannotOpen` (may be empty).
     const std::string& text() const noexcept { return text_; }
     /// The target size of `cannotReachTarget`; 0 for the other cases.
     std::int64_t bytes() const noexcept { return bytes_; }

@@ -29,7 +29,8 @@ bool fileExists(const std::filesystem::path& url) {
         if (error.kind() == PDFDocumentError::Kind::refused) {
             throw PDFCoreError::invalidInput(error.what());
         }
-        throw PDFCoreError::cannotOpen(url);
+        throw PDFCoreError::cannotOpen(
+            url, error.kind() == PDFDocumentError::Kind::cannotOpen ? error.detail() : "");
     } catch (const std::exception&) {
         throw PDFCoreError::cannotOpen(url);
     }

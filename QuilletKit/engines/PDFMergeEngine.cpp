@@ -162,8 +162,13 @@ int PDFMergeEngine::appendPDF(PDFDocument& merged, const fs::path& input,
     std::optional<PDFDocument> source;
     try {
         source = PDFDocument::open(input);
-    } catch (const PDFDocumentError&) {
-        throw PDFCoreError::cannotOpen(input);
+    } catch (const PDFDocumentError& error) {
+        if (error.kind() == PDFDocumentError::Kind::refused) {
+            throw PDFCoreError::invalidInput(error.what());
+        }
+        throw PDFCoreError::cannotOpen(input, error.kind() == PDFDocumentError::Kind::cannotOpen
+                                                  ? error.detail()
+                                                  : std::string());
     }
     if (source->isLocked() && !source->unlock("")) {
         throw PDFCoreError::cannotOpen(input);

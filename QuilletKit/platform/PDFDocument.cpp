@@ -14,6 +14,7 @@
 
 namespace quillet {
 
+using detail::flattenLoopingPageTree;
 using detail::rebuildPageTreeIfEmpty;
 using detail::repairDegenerateMediaBoxes;
 using detail::translatingQPDFErrors;
@@ -65,6 +66,7 @@ bool PDFDocument::load(const std::string& password) {
             qpdf->processFile(path_.c_str(), password.c_str());
         }
         qpdf->getRoot();
+        flattenLoopingPageTree(*qpdf);
         rebuildPageTreeIfEmpty(*qpdf);
         // A page without a usable box is shown on US Letter by viewers; it is given that box
         // here, so that what we write reads back as a page.
@@ -87,7 +89,7 @@ bool PDFDocument::load(const std::string& password) {
         if (error.getErrorCode() == qpdf_e_password) {
             return false;
         }
-        throw PDFDocumentError(Kind::cannotOpen, error.what());
+        throw PDFDocumentError(Kind::cannotOpen, error.what(), error.getMessageDetail());
     } catch (const std::exception& error) {
         throw PDFDocumentError(Kind::cannotOpen, error.what());
     }

@@ -26,13 +26,17 @@ class PDFDocumentError : public std::runtime_error {
         refused,
     };
 
-    PDFDocumentError(Kind kind, const std::string& message)
-        : std::runtime_error(message), kind_(kind) {}
+    PDFDocumentError(Kind kind, const std::string& message, std::string detail = {})
+        : std::runtime_error(message), kind_(kind), detail_(std::move(detail)) {}
 
     Kind kind() const noexcept { return kind_; }
+    /// What is wrong, in a few words and without the file's name or offsets ("loop detected in
+    /// /Pages structure"); the whole message when qpdf gave no separate detail.
+    std::string detail() const { return detail_.empty() ? what() : detail_; }
 
   private:
     Kind kind_;
+    std::string detail_;
 };
 
 } // namespace quillet

@@ -6,6 +6,10 @@
 #include <qpdf/QPDFPageDocumentHelper.hh>
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -39,7 +43,67 @@ std::vector<FoundPage> pageObjectsInFileOrder(QPDF& qpdf) {
     return found;
 }
 
+void setFlatPageTree(QPDF& qpdf, std::vector<QPDFObjectHandle>& pages) {
+    auto tree = qpdf.makeIndirectObject(QPDFObjectHandle::newDictionary());
+    auto kids = QPDFObjectHandle::newArray();
+    for (auto& page : pages) {
+        page.replaceKey("/Parent", tree);
+        kids.appendItem(page);
+    }
+    tree.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
+    tree.replaceKey("/Kids", kids);
+    tree.replaceKey("/Count", QPDFObjectHandle::newInteger(static_cast<long long>(pages.size())));
+    qpdf.getRoot().replaceKey("/Pages", tree);
+    qpdf.updateAllPagesCache();
+}
+
+constexpr std::array<const char*, 4> inheritedKeys{"/MediaBox", "/CropBox", "/Resources",
+                                                   "/Rotate"};
+
+void collectPages(QPDFObjectHandle node, std::map<std::string, QPDFObjectHandle> inherited,
+                  std::set<QPDFObjGen>& seen, std::vector<QPDFObjectHandle>& pages, int depth) {
+    if (!node.isDictionary() || depth > 256 ||
+        (node.isIndirect() && !seen.insert(node.getObjGen()).second)) {
+        return;
+    }
+    auto kids = node.getKey("/Kids");
+    const bool isPage = !kids.isArray() || node.getKey("/Type").isNameAndEquals("/Page");
+    if (isPage) {
+        for (const auto& [key, value] : inherited) {
+            if (!node.hasKey(key)) {
+                node.replaceKey(key, value);
+            }
+        }
+        pages.push_back(node);
+        return;
+    }
+    for (const char* key : inheritedKeys) {
+        if (node.hasKey(key)) {
+            inherited[key] = node.getKey(key);
+        }
+    }
+    for (int i = 0; i < kids.getArrayNItems(); ++i) {
+        collectPages(kids.getArrayItem(i), inherited, seen, pages, depth + 1);
+    }
+}
+
 } // namespace
+
+bool flattenLoopingPageTree(QPDF& qpdf) {
+    try {
+        (void)qpdf.getAllPages();
+        return false;
+    } catch (const std::exception&) {
+        std::set<QPDFObjGen> seen;
+        std::vector<QPDFObjectHandle> pages;
+        collectPages(qpdf.getRoot().getKey("/Pages"), {}, seen, pages, 0);
+        if (pages.empty()) {
+            throw; // nothing to rebuild from: qpdf's reason stands
+        }
+        setFlatPageTree(qpdf, pages);
+        return true;
+    }
+}
 
 bool rebuildPageTreeIfEmpty(QPDF& qpdf) {
     if (!QPDFPageDocumentHelper(qpdf).getAllPages().empty()) {
@@ -49,18 +113,11 @@ bool rebuildPageTreeIfEmpty(QPDF& qpdf) {
     if (found.empty()) {
         return false;
     }
-    auto tree = qpdf.makeIndirectObject(QPDFObjectHandle::newDictionary());
-    auto kids = QPDFObjectHandle::newArray();
+    std::vector<QPDFObjectHandle> pages;
     for (const auto& entry : found) {
-        auto page = entry.page;
-        page.replaceKey("/Parent", tree);
-        kids.appendItem(page);
+        pages.push_back(entry.page);
     }
-    tree.replaceKey("/Type", QPDFObjectHandle::newName("/Pages"));
-    tree.replaceKey("/Kids", kids);
-    tree.replaceKey("/Count", QPDFObjectHandle::newInteger(static_cast<long long>(found.size())));
-    qpdf.getRoot().replaceKey("/Pages", tree);
-    qpdf.updateAllPagesCache();
+    setFlatPageTree(qpdf, pages);
     return true;
 }
 

@@ -9,6 +9,11 @@
 
 namespace quillet::detail {
 
+/// When qpdf cannot list the pages (a /Kids array leads back to a node above it, a loop), gives
+/// the catalog a flat page tree of the pages met walking the tree depth first, each node once, in reading order; inherited attributes (/MediaBox, /CropBox, /Resources, /Rotate) are
+/// copied onto the pages first. Answers whether it did. Throws qpdf's exceptions.
+bool flattenLoopingPageTree(QPDF& qpdf);
+
 /// When the catalog leads to no page, gives it a new flat page tree of every dictionary with
 /// /Type /Page found in the file, in the order they lie in the file. Answers whether it did.
 /// Pages lose what they inherited from the lost tree. Throws qpdf's exceptions.
