@@ -122,7 +122,8 @@ void writeMerged(PDFDocument& merged, const std::vector<PDFDocument>& sources,
 int PDFMergeEngine::merge(const std::vector<fs::path>& inputs, const fs::path& output,
                           const ImageToPDFOptions& imageOptions,
                           const std::function<void(double)>& progress,
-                          const std::function<bool()>& isCancelled) {
+                          const std::function<bool()>& isCancelled,
+                          std::vector<PDFDocument>* keep) {
     if (inputs.empty()) {
         throw PDFCoreError::invalidInput("No input files.");
     }
@@ -144,6 +145,10 @@ int PDFMergeEngine::merge(const std::vector<fs::path>& inputs, const fs::path& o
         throw PDFCoreError::emptyDocument();
     }
     writeMerged(merged, sources, output);
+    if (keep) {
+        keep->push_back(std::move(merged));
+        std::move(sources.begin(), sources.end(), std::back_inserter(*keep));
+    }
     return pages;
 }
 

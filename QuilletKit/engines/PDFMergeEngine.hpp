@@ -49,10 +49,14 @@ class PDFMergeEngine {
     /// - emptyDocument when no page was gathered;
     /// - writeFailed with the output's file name when writing fails.
     /// And CancellationError. The first failure ends the merge.
+    /// `keep` (may be null): after a successful write the merged document and its sources are
+    /// moved there rather than destroyed, for a caller that ends the process right after and can
+    /// skip taking apart a million objects one at a time.
     static int merge(const std::vector<std::filesystem::path>& inputs,
                      const std::filesystem::path& output, const ImageToPDFOptions& imageOptions,
                      const std::function<void(double)>& progress,
-                     const std::function<bool()>& isCancelled = {});
+                     const std::function<bool()>& isCancelled = {},
+                     std::vector<PDFDocument>* keep = nullptr);
 
     /// Appends to `document` one page holding `image` as ImagePlacement places it for `options`
     /// (background, margin, fit or fill clipped to the content rectangle, EXIF orientation

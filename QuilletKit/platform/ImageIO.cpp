@@ -1,5 +1,7 @@
 #include "platform/ImageIO.hpp"
 
+#include "platform/PNGEncoder.hpp"
+
 #include <vips/vips8>
 
 #include <algorithm>
@@ -83,8 +85,6 @@ const char* saverName(FileKind kind) {
 
 VipsBlob* save(const VImage& image, FileKind kind, int quality) {
     switch (kind) {
-    // zlib level 4 instead of 6: measured on rendered text pages, 28% less encoding time for
-    // files 2% larger. Page export spends most of its time here.
     case FileKind::png:
         return image.pngsave_buffer(VImage::option()->set("strip", true)->set("compression", 4));
     case FileKind::jpeg:
@@ -157,6 +157,10 @@ std::optional<std::vector<std::uint8_t>> ImageIO::encode(const Bitmap& bitmap, F
                                                          double quality) noexcept {
     if (!bitmap.isIntact() || !canEncode(kind)) {
         return std::nullopt;
+    }
+    if (kind == FileKind::png) {
+        // Page export spends most of its time encoding; our writer does it in a fraction.
+        return PNGEncoder::encode(bitmap);
     }
     try {
         // libvips only reads the pixels; the const_cast satisfies its C signature.

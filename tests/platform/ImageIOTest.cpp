@@ -95,6 +95,13 @@ TEST(ImageIO, LosslessFormatsRoundTripExactly) {
             EXPECT_EQ(ImageIO::decode(path), pattern(format));
         }
     }
+    // A colour page that is gray throughout is stored as a gray PNG with the same pixels.
+    const Bitmap gray = pattern(PixelFormat::gray);
+    Bitmap rgb(gray.width(), gray.height(), PixelFormat::rgb);
+    for (std::size_t i = 0; i < rgb.pixels().size(); ++i) {
+        rgb.data()[i] = gray.pixels()[i / 3];
+    }
+    EXPECT_EQ(ImageIO::decode(*ImageIO::encode(rgb, FileKind::png, 0.5)), gray);
 }
 
 TEST(ImageIO, TransparencyBecomesWhite) {
