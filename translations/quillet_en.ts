@@ -179,21 +179,21 @@
 <context>
     <name>main</name>
     <message>
-        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean or images.</source>
-        <translation>Perform a file manager&apos;s action on the files: compress, merge, convert, clean or images.</translation>
-    </message>
-    <message>
-        <source>Choose files, then compress, merge or clean them.</source>
-        <translation>Choose files, then compress, merge or clean them.</translation>
-    </message>
-    <message>
         <source>Start for the session bus only: no window until one is asked for.</source>
         <translation>Start for the session bus only: no window until one is asked for.</translation>
     </message>
     <message>
-        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean or images
+        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean, ocr or images.</source>
+        <translation>Perform a file manager's action on the files: compress, merge, convert, clean, ocr or images.</translation>
+    </message>
+    <message>
+        <source>Choose files, then act on them: compress, merge, convert, clean, ocr or images.</source>
+        <translation>Choose files, then act on them: compress, merge, convert, clean, ocr or images.</translation>
+    </message>
+    <message>
+        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean, ocr or images
 </source>
-        <translation>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean or images
+        <translation>quillet-app: unknown action "%1"; use compress, merge, convert, clean, ocr or images
 </translation>
     </message>
 </context>
@@ -679,6 +679,126 @@
     <message>
         <source>Choose a folder…</source>
         <translation>Choose a folder…</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::EngineTexts</name>
+    <message>
+        <source>%1 of %2 pages made searchable</source>
+        <translation>%1 of %2 pages made searchable</translation>
+    </message>
+    <message>
+        <source>This PDF is already optimized.</source>
+        <translation>This PDF is already optimized.</translation>
+    </message>
+    <message>
+        <source>Already under target — optimized losslessly.</source>
+        <translation>Already under target — optimized losslessly.</translation>
+    </message>
+    <message>
+        <source>Already under %1.</source>
+        <translation>Already under %1.</translation>
+    </message>
+    <message>
+        <source>Best effort: %1 — this PDF cannot reach %2 without destroying quality.</source>
+        <translation>Best effort: %1 — this PDF cannot reach %2 without destroying quality.</translation>
+    </message>
+    <message>
+        <source>File not found: %1</source>
+        <translation>File not found: %1</translation>
+    </message>
+    <message>
+        <source>Could not open %1.</source>
+        <translation>Could not open %1.</translation>
+    </message>
+    <message>
+        <source>Could not open %1: %2.</source>
+        <translation>Could not open %1: %2.</translation>
+    </message>
+    <message>
+        <source>Writing the PDF failed: %1</source>
+        <translation>Writing the PDF failed: %1</translation>
+    </message>
+    <message>
+        <source>Could not safely process this PDF.</source>
+        <translation>Could not safely process this PDF.</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be compressed under %1 without unacceptable quality loss.</source>
+        <translation>This PDF cannot be compressed under %1 without unacceptable quality loss.</translation>
+    </message>
+    <message>
+        <source>Incorrect password.</source>
+        <translation>Incorrect password.</translation>
+    </message>
+    <message>
+        <source>The document has no pages.</source>
+        <translation>The document has no pages.</translation>
+    </message>
+    <message>
+        <source>No input files.</source>
+        <translation>No input files.</translation>
+    </message>
+    <message>
+        <source>Unsupported image: %1</source>
+        <translation>Unsupported image: %1</translation>
+    </message>
+    <message>
+        <source>No pages matched &quot;%1&quot;.</source>
+        <translation>No pages matched &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Set a maximum size per output file.</source>
+        <translation>Set a maximum size per output file.</translation>
+    </message>
+    <message>
+        <source>Enter an open password.</source>
+        <translation>Enter an open password.</translation>
+    </message>
+    <message>
+        <source>The file changed while it was being split.</source>
+        <translation>The file changed while it was being split.</translation>
+    </message>
+    <message>
+        <source>%1 is not processed: its streams expand to more than %2 MB when decoded.</source>
+        <translation>%1 is not processed: its streams expand to more than %2 MB when decoded.</translation>
+    </message>
+    <message>
+        <source>%1: Page %2 takes too long to draw</source>
+        <translation>%1: Page %2 takes too long to draw</translation>
+    </message>
+    <message>
+        <source>The operation was cancelled.</source>
+        <translation>The operation was cancelled.</translation>
+    </message>
+    <message>
+        <source>The job stopped unexpectedly: its worker process crashed.</source>
+        <translation>The job stopped unexpectedly: its worker process crashed.</translation>
+    </message>
+    <message>
+        <source>The job stopped unexpectedly: its worker process exited with status %1 without a result.</source>
+        <translation>The job stopped unexpectedly: its worker process exited with status %1 without a result.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n pages combined</source>
+        <translation>
+            <numerusform>%n page combined</numerusform>
+            <numerusform>%n pages combined</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n images</source>
+        <translation>
+            <numerusform>%n image</numerusform>
+            <numerusform>%n images</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n pages skipped</source>
+        <translation>
+            <numerusform>%n page skipped</numerusform>
+            <numerusform>%n pages skipped</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1444,6 +1564,13 @@
     </message>
 </context>
 <context>
+    <name>quillet::PageRenderService</name>
+    <message>
+        <source>This page takes too long to draw</source>
+        <translation>This page takes too long to draw</translation>
+    </message>
+</context>
+<context>
     <name>quillet::PrivacyView</name>
     <message>
         <source>Safe</source>
@@ -1980,6 +2107,26 @@
     <message>
         <source>Quillet sends nothing anywhere, whatever this switch says: no statistics, no documents, no file names. Your choice is only remembered.</source>
         <translation>Quillet sends nothing anywhere, whatever this switch says: no statistics, no documents, no file names. Your choice is only remembered.</translation>
+    </message>
+    <message>
+        <source>Drawing pages</source>
+        <translation>Drawing pages</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>No limit</source>
+        <translation>No limit</translation>
+    </message>
+    <message>
+        <source>Time limit per page:</source>
+        <translation>Time limit per page:</translation>
+    </message>
+    <message>
+        <source>A page still drawing after this time is skipped when pages become images, and its preview shows why. Some damaged or hostile files draw for hours.</source>
+        <translation>A page still drawing after this time is skipped when pages become images, and its preview shows why. Some damaged or hostile files draw for hours.</translation>
     </message>
 </context>
 <context>

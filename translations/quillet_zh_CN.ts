@@ -174,21 +174,21 @@
 <context>
     <name>main</name>
     <message>
-        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean or images.</source>
-        <translation>对这些文件执行文件管理器中的操作：compress（压缩）、merge（合并）、convert（转换）、clean（清理）或 images（图像制作 PDF）。</translation>
-    </message>
-    <message>
-        <source>Choose files, then compress, merge or clean them.</source>
-        <translation>先选择文件，再压缩、合并或清理它们。</translation>
-    </message>
-    <message>
         <source>Start for the session bus only: no window until one is asked for.</source>
         <translation>仅为会话总线启动：在请求窗口之前不显示窗口。</translation>
     </message>
     <message>
-        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean or images
+        <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean, ocr or images.</source>
+        <translation>对这些文件执行文件管理器中的操作：compress（压缩）、merge（合并）、convert（转换）、clean（清理）、ocr（文字识别）或 images（图像制作 PDF）。</translation>
+    </message>
+    <message>
+        <source>Choose files, then act on them: compress, merge, convert, clean, ocr or images.</source>
+        <translation>先选择文件，再对它们执行操作：compress（压缩）、merge（合并）、convert（转换）、clean（清理）、ocr（文字识别）或 images（图像制作 PDF）。</translation>
+    </message>
+    <message>
+        <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean, ocr or images
 </source>
-        <translation>quillet-app：未知操作“%1”；请使用 compress、merge、convert、clean 或 images
+        <translation>quillet-app：未知操作“%1”；请使用 compress、merge、convert、clean、ocr 或 images
 </translation>
     </message>
 </context>
@@ -666,6 +666,123 @@
     <message>
         <source>Choose a folder…</source>
         <translation>选择文件夹…</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::EngineTexts</name>
+    <message>
+        <source>%1 of %2 pages made searchable</source>
+        <translation>%2 页中的 %1 页已可搜索</translation>
+    </message>
+    <message>
+        <source>This PDF is already optimized.</source>
+        <translation>此 PDF 已经过优化。</translation>
+    </message>
+    <message>
+        <source>Already under target — optimized losslessly.</source>
+        <translation>已低于目标大小 — 已无损优化。</translation>
+    </message>
+    <message>
+        <source>Already under %1.</source>
+        <translation>已低于 %1。</translation>
+    </message>
+    <message>
+        <source>Best effort: %1 — this PDF cannot reach %2 without destroying quality.</source>
+        <translation>尽力而为：%1 — 此 PDF 无法在不破坏质量的情况下达到 %2。</translation>
+    </message>
+    <message>
+        <source>File not found: %1</source>
+        <translation>找不到文件：%1</translation>
+    </message>
+    <message>
+        <source>Could not open %1.</source>
+        <translation>无法打开 %1。</translation>
+    </message>
+    <message>
+        <source>Could not open %1: %2.</source>
+        <translation>无法打开 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Writing the PDF failed: %1</source>
+        <translation>写入 PDF 失败：%1</translation>
+    </message>
+    <message>
+        <source>Could not safely process this PDF.</source>
+        <translation>无法安全地处理此 PDF。</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be compressed under %1 without unacceptable quality loss.</source>
+        <translation>此 PDF 无法在不造成不可接受的质量损失的情况下压缩到 %1 以下。</translation>
+    </message>
+    <message>
+        <source>Incorrect password.</source>
+        <translation>密码不正确。</translation>
+    </message>
+    <message>
+        <source>The document has no pages.</source>
+        <translation>该文档没有页面。</translation>
+    </message>
+    <message>
+        <source>No input files.</source>
+        <translation>没有输入文件。</translation>
+    </message>
+    <message>
+        <source>Unsupported image: %1</source>
+        <translation>不支持的图像：%1</translation>
+    </message>
+    <message>
+        <source>No pages matched &quot;%1&quot;.</source>
+        <translation>没有与“%1”匹配的页面。</translation>
+    </message>
+    <message>
+        <source>Set a maximum size per output file.</source>
+        <translation>请设置每个输出文件的最大大小。</translation>
+    </message>
+    <message>
+        <source>Enter an open password.</source>
+        <translation>请输入打开密码。</translation>
+    </message>
+    <message>
+        <source>The file changed while it was being split.</source>
+        <translation>拆分过程中文件发生了变化。</translation>
+    </message>
+    <message>
+        <source>%1 is not processed: its streams expand to more than %2 MB when decoded.</source>
+        <translation>未处理 %1：其数据流解码后超过 %2 MB。</translation>
+    </message>
+    <message>
+        <source>%1: Page %2 takes too long to draw</source>
+        <translation>%1：第 %2 页绘制时间过长</translation>
+    </message>
+    <message>
+        <source>The operation was cancelled.</source>
+        <translation>操作已取消。</translation>
+    </message>
+    <message>
+        <source>The job stopped unexpectedly: its worker process crashed.</source>
+        <translation>任务意外停止：其工作进程崩溃了。</translation>
+    </message>
+    <message>
+        <source>The job stopped unexpectedly: its worker process exited with status %1 without a result.</source>
+        <translation>任务意外停止：其工作进程以状态 %1 退出，没有结果。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n pages combined</source>
+        <translation>
+            <numerusform>已合并 %n 页</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n images</source>
+        <translation>
+            <numerusform>%n 张图像</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n pages skipped</source>
+        <translation>
+            <numerusform>已跳过 %n 页</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1416,6 +1533,13 @@
     </message>
 </context>
 <context>
+    <name>quillet::PageRenderService</name>
+    <message>
+        <source>This page takes too long to draw</source>
+        <translation>此页面绘制时间过长</translation>
+    </message>
+</context>
+<context>
     <name>quillet::PrivacyView</name>
     <message>
         <source>Safe</source>
@@ -1945,6 +2069,26 @@
     <message>
         <source>Quillet sends nothing anywhere, whatever this switch says: no statistics, no documents, no file names. Your choice is only remembered.</source>
         <translation>无论此开关如何设置，Quillet 都不会向任何地方发送任何内容：没有统计数据、没有文档、没有文件名。这里只会记住你的选择。</translation>
+    </message>
+    <message>
+        <source>Drawing pages</source>
+        <translation>页面绘制</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <translation> 秒</translation>
+    </message>
+    <message>
+        <source>No limit</source>
+        <translation>不限</translation>
+    </message>
+    <message>
+        <source>Time limit per page:</source>
+        <translation>每页时间限制：</translation>
+    </message>
+    <message>
+        <source>A page still drawing after this time is skipped when pages become images, and its preview shows why. Some damaged or hostile files draw for hours.</source>
+        <translation>页面转换为图像时，超过此时间仍未绘制完成的页面将被跳过，其预览会说明原因。某些损坏或恶意的文件可能需要绘制数小时。</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 #include "app/AppModel.hpp"
 
+#include "app/EngineTexts.hpp"
 #include "platform/FileTypes.hpp"
 
 #include <QDirIterator>
@@ -172,7 +173,7 @@ void AppModel::analysisFinished(const QString& path, const std::optional<PDFAnal
     if (analysis) {
         analyses_.insert_or_assign(path, *analysis);
     } else {
-        analysisErrors_.insert(path, error);
+        analysisErrors_.insert(path, EngineTexts::translated(error));
     }
     emit analysisChanged(path);
 }

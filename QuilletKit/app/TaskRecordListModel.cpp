@@ -1,5 +1,6 @@
 #include "app/TaskRecordListModel.hpp"
 
+#include "app/EngineTexts.hpp"
 #include "app/Texts.hpp"
 #include "tasks/queue/TaskQueueService.hpp"
 
@@ -103,10 +104,10 @@ QVariant TaskRecordListModel::data(const QModelIndex& index, int role) const {
             return Texts::sizeChange(r.originalBytes, r.resultBytes);
         }
         if (r.state == TaskState::failed) {
-            return QString::fromStdString(r.error.value_or(std::string()));
+            return EngineTexts::translated(r.error.value_or(std::string()));
         }
         return Texts::stateName(r.state);
-    case NoteRole: return QString::fromStdString(r.message.value_or(std::string()));
+    case NoteRole: return EngineTexts::translated(r.message.value_or(std::string()));
     case OutputsRole: return strings(r.outputURLs);
     default: return {};
     }

@@ -60,13 +60,14 @@ int main(int argc, char** argv) {
     const QCommandLineOption serviceOption(
         QStringLiteral("service"),
         QCoreApplication::translate("main", "Perform a file manager's action on the files: "
-                                            "compress, merge, convert, clean or images."),
+                                            "compress, merge, convert, clean, ocr or images."),
         QStringLiteral("word"));
     parser.addOption(serviceOption);
     // The launcher's actions: the same words, the files chosen in the window.
     const QCommandLineOption actionOption(
         QStringLiteral("action"),
-        QCoreApplication::translate("main", "Choose files, then compress, merge or clean them."),
+        QCoreApplication::translate("main", "Choose files, then act on them: compress, merge, "
+                                            "convert, clean, ocr or images."),
         QStringLiteral("word"));
     parser.addOption(actionOption);
     const QCommandLineOption backgroundOption(
@@ -84,7 +85,7 @@ int main(int argc, char** argv) {
     if (serviceAsked && !ServicesRouter::plan(service)) {
         std::fputs(qPrintable(QCoreApplication::translate("main", "quillet-app: unknown action "
                                                                   "\"%1\"; use compress, merge, "
-                                                                  "convert, clean or images\n")
+                                                                  "convert, clean, ocr or images\n")
                                   .arg(service)),
                    stderr);
         return 2;
