@@ -184,7 +184,7 @@
     </message>
     <message>
         <source>Perform a file manager&apos;s action on the files: compress, merge, convert, clean, ocr or images.</source>
-        <translation>Perform a file manager's action on the files: compress, merge, convert, clean, ocr or images.</translation>
+        <translation>Perform a file manager&apos;s action on the files: compress, merge, convert, clean, ocr or images.</translation>
     </message>
     <message>
         <source>Choose files, then act on them: compress, merge, convert, clean, ocr or images.</source>
@@ -193,7 +193,7 @@
     <message>
         <source>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean, ocr or images
 </source>
-        <translation>quillet-app: unknown action "%1"; use compress, merge, convert, clean, ocr or images
+        <translation>quillet-app: unknown action &quot;%1&quot;; use compress, merge, convert, clean, ocr or images
 </translation>
     </message>
 </context>
@@ -680,6 +680,10 @@
         <source>Choose a folder…</source>
         <translation>Choose a folder…</translation>
     </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
 </context>
 <context>
     <name>quillet::EngineTexts</name>
@@ -974,6 +978,13 @@
     <message>
         <source>Drop PDFs above to see what is inside them and what would make them better.</source>
         <translation>Drop PDFs above to see what is inside them and what would make them better.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more file(s) loaded without a card. Batch works on every file.</source>
+        <translation>
+            <numerusform>%n more file loaded without a card. Batch works on every file.</numerusform>
+            <numerusform>%n more files loaded without a card. Batch works on every file.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1961,6 +1972,13 @@
     <message>
         <source>Remove metadata, protect or unprotect with a password, and make scans searchable.</source>
         <translation>Remove metadata, protect or unprotect with a password, and make scans searchable.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading the folder… %n file(s) found</source>
+        <translation>
+            <numerusform>Reading the folder… %n file found</numerusform>
+            <numerusform>Reading the folder… %n files found</numerusform>
+        </translation>
     </message>
 </context>
 <context>

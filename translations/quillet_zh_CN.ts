@@ -667,6 +667,10 @@
         <source>Choose a folder…</source>
         <translation>选择文件夹…</translation>
     </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
 </context>
 <context>
     <name>quillet::EngineTexts</name>
@@ -952,6 +956,12 @@
     <message>
         <source>Drop PDFs above to see what is inside them and what would make them better.</source>
         <translation>将 PDF 拖放到上方，查看其中的内容以及可以如何改进。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more file(s) loaded without a card. Batch works on every file.</source>
+        <translation>
+            <numerusform>另有 %n 个文件已载入但未显示卡片。“批量处理”会处理所有文件。</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1924,6 +1934,12 @@
     <message>
         <source>Remove metadata, protect or unprotect with a password, and make scans searchable.</source>
         <translation>移除元数据、用密码保护或解除保护，以及使扫描件的文字可搜索。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reading the folder… %n file(s) found</source>
+        <translation>
+            <numerusform>正在读取文件夹… 已找到 %n 个文件</numerusform>
+        </translation>
     </message>
 </context>
 <context>

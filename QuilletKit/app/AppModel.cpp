@@ -3,11 +3,14 @@
 #include "app/EngineTexts.hpp"
 #include "platform/FileTypes.hpp"
 
+#include <QCoreApplication>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <algorithm>
 #include <array>
+#include <thread>
 
 namespace quillet {
 namespace {
@@ -21,6 +24,14 @@ bool isPDFPath(const QString& path) {
 
 } // namespace
 
+// What one drop with folders waits for. The walking thread holds it too, so it outlives a model
+// that goes away first; `stopped` tells the thread to give up.
+struct AppModel::FolderReading {
+    QStringList before; ///< the drop's own files, in drop order, before the folders' files
+    QStringList folders;
+    std::atomic<bool> stopped{false};
+};
+
 AppModel::AppModel(TaskQueueService& queue, HistoryStore& history, AppSettings& settings,
                    AnalysisService& analysis, const std::filesystem::path& presetsFile,
                    QObject* parent)
@@ -32,6 +43,9 @@ AppModel::AppModel(TaskQueueService& queue, HistoryStore& history, AppSettings& 
 }
 
 AppModel::~AppModel() {
+    if (reading_) {
+        reading_->stopped = true;
+    }
     history_.changed = nullptr;
 }
 
@@ -71,39 +85,107 @@ bool AppModel::isAccepted(const QString& path) {
     return fileKind(std::filesystem::path(path.toStdString())).has_value();
 }
 
-QStringList AppModel::expandFolder(const QString& folder) {
-    QStringList found;
+QStringList AppModel::expandFolder(const QString& folder, const std::atomic<bool>* stop,
+                                   const std::function<void(int)>& found) {
+    QStringList files;
     QDirIterator walk(folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot,
                       QDirIterator::Subdirectories);
     while (walk.hasNext()) {
+        if (stop && stop->load(std::memory_order_relaxed)) {
+            return {};
+        }
         const QString path = walk.next();
         const QFileInfo info = walk.fileInfo();
         if (!info.isDir() && isAccepted(path)) {
-            found << QFileInfo(path).absoluteFilePath();
+            files << info.absoluteFilePath();
+            if (found && files.size() % 500 == 0) {
+                found(static_cast<int>(files.size()));
+            }
         }
     }
-    std::sort(found.begin(), found.end());
-    return found;
+    std::sort(files.begin(), files.end());
+    return files;
 }
 
 void AppModel::acceptDropped(const QList<QUrl>& urls) {
-    QStringList accepted;
-    const auto keep = [&accepted](const QString& path) {
-        if (!accepted.contains(path)) {
-            accepted << path;
-        }
-    };
+    QStringList files;
+    QStringList folders;
     for (const QUrl& url : urls) {
         if (!url.isLocalFile()) {
             continue;
         }
         const QFileInfo info(url.toLocalFile());
         if (info.isDir()) {
-            for (const QString& path : expandFolder(info.absoluteFilePath())) {
-                keep(path);
-            }
+            folders << info.absoluteFilePath();
         } else if (isAccepted(info.fileName())) {
-            keep(info.absoluteFilePath());
+            files << info.absoluteFilePath();
+        }
+    }
+    if (folders.isEmpty()) {
+        acceptPaths(files);
+        return;
+    }
+    cancelFolderReading();
+    auto reading = std::make_shared<FolderReading>();
+    reading->before = files;
+    reading->folders = folders;
+    reading_ = reading;
+    readingFound_ = 0;
+    emit folderReadingChanged();
+    QPointer<AppModel> self(this);
+    std::thread([self, reading] {
+        QStringList found;
+        for (const QString& folder : reading->folders) {
+            const int earlier = static_cast<int>(found.size());
+            found << expandFolder(folder, &reading->stopped, [&](int count) {
+                QMetaObject::invokeMethod(
+                    QCoreApplication::instance(),
+                    [self, reading, total = earlier + count] {
+                        if (self && self->reading_ == reading) {
+                            self->readingFound_ = total;
+                            emit self->folderReadingChanged();
+                        }
+                    },
+                    Qt::QueuedConnection);
+            });
+        }
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, reading, found = std::move(found)] {
+                if (self) {
+                    self->folderRead(reading, found);
+                }
+            },
+            Qt::QueuedConnection);
+    }).detach();
+}
+
+void AppModel::cancelFolderReading() {
+    if (reading_) {
+        reading_->stopped = true;
+        reading_.reset();
+        readingFound_ = 0;
+        emit folderReadingChanged();
+    }
+}
+
+void AppModel::folderRead(const std::shared_ptr<FolderReading>& reading, const QStringList& found) {
+    if (reading_ != reading || reading->stopped) {
+        return; // abandoned meanwhile
+    }
+    reading_.reset();
+    readingFound_ = 0;
+    emit folderReadingChanged();
+    acceptPaths(reading->before + found);
+}
+
+void AppModel::acceptPaths(const QStringList& paths) {
+    QStringList accepted;
+    QSet<QString> seen;
+    for (const QString& path : paths) {
+        if (!seen.contains(path)) {
+            seen.insert(path);
+            accepted << path;
         }
     }
     if (accepted.isEmpty()) {
@@ -111,8 +193,9 @@ void AppModel::acceptDropped(const QList<QUrl>& urls) {
     }
     if (section_ == Section::merge) {
         QStringList appended = files_;
+        QSet<QString> loaded(files_.begin(), files_.end());
         for (const QString& path : accepted) {
-            if (!appended.contains(path)) {
+            if (!loaded.contains(path)) {
                 appended << path;
             }
         }
@@ -121,7 +204,7 @@ void AppModel::acceptDropped(const QList<QUrl>& urls) {
         setFiles(accepted);
     }
     if (section_ == Section::home) {
-        for (const QString& path : accepted) {
+        for (const QString& path : accepted.mid(0, analysedAtOnce)) {
             startAnalysis(path);
         }
     }
@@ -162,7 +245,7 @@ void AppModel::startAnalysis(const QString& path) {
 }
 
 void AppModel::ensureAnalyses() {
-    for (const QString& path : files_) {
+    for (const QString& path : files_.mid(0, analysedAtOnce)) {
         startAnalysis(path);
     }
 }

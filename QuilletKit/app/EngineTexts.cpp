@@ -38,7 +38,8 @@ const std::vector<Form>& forms() {
         // Notes.
         add(R"((\d+) pages combined)",
             [](const auto& m) { return tr("%n pages combined", nullptr, number(m, 1)); });
-        add(R"((\d+) images)", [](const auto& m) { return tr("%n images", nullptr, number(m, 1)); });
+        add(R"((\d+) images)",
+            [](const auto& m) { return tr("%n images", nullptr, number(m, 1)); });
         add(R"((\d+) pages skipped)",
             [](const auto& m) { return tr("%n pages skipped", nullptr, number(m, 1)); });
         add(R"((\d+) of (\d+) pages made searchable)", [](const auto& m) {
@@ -101,11 +102,9 @@ const std::vector<Form>& forms() {
         });
         add(R"(The operation was cancelled\.)",
             [](const auto&) { return tr("The operation was cancelled."); });
-        add(R"(The job stopped unexpectedly: its worker process crashed\.(.*))",
-            [](const auto& m) {
-                return tr("The job stopped unexpectedly: its worker process crashed.") +
-                       m.captured(1);
-            });
+        add(R"(The job stopped unexpectedly: its worker process crashed\.(.*))", [](const auto& m) {
+            return tr("The job stopped unexpectedly: its worker process crashed.") + m.captured(1);
+        });
         add(R"(The job stopped unexpectedly: its worker process exited with status (\d+) without a result\.(.*))",
             [](const auto& m) {
                 return tr("The job stopped unexpectedly: its worker process exited with status %1 "

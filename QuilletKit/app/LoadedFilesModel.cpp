@@ -23,17 +23,26 @@ PageRenderService::Request firstPage(const QString& path) {
 LoadedFilesModel::LoadedFilesModel(AppModel& model, PageRenderService* renders, QObject* parent)
     : QAbstractListModel(parent), model_(model), renders_(renders), files_(model.files()),
       blank_(thumbnailBox) {
+    setRows();
     blank_.fill(Qt::transparent);
     if (renders_ != nullptr) {
-        connect(renders_, &PageRenderService::rendered, this,
-                &LoadedFilesModel::thumbnailRendered);
+        connect(renders_, &PageRenderService::rendered, this, &LoadedFilesModel::thumbnailRendered);
     }
     connect(&model_, &AppModel::filesChanged, this, [this] {
         beginResetModel();
         files_ = model_.files();
+        setRows();
         endResetModel();
     });
     connect(&model_, &AppModel::analysisChanged, this, &LoadedFilesModel::analysisChanged);
+}
+
+void LoadedFilesModel::setRows() {
+    rows_.clear();
+    rows_.reserve(files_.size());
+    for (int row = 0; row < static_cast<int>(files_.size()); ++row) {
+        rows_.insert(files_.at(row), row);
+    }
 }
 
 int LoadedFilesModel::rowCount(const QModelIndex& parent) const {
@@ -41,7 +50,7 @@ int LoadedFilesModel::rowCount(const QModelIndex& parent) const {
 }
 
 void LoadedFilesModel::analysisChanged(const QString& path) {
-    const auto row = files_.indexOf(path);
+    const auto row = rowOf(path);
     if (row >= 0) {
         emit dataChanged(index(static_cast<int>(row)), index(static_cast<int>(row)));
     }
@@ -104,7 +113,7 @@ void LoadedFilesModel::thumbnailRendered(const QString& key, const QImage& image
         return;
     }
     thumbnails_.insert(path, QPixmap::fromImage(image));
-    if (const auto row = files_.indexOf(path); row >= 0) {
+    if (const auto row = rowOf(path); row >= 0) {
         emit dataChanged(index(static_cast<int>(row)), index(static_cast<int>(row)),
                          {Qt::DecorationRole});
     }

@@ -43,11 +43,13 @@ class LoadedFilesModel : public QAbstractListModel {
     AppModel& model_;
     PageRenderService* renders_;
     QStringList files_;
+    QHash<QString, int> rows_; ///< row of each path in files_: a folder may load 50,000 files
+    int rowOf(const QString& path) const { return rows_.value(path, -1); }
+    void setRows();
     QPixmap blank_;
-    QHash<QString, QPixmap> thumbnails_;       ///< by path
+    QHash<QString, QPixmap> thumbnails_;      ///< by path
     mutable QHash<QString, QString> pending_; ///< render key → path, asked for and not yet drawn
-    mutable QSet<QString> requested_;          ///< paths whose thumbnail was asked for
-
+    mutable QSet<QString> requested_;         ///< paths whose thumbnail was asked for
 };
 
 } // namespace quillet

@@ -5,12 +5,14 @@
 #include "platform/StreamData.hpp"
 
 #include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace quillet {
 
@@ -90,6 +92,9 @@ bool PDFDocument::load(const std::string& password) {
             return false;
         }
         throw PDFDocumentError(Kind::cannotOpen, error.what(), error.getMessageDetail());
+    } catch (const QPDFSystemError& error) {
+        // Its message holds the whole path; the reason alone is the system's words.
+        throw PDFDocumentError(Kind::cannotOpen, error.what(), std::strerror(error.getErrno()));
     } catch (const std::exception& error) {
         throw PDFDocumentError(Kind::cannotOpen, error.what());
     }

@@ -90,9 +90,9 @@ std::optional<std::vector<std::uint8_t>> encode(const Bitmap& bitmap) {
     std::vector<std::uint8_t> header;
     appendBigEndian(header, static_cast<std::uint32_t>(width));
     appendBigEndian(header, static_cast<std::uint32_t>(height));
-    header.push_back(8);                        // bits per sample
-    header.push_back(gray ? 0 : 2);             // colour type: gray or truecolour
-    header.insert(header.end(), {0, 0, 0});     // deflate, adaptive filtering, no interlace
+    header.push_back(8);                    // bits per sample
+    header.push_back(gray ? 0 : 2);         // colour type: gray or truecolour
+    header.insert(header.end(), {0, 0, 0}); // deflate, adaptive filtering, no interlace
 
     std::vector<std::uint8_t> png{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
     png.reserve(png.size() + idat.size() + 64);

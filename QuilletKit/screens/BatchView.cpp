@@ -97,9 +97,8 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     password_->setMinimumWidth(200);
     auto* passwordLabel = new QLabel(tr("Current password"), passwordRow_);
     passwordLabel->setBuddy(password_);
-    auto* passwordNote =
-        new QLabel(tr("Applied to every selected file — use when all files share the password"),
-                   passwordRow_);
+    auto* passwordNote = new QLabel(
+        tr("Applied to every selected file — use when all files share the password"), passwordRow_);
     passwordNote->setWordWrap(true);
     passwordNote->setForegroundRole(QPalette::PlaceholderText);
     passwordLayout->addWidget(passwordLabel);
@@ -130,7 +129,8 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     clear_->setObjectName(QStringLiteral("clearFinished"));
     bar_->addControl(done_);
     bar_->addControl(clear_);
-    connect(clear_, &QPushButton::clicked, this, [this] { context_.model().queue().clearFinished(); });
+    connect(clear_, &QPushButton::clicked, this,
+            [this] { context_.model().queue().clearFinished(); });
     connect(&bar_->button(), &QPushButton::clicked, this, &BatchView::runBatch);
 
     auto* layout = new QVBoxLayout(this);
@@ -187,25 +187,29 @@ void BatchView::runBatch() {
 
 void BatchView::rebuildRows() {
     rows_->clear();
-    for (const QString& file : context_.model().files()) {
-        const QFileInfo info(file);
-        auto* row = new QTreeWidgetItem(rows_, {info.fileName(), QString(),
-                                                Texts::bytes(info.size()), QString()});
-        row->setToolTip(fileColumn, file);
-        row->setData(fileColumn, Qt::UserRole, file);
-        row->setTextAlignment(pagesColumn, Qt::AlignRight | Qt::AlignVCenter);
-        row->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
-    }
-    for (const QString& file : context_.model().files()) {
-        refreshAnalysis(file);
-    }
-    refreshStates();
+    itemByPath_.clear();
+    // A folder may bring tens of thousands of files: the rows are made a slice at a time.
+    const QStringList files = context_.model().files();
+    building_.start(
+        static_cast<int>(files.size()),
+        [this, files](int index) {
+            const QString& file = files.at(index);
+            const QFileInfo info(file);
+            auto* row = new QTreeWidgetItem(
+                rows_, {info.fileName(), QString(), Texts::bytes(info.size()), QString()});
+            row->setToolTip(fileColumn, file);
+            row->setData(fileColumn, Qt::UserRole, file);
+            row->setTextAlignment(pagesColumn, Qt::AlignRight | Qt::AlignVCenter);
+            row->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
+            itemByPath_.insert(file, row);
+            refreshAnalysis(file);
+        },
+        [this] { refreshStates(); });
     updateActions();
 }
 
 void BatchView::refreshAnalysis(const QString& path) {
-    const auto row = context_.model().files().indexOf(path);
-    QTreeWidgetItem* item = row >= 0 ? rows_->topLevelItem(static_cast<int>(row)) : nullptr;
+    QTreeWidgetItem* item = itemByPath_.value(path);
     if (item == nullptr) {
         return;
     }

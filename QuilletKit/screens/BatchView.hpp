@@ -5,6 +5,7 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
+#include "screens/SlicedLoop.hpp"
 
 #include <QHash>
 #include <QWidget>
@@ -16,6 +17,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace quillet {
 
@@ -68,6 +70,8 @@ class BatchView : public QWidget {
     QWidget* passwordRow_ = nullptr;
     QLineEdit* password_ = nullptr;
     QTreeWidget* rows_ = nullptr;
+    QHash<QString, QTreeWidgetItem*> itemByPath_;
+    SlicedLoop building_;
     QLabel* done_ = nullptr;
     QPushButton* clear_ = nullptr;
     ActionBar* bar_ = nullptr;

@@ -47,7 +47,8 @@ SectionHeader::SectionHeader(const QString& title, const QString& subtitle, QWid
 
 DropZone::DropZone(const QString& title, const QString& detail, QWidget* parent)
     : QFrame(parent), icon_(new QLabel(this)), detail_(new QLabel(detail, this)),
-      buttons_(new QHBoxLayout) {
+      buttons_(new QHBoxLayout), buttonRow_(new QWidget(this)), progressRow_(new QWidget(this)),
+      progress_(new QLabel(progressRow_)) {
     setAcceptDrops(true);
     setMinimumHeight(150);
     icon_->setPixmap(QIcon(QStringLiteral(":/icons/drop.svg")).pixmap(48, 48));
@@ -73,11 +74,31 @@ DropZone::DropZone(const QString& title, const QString& detail, QWidget* parent)
     layout->addWidget(heading);
     layout->addWidget(detail_);
     layout->addSpacing(6);
+    buttons_->setContentsMargins(0, 0, 0, 0);
     buttons_->addStretch();
     buttons_->addWidget(choose);
     buttons_->addStretch();
-    layout->addLayout(buttons_);
+    buttonRow_->setLayout(buttons_);
+    layout->addWidget(buttonRow_);
+
+    auto* cancel = new QPushButton(tr("Cancel"), progressRow_);
+    cancel->setObjectName(QStringLiteral("cancelReading"));
+    connect(cancel, &QPushButton::clicked, this, &DropZone::cancelRequested);
+    auto* progressLayout = new QHBoxLayout(progressRow_);
+    progressLayout->setContentsMargins(0, 0, 0, 0);
+    progressLayout->addStretch();
+    progressLayout->addWidget(progress_);
+    progressLayout->addWidget(cancel);
+    progressLayout->addStretch();
+    progressRow_->hide();
+    layout->addWidget(progressRow_);
     layout->addStretch();
+}
+
+void DropZone::showProgress(const QString& progress) {
+    progress_->setText(progress);
+    progressRow_->setVisible(!progress.isEmpty());
+    buttonRow_->setVisible(progress.isEmpty());
 }
 
 void DropZone::offerFolder() {
@@ -153,6 +174,19 @@ FileListView::FileListView(QWidget* parent) : QListView(parent) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
+}
+
+void FileListView::setModel(QAbstractItemModel* model) {
+    QListView::setModel(model);
+    if (model != nullptr) {
+        connect(model, &QAbstractItemModel::modelReset, this, &FileListView::fitRowSizing);
+        connect(model, &QAbstractItemModel::rowsInserted, this, &FileListView::fitRowSizing);
+        fitRowSizing();
+    }
+}
+
+void FileListView::fitRowSizing() {
+    setUniformItemSizes(model() != nullptr && model()->rowCount() > measuredRows);
 }
 
 StateColors StateColors::forPalette(const QPalette& palette) {

@@ -32,6 +32,9 @@ class DropZone : public QFrame {
     void setCompact(bool compact);
     /// Adds "Choose a folder…" beside "Choose files…".
     void offerFolder();
+    /// Shows `progress` ("Reading the folder… 1,500 files found") with a Cancel button in place
+    /// of the buttons; an empty text shows the buttons again.
+    void showProgress(const QString& progress);
 
     /// The local files of a drag, or none when it carries none.
     static QList<QUrl> localFiles(const QMimeData* data);
@@ -40,6 +43,7 @@ class DropZone : public QFrame {
     void dropped(const QList<QUrl>& urls);
     void chooseRequested();
     void chooseFolderRequested();
+    void cancelRequested();
 
   protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -51,6 +55,9 @@ class DropZone : public QFrame {
     QLabel* icon_;
     QLabel* detail_;
     QHBoxLayout* buttons_;
+    QWidget* buttonRow_;
+    QWidget* progressRow_;
+    QLabel* progress_;
     bool hovered_ = false;
 };
 
@@ -60,6 +67,14 @@ class FileListView : public QListView {
 
   public:
     explicit FileListView(QWidget* parent = nullptr);
+    void setModel(QAbstractItemModel* model) override;
+
+    /// Above this many rows every row is given the first one's height instead of being measured
+    /// (a folder of 50,000 files would be measured row by row on the main thread).
+    static constexpr int measuredRows = 500;
+
+  private:
+    void fitRowSizing();
 };
 
 /// The colours for state texts that read well on the current palette.

@@ -3,6 +3,7 @@
 #include "app/AnalysisTexts.hpp"
 #include "app/Texts.hpp"
 #include "screens/BeforeAfterView.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
@@ -99,7 +100,7 @@ CompressView::CompressView(const ScreenContext& context, QWidget* parent)
             context_.model().ensureAnalyses(); // the predictions need them
         }
     });
-    connect(&model, &AppModel::analysisChanged, this, &CompressView::refreshFiles);
+    connectCoalesced(&model, &AppModel::analysisChanged, this, &CompressView::refreshFiles);
     connect(&model, &AppModel::presetsChanged, this, &CompressView::refreshPresets);
     connect(&model, &AppModel::suggestionOffered, this,
             [this](AppModel::Section section, const OperationParameters& suggested) {
@@ -266,7 +267,10 @@ void CompressView::refreshFiles() {
     files_->clear();
     const auto target = targetBytes();
     const auto tier = static_cast<CompressionQualityTier>(choice_->checkedId());
-    for (const QString& file : loadedPDFs()) {
+    const QStringList pdfs = loadedPDFs();
+    // A slice at a time: a folder may have loaded tens of thousands of files.
+    filling_.start(static_cast<int>(pdfs.size()), [this, pdfs, target, tier](int index) {
+        const QString& file = pdfs.at(index);
         QStringList columns{QFileInfo(file).fileName(), QString(),
                             Texts::bytes(QFileInfo(file).size()), QString()};
         AppModel& model = context_.model();
@@ -283,7 +287,7 @@ void CompressView::refreshFiles() {
         auto* item = new QTreeWidgetItem(files_, columns);
         item->setToolTip(0, file);
         item->setToolTip(3, columns[3]);
-    }
+    });
 }
 
 void CompressView::refreshPresets() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
+#include "screens/SlicedLoop.hpp"
 
 #include <QWidget>
 
@@ -62,6 +63,7 @@ class CompressView : public QWidget {
     BeforeAfterView* comparison_ = nullptr;
     std::optional<std::int64_t> exactTarget_;
     std::optional<std::string> watchedJob_; ///< the last job started here, until it ends
+    SlicedLoop filling_;
 };
 
 } // namespace quillet

@@ -2,6 +2,7 @@
 
 #include "app/LoadedFilesModel.hpp"
 #include "app/Texts.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
@@ -75,7 +76,7 @@ ConvertView::ConvertView(const ScreenContext& context, QWidget* parent)
         }
     });
     connect(&context_.model(), &AppModel::filesChanged, this, &ConvertView::filesChanged);
-    connect(&context_.model(), &AppModel::analysisChanged, this, &ConvertView::refresh);
+    connectCoalesced(&context_.model(), &AppModel::analysisChanged, this, &ConvertView::refresh);
     setDirection(Direction::toImages);
     filesChanged();
 }

@@ -8,13 +8,19 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace quillet {
 
 HomeView::HomeView(const ScreenContext& context, QWidget* parent)
     : QWidget(parent), context_(context), list_(new QVBoxLayout),
       empty_(new QLabel(tr("Drop PDFs above to see what is inside them and what would make "
                            "them better."),
-                        this)) {
+                        this)),
+      more_(new QLabel(this)) {
+    more_->setWordWrap(true);
+    more_->setForegroundRole(QPalette::PlaceholderText);
+    more_->hide();
     empty_->setWordWrap(true);
     empty_->setAlignment(Qt::AlignCenter);
     empty_->setForegroundRole(QPalette::PlaceholderText);
@@ -24,6 +30,7 @@ HomeView::HomeView(const ScreenContext& context, QWidget* parent)
     contentLayout->setContentsMargins(0, 0, 4, 0);
     list_->setSpacing(10);
     contentLayout->addLayout(list_);
+    contentLayout->addWidget(more_);
     contentLayout->addStretch();
     auto* scroll = new QScrollArea(this);
     scroll->setObjectName(QStringLiteral("cards"));
@@ -71,13 +78,17 @@ void HomeView::rebuild() {
     cardByPath_.clear();
     pendingThumbnails_.clear();
     const QStringList& files = context_.model().files();
-    for (const QString& path : files) {
+    for (const QString& path : files.mid(0, cardLimit)) {
         auto* card = new FileCard(context_, path);
         connect(card, &FileCard::inspectRequested, this, &HomeView::inspect);
         list_->addWidget(card);
         cardByPath_.insert(path, card);
         analysisChanged(path);
     }
+    const auto hidden = static_cast<int>(std::max<qsizetype>(0, files.size() - cardLimit));
+    more_->setText(
+        tr("%n more file(s) loaded without a card. Batch works on every file.", nullptr, hidden));
+    more_->setVisible(hidden > 0);
     empty_->setVisible(files.isEmpty());
     list_->parentWidget()->setVisible(!files.isEmpty());
 }

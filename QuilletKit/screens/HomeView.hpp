@@ -22,6 +22,8 @@ class HomeView : public QWidget {
 
     /// The cards shown, in file order.
     QList<FileCard*> cards() const;
+    /// Cards are made for this many files at most; the rest are counted under them.
+    static constexpr int cardLimit = 200;
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -35,6 +37,7 @@ class HomeView : public QWidget {
     ScreenContext context_;
     QVBoxLayout* list_;
     QLabel* empty_;
+    QLabel* more_;
     QHash<QString, FileCard*> cardByPath_;
     QHash<QString, QString> pendingThumbnails_; ///< render key → path
 };

@@ -1,6 +1,7 @@
 #include "screens/MergeView.hpp"
 
 #include "app/LoadedFilesModel.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
@@ -8,9 +9,9 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QIdentityProxyModel>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPushButton>
-#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -129,7 +130,7 @@ MergeView::MergeView(const ScreenContext& context, QWidget* parent)
     layout->addWidget(bar_);
 
     connect(&context_.model(), &AppModel::filesChanged, this, &MergeView::refresh);
-    connect(&context_.model(), &AppModel::analysisChanged, this, &MergeView::refresh);
+    connectCoalesced(&context_.model(), &AppModel::analysisChanged, this, &MergeView::refresh);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MergeView::refresh);
     // A reset (every change of the files) replaces the selection model's contents, not itself.
@@ -265,8 +266,8 @@ void MergeView::runMerge() {
     OperationParameters::Merge merge;
     merge.insertBlankBetween = blank_->isChecked();
     context_.model().run(PDFOperationKind::merge, merge, files);
-    bar_->showNote(tr("Merging %n file(s): follow it in the queue.", nullptr,
-                      static_cast<int>(files.size())));
+    bar_->showNote(
+        tr("Merging %n file(s): follow it in the queue.", nullptr, static_cast<int>(files.size())));
 }
 
 bool MergeView::eventFilter(QObject* watched, QEvent* event) {

@@ -1,6 +1,7 @@
 #include "screens/PrivacyView.hpp"
 
 #include "platform/TextRecognizer.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/ScreenParts.hpp"
 
 #include <QButtonGroup>
@@ -112,7 +113,7 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
         refreshMetadata();
         refresh();
     });
-    connect(&model, &AppModel::analysisChanged, this, &PrivacyView::refreshMetadata);
+    connectCoalesced(&model, &AppModel::analysisChanged, this, &PrivacyView::refreshMetadata);
     connect(&model, &AppModel::suggestionOffered, this,
             [this](AppModel::Section section, const OperationParameters& suggested) {
                 if (section != AppModel::Section::privacy) {
@@ -278,8 +279,11 @@ void PrivacyView::selectPreset(CleanPreset preset) {
 
 void PrivacyView::refreshMetadata() {
     metadata_->clear();
-    AppModel& model = context_.model();
-    for (const QString& path : ScreenFiles::pdfs(model)) {
+    const QStringList pdfs = ScreenFiles::pdfs(context_.model());
+    // A slice at a time: a folder may have loaded tens of thousands of files.
+    filling_.start(static_cast<int>(pdfs.size()), [this, pdfs](int index) {
+        const QString& path = pdfs.at(index);
+        AppModel& model = context_.model();
         auto* file = new QTreeWidgetItem(metadata_, {QFileInfo(path).fileName()});
         file->setToolTip(0, path);
         if (const PDFAnalysis* analysis = model.analysis(path)) {
@@ -296,8 +300,8 @@ void PrivacyView::refreshMetadata() {
         } else if (const QString error = model.analysisError(path); !error.isEmpty()) {
             file->setText(1, tr("could not be read: %1").arg(error));
         }
-    }
-    metadata_->expandAll();
+        file->setExpanded(true);
+    });
 }
 
 QString PrivacyView::problem(bool running) const {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
+#include "screens/SlicedLoop.hpp"
 
 #include <QWidget>
 
@@ -61,6 +62,7 @@ class PrivacyView : public QWidget {
     QLineEdit* current_ = nullptr;
     QList<QPair<QString, QCheckBox*>> languages_; // code and its box
     ActionBar* bar_ = nullptr;
+    SlicedLoop filling_;
 };
 
 } // namespace quillet

@@ -153,12 +153,28 @@ QFormLayout* formLayout(QWidget* page, int margin) {
 
 namespace ScreenFiles {
 
+namespace {
+
+// By the name's last extension, as FileTypes reads it, without building a filesystem path: the
+// screens ask this of every loaded file, and a folder may load 50,000.
+std::optional<FileKind> kindOf(const QString& path) {
+    const auto slash = path.lastIndexOf(QLatin1Char('/'));
+    const auto dot = path.lastIndexOf(QLatin1Char('.'));
+    if (dot <= slash + 1) {
+        return std::nullopt;
+    }
+    return fileKindForExtension(path.mid(dot + 1).toStdString());
+}
+
+} // namespace
+
 bool isPDF(const QString& path) {
-    return quillet::isPDF(std::filesystem::path(path.toStdString()));
+    return kindOf(path) == FileKind::pdf;
 }
 
 bool isImage(const QString& path) {
-    return quillet::isImage(std::filesystem::path(path.toStdString()));
+    const auto kind = kindOf(path);
+    return kind && quillet::isImage(*kind);
 }
 
 QString localPath(const std::string& pathOrURL) {

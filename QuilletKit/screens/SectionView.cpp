@@ -109,6 +109,14 @@ SectionView::SectionView(AppModel& model, Section section, QWidget* parent)
         model_.setSection(section_);
         model_.chooseFiles();
     });
+    connect(dropZone_, &DropZone::cancelRequested, &model_, &AppModel::cancelFolderReading);
+    connect(&model_, &AppModel::folderReadingChanged, this, [this] {
+        // Only the section that took the drop shows it; a folder is read for one section.
+        const bool mine = model_.isReadingFolders() && model_.section() == section_;
+        dropZone_->showProgress(
+            mine ? tr("Reading the folder… %n file(s) found", nullptr, model_.folderFilesFound())
+                 : QString());
+    });
     if (section == Section::batch) {
         dropZone_->offerFolder();
         connect(dropZone_, &DropZone::chooseFolderRequested, this, [this] {

@@ -175,11 +175,13 @@ QWidget* SplitView::buildModes() {
 }
 
 std::optional<QString> SplitView::source() const {
-    const QStringList pdfs = ScreenFiles::pdfs(context_.model());
-    if (pdfs.isEmpty()) {
-        return std::nullopt;
+    // The first PDF, found without listing them all: a folder may have loaded 50,000 files.
+    for (const QString& path : context_.model().files()) {
+        if (ScreenFiles::isPDF(path)) {
+            return path;
+        }
     }
-    return pdfs.front();
+    return std::nullopt;
 }
 
 void SplitView::selectMode(SplitMode mode) {

@@ -35,7 +35,7 @@ class AppModelTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void foldersExpandSortedByPath();
+    void foldersAreReadOffTheMainThreadSortedByPath();
     void mergeAppendsAndOtherSectionsReplace();
     void runSubmitsOnlyAcceptedFilesWithTheRuleOfThatMoment();
     void analysesRunInWorkersAndFailuresLeaveNoEntry();
@@ -43,10 +43,10 @@ class AppModelTest : public QObject {
     void analysesWaitBeyondTheLimit();
 };
 
-void AppModelTest::foldersExpandSortedByPath() {
+void AppModelTest::foldersAreReadOffTheMainThreadSortedByPath() {
     TempDir dir;
-    for (const char* name : {"b.pdf", "a.png", "notes.txt", "sub/c.JPG", ".hidden/d.pdf",
-                             ".e.pdf", "sub/deeper/f.tiff"}) {
+    for (const char* name : {"b.pdf", "a.png", "notes.txt", "sub/c.JPG", ".hidden/d.pdf", ".e.pdf",
+                             "sub/deeper/f.tiff"}) {
         touch(dir / "in" / name);
     }
     fs::create_directory_symlink(dir / "in" / "sub", dir / "in" / "link");
@@ -55,9 +55,26 @@ void AppModelTest::foldersExpandSortedByPath() {
 
     auto settings = settingsIn(dir);
     QuilletApp app(*settings, dir.path(), realWorker());
-    app.model().setSection(AppModel::Section::compress);
-    app.model().acceptDropped(urls({dir / "in", dir / "in" / "notes.txt"}));
-    QCOMPARE(names(app.model().files()), (QStringList{"a.png", "b.pdf", "c.JPG", "f.tiff"}));
+    AppModel& model = app.model();
+    model.setSection(AppModel::Section::compress);
+    model.acceptDropped(urls({dir / "in", dir / "in" / "notes.txt", dir / "in" / "b.pdf"}));
+    QVERIFY(model.isReadingFolders()); // the window goes on; the files arrive once it is read
+    QVERIFY(model.files().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!model.isReadingFolders(), 10000);
+    QCOMPARE(names(model.files()), (QStringList{"b.pdf", "a.png", "c.JPG", "f.tiff"}));
+
+    // A cancelled reading loads nothing, and a drop while reading replaces the reading.
+    for (int i = 0; i < 3000; ++i) {
+        touch(dir / "many" / ("p" + std::to_string(i) + ".pdf"));
+    }
+    model.acceptDropped(urls({dir / "many"}));
+    model.cancelFolderReading();
+    QVERIFY(!model.isReadingFolders());
+    model.acceptDropped(urls({dir / "many"}));
+    model.acceptDropped(urls({dir / "in" / "sub"}));
+    QTRY_VERIFY_WITH_TIMEOUT(!model.isReadingFolders(), 10000);
+    QTest::qWait(200);
+    QCOMPARE(names(model.files()), (QStringList{"c.JPG", "f.tiff"}));
 }
 
 void AppModelTest::mergeAppendsAndOtherSectionsReplace() {
@@ -141,8 +158,7 @@ void AppModelTest::analysesRunInWorkersAndFailuresLeaveNoEntry() {
     QVERIFY(!model.isAnalyzing(qpath(dir / "picture.png"))); // not a PDF: nothing to analyse
     QCOMPARE(list.data(list.index(0), LoadedFilesModel::SummaryRole).toString(),
              QStringLiteral("Analysing…"));
-    QTRY_VERIFY_WITH_TIMEOUT(!model.isAnalyzing(qpath(good)) &&
-                                 !model.isAnalyzing(qpath(damaged)),
+    QTRY_VERIFY_WITH_TIMEOUT(!model.isAnalyzing(qpath(good)) && !model.isAnalyzing(qpath(damaged)),
                              30000);
 
     const PDFAnalysis* analysis = model.analysis(qpath(good));
@@ -150,7 +166,8 @@ void AppModelTest::analysesRunInWorkersAndFailuresLeaveNoEntry() {
     QCOMPARE(analysis->pageCount, 4);
     QCOMPARE(analysis->fileSize, static_cast<std::int64_t>(fs::file_size(good)));
     QVERIFY(analysis->pages.front().hasText);
-    QVERIFY(list.data(list.index(0), LoadedFilesModel::SummaryRole).toString().startsWith("4 pages"));
+    QVERIFY(
+        list.data(list.index(0), LoadedFilesModel::SummaryRole).toString().startsWith("4 pages"));
 
     QVERIFY(model.analysis(qpath(damaged)) == nullptr);
     QVERIFY(model.analysisError(qpath(damaged)).contains("damaged.pdf"));

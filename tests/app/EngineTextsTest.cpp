@@ -34,7 +34,8 @@ void EngineTextsTest::chineseInterfaceShowsNoEngineEnglish() {
          "此 PDF 无法在不造成不可接受的质量损失的情况下压缩到 5.00 MB 以下。"},
         {CancellationError().what(), "操作已取消。"},
         {"x.pdf: Page 3 takes too long to draw", "x.pdf：第 3 页绘制时间过长"},
-        {"12 pages combined · 3 of 4 pages made searchable", "已合并 12 页 · 4 页中的 3 页已可搜索"},
+        {"12 pages combined · 3 of 4 pages made searchable",
+         "已合并 12 页 · 4 页中的 3 页已可搜索"},
         {"Something no engine says.", "Something no engine says."},
     };
     for (const auto& [english, chineseText] : rows) {

@@ -116,7 +116,7 @@ TEST(InfoCommand, ReportsEachFileAndStopsAtTheFirstFailure) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.out.starts_with("── pdflatex-image.pdf ──\n")) << result.out;
     EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 11); // one report only
-    EXPECT_EQ(result.err, "error: Could not open notes.pdf.\n");
+    EXPECT_EQ(result.err, "error: Could not open notes.pdf: unable to find trailer dictionary while recovering damaged file.\n");
 
     result = test::runProcess(
         QUILLET_BINARY,

@@ -180,7 +180,7 @@ TEST(Analyze, FailuresNameTheProblem) {
     test::TempDir dir;
     const auto text = dir.write("notes.pdf", "just some text, not a PDF\n");
     EXPECT_STREQ(test::caughtCoreError([&] { PDFAnalysisEngine::analyze(text); }).what(),
-                 "Could not open notes.pdf.");
+                 "Could not open notes.pdf: unable to find trailer dictionary while recovering damaged file.");
     EXPECT_EQ(test::caughtCase([&] { PDFAnalysisEngine::analyze(test::lockedPDF(dir / "l.pdf")); }),
               PDFCoreError::Case::wrongPassword);
     const auto analysis = PDFAnalysisEngine::analyze(test::lockedPDF(dir / "owner.pdf", ""));

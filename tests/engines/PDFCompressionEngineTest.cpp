@@ -343,7 +343,7 @@ TEST_F(CompressionFixture, ReplacingTheInputIsAtomicAndErrorsNameTheFile) {
     EXPECT_STREQ(test::caughtCoreError([&] {
                      PDFCompressionEngine::compress(garbage, dir_ / "never.pdf", {});
                  }).what(),
-                 "Could not open garbage.pdf.");
+                 "Could not open garbage.pdf: unable to find trailer dictionary while recovering damaged file.");
     EXPECT_FALSE(fs::exists(dir_ / "never.pdf"));
 }
 

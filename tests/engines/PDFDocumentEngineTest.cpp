@@ -43,12 +43,22 @@ TEST(PDFDocumentEngineTest, OpenersOpenTheSameFilesAndSayWhyTheOthersFail) {
         std::string unlocked; // what openUnlock gives
         std::string cg;       // what openCG gives
     } cases[] = {
-        {dir / "missing.pdf", "", "File not found: missing.pdf", "Could not open missing.pdf."},
-        {dir.write("junk.pdf", "no pdf here"), "", "Could not open junk.pdf.",
-         "Could not open junk.pdf."},
-        {cut, "", "Could not open cut.pdf.", "Could not open cut.pdf."},
-        {PDFBuilder().write(dir / "empty.pdf", Damage::zeroBytes), "", "Could not open empty.pdf.",
-         "Could not open empty.pdf."},
+        {dir / "missing.pdf", "", "File not found: missing.pdf",
+         "Could not open missing.pdf: No such file or directory."},
+        {dir.write("junk.pdf", "no pdf here"), "",
+         "Could not open junk.pdf: unable to find trailer dictionary while recovering damaged "
+         "file.",
+         "Could not open junk.pdf: unable to find trailer dictionary while recovering damaged "
+         "file."},
+        {cut, "",
+         "Could not open cut.pdf: unable to find trailer dictionary while recovering damaged file.",
+         "Could not open cut.pdf: unable to find trailer dictionary while recovering damaged "
+         "file."},
+        {PDFBuilder().write(dir / "empty.pdf", Damage::zeroBytes), "",
+         "Could not open empty.pdf: unable to find trailer dictionary while recovering damaged "
+         "file.",
+         "Could not open empty.pdf: unable to find trailer dictionary while recovering damaged "
+         "file."},
         {locked, "", "Incorrect password.", "Incorrect password."},
         {locked, "wrong", "Incorrect password.", "Incorrect password."},
         {locked, "openpassword", "1 pages", "1 pages"},

@@ -326,8 +326,8 @@ TEST(PDFMetadataEngineTest, BadInputFailsClearlyAndWritesNothing) {
         std::string message;
     } cases[] = {
         {missing, CleanPreset::safe, Case::fileNotFound, "File not found: gone.pdf"},
-        {missing, CleanPreset::flattenAndClean, Case::cannotOpen, "Could not open gone.pdf."},
-        {junk, CleanPreset::privacy, Case::cannotOpen, "Could not open junk.pdf."},
+        {missing, CleanPreset::flattenAndClean, Case::cannotOpen, "Could not open gone.pdf: No such file or directory."},
+        {junk, CleanPreset::privacy, Case::cannotOpen, "Could not open junk.pdf: unable to find trailer dictionary while recovering damaged file."},
         {copyOfEncrypted, CleanPreset::safe, Case::wrongPassword, "Incorrect password."},
         {copyOfEncrypted, CleanPreset::flattenAndClean, Case::wrongPassword, "Incorrect password."},
     };

@@ -116,7 +116,7 @@ TEST(SplitChunkPagesErrors, EveryFailureHasItsCaseAndText) {
          "Enter the pages to extract, e.g. 1, 3, 5, 7-20."},
         {SplitMode::byFileSize, 5, "", -1, Case::invalidInput,
          "Set a maximum size per output file."},
-        {SplitMode::byFileSize, 5, "", 1000, Case::cannotOpen, "Could not open missing.pdf."},
+        {SplitMode::byFileSize, 5, "", 1000, Case::cannotOpen, "Could not open missing.pdf: No such file or directory."},
     };
     for (const auto& row : rows) {
         const auto error = test::caughtCoreError([&] {
