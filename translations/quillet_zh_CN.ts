@@ -704,7 +704,7 @@
     </message>
     <message>
         <source>Could not open %1: %2.</source>
-        <translation>无法打开 %1：%2。</translation>
+        <translation>无法打开 %1（文件已损坏、不是 PDF 或无法读取）。</translation>
     </message>
     <message>
         <source>Writing the PDF failed: %1</source>

@@ -25,7 +25,7 @@ void EngineTextsTest::chineseInterfaceShowsNoEngineEnglish() {
     const std::pair<std::string, QString> rows[] = {
         {PDFCoreError::cannotOpen("/in/x.pdf").what(), "无法打开 x.pdf。"},
         {PDFCoreError::cannotOpen("/in/x.pdf", "loop in /Pages").what(),
-         "无法打开 x.pdf：loop in /Pages。"},
+         "无法打开 x.pdf（文件已损坏、不是 PDF 或无法读取）。"},
         {PDFCoreError::fileNotFound("/in/y.pdf").what(), "找不到文件：y.pdf"},
         {PDFCoreError::wrongPassword().what(), "密码不正确。"},
         {PDFCoreError::emptyDocument().what(), "该文档没有页面。"},
