@@ -62,7 +62,10 @@ const std::vector<Form>& forms() {
         add(R"(Could not open ([^:]+)\.)",
             [](const auto& m) { return tr("Could not open %1.").arg(m.captured(1)); });
         add(R"(Could not open ([^:]+): (.+)\.)", [](const auto& m) {
-            return tr("Could not open %1: %2.").arg(m.captured(1), m.captured(2));
+            // A translation may leave the quoted reason out.
+            const QString text = tr("Could not open %1: %2.");
+            return text.contains(QLatin1String("%2")) ? text.arg(m.captured(1), m.captured(2))
+                                                      : text.arg(m.captured(1));
         });
         add(R"(Writing the PDF failed: (.+))",
             [](const auto& m) { return tr("Writing the PDF failed: %1").arg(m.captured(1)); });
