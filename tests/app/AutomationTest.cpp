@@ -1,6 +1,5 @@
-// Automation actions: the task each action builds, private work folders, real calls over the
-// session bus answered with the "out-" files or with the error, and the lifetime of an instance
-// started only for them.
+// Automation actions: real calls over the session bus, each in a private work folder, answered
+// with the "out-" files or with the error, and the lifetime of an instance started only for them.
 #include "app/AppTests.hpp"
 
 #include "app/AutomationBus.hpp"
@@ -14,8 +13,6 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
-#include <fstream>
-
 using namespace quillet;
 using namespace quillet::test;
 namespace fs = std::filesystem;
@@ -25,17 +22,6 @@ namespace {
 constexpr int longCallMilliseconds = 10 * 60 * 1000;
 const QString path = QStringLiteral("/org/quillet/Quillet");
 const QString interface = QString::fromLatin1(AutomationBus::interfaceName);
-
-/// Runs nothing: keeps the task and answers one file written beside the first input.
-struct Recorder {
-    std::vector<TaskSpec> specs;
-    std::vector<fs::path> operator()(const TaskSpec& spec) {
-        specs.push_back(spec);
-        const fs::path output = fs::path(spec.inputs.front()).parent_path() / "result.pdf";
-        std::ofstream(output) << "%PDF-1.7\n";
-        return {output};
-    }
-};
 
 /// Calls the interface this process exports, through the daemon as another program does: no
 /// introspection first, which this process's own thread would have to answer.
@@ -75,66 +61,10 @@ class AutomationTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void compressBuildsItsSpec_data();
-    void compressBuildsItsSpec();
-    void callsNeverShareAWorkFolder();
     void callsOverTheBusAnswerTheOutFiles();
     void errorsAnswerTheFailedError();
     void backgroundInstanceQuitsWhenIdle();
 };
-
-void AutomationTest::compressBuildsItsSpec_data() {
-    QTest::addColumn<QString>("quality");
-    QTest::addColumn<int>("targetSizeMB");
-    QTest::addColumn<QString>("parameters");
-    QTest::newRow("absent quality") << "" << 0 << R"({"type":"compress","tier":"balanced"})";
-    QTest::newRow("zero target") << "smallest" << 0 << R"({"type":"compress","tier":"smallest"})";
-    QTest::newRow("negative target")
-        << "lossless" << -1 << R"({"type":"compress","tier":"lossless"})";
-    QTest::newRow("five MB") << "highQuality" << 5 << R"({"type":"targetSize","bytes":5242880})";
-    QTest::newRow("one MB, no quality") << "" << 1 << R"({"type":"targetSize","bytes":1048576})";
-}
-
-void AutomationTest::compressBuildsItsSpec() {
-    QFETCH(QString, quality);
-    QFETCH(int, targetSizeMB);
-    QFETCH(QString, parameters);
-    TempDir dir;
-    const auto source = samplePDF(dir, "report.pdf");
-    Recorder recorder;
-    const auto answers = IntentRunner::perform(
-        Intent::compress({source}, AutomationBus::quality(quality), targetSizeMB), dir / "tmp",
-        std::ref(recorder));
-
-    QCOMPARE(recorder.specs.size(), 1u);
-    const TaskSpec& spec = recorder.specs[0];
-    QCOMPARE(QString::fromStdString(toJSON(spec.parameters).dump()), parameters);
-    QVERIFY(spec.outputRule == OutputRule{});
-    QCOMPARE(spec.inputs.size(), 1u);
-    const fs::path staged = spec.inputs[0];
-    QCOMPARE(staged.filename().string(), std::string("report.pdf"));
-    QCOMPARE(readFile(staged), readFile(source));
-    QVERIFY(staged.parent_path().filename().string().starts_with("quillet-intent-compress-"));
-    QCOMPARE(answers, std::vector<fs::path>{staged.parent_path() / "out-result.pdf"});
-    QVERIFY(fs::exists(answers[0]));
-}
-
-void AutomationTest::callsNeverShareAWorkFolder() {
-    TempDir dir;
-    const auto a = samplePDF(dir, "a.pdf");
-    const auto b = samplePDF(dir, "b.pdf");
-    Recorder recorder;
-    const auto first =
-        IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
-    const auto second =
-        IntentRunner::perform(Intent::merge({a, b}), dir / "tmp", std::ref(recorder));
-    QCOMPARE(first.size(), 1u);
-    QCOMPARE(second.size(), 1u);
-    QVERIFY(first[0].parent_path() != second[0].parent_path());
-    QVERIFY(first[0].is_absolute());
-    QCOMPARE(fileNames(first[0].parent_path()),
-             (std::vector<std::string>{"a.pdf", "b.pdf", "out-result.pdf", "result.pdf"}));
-}
 
 void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
     if (!QDBusConnection::sessionBus().isConnected()) {

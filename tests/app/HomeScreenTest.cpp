@@ -1,16 +1,12 @@
-// The home screen's cards and where their recommendations lead, and the compress screen's
-// choices turned into the parameters of its job.
+// The home screen's cards and where their recommendations lead.
 #include "app/AppTests.hpp"
 
-#include "app/LoadedFilesModel.hpp"
 #include "screens/CompressView.hpp"
 #include "screens/FileCard.hpp"
 #include "screens/HomeView.hpp"
 #include "screens/InspectorSheet.hpp"
 #include "screens/MainWindow.hpp"
-#include "screens/ScreenContext.hpp"
 
-#include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
@@ -25,7 +21,6 @@ class HomeScreenTest : public QObject {
 
   private slots:
     void recommendationsOpenTheirSectionWithTheFile();
-    void compressChoicesBecomeParameters();
 };
 
 void HomeScreenTest::recommendationsOpenTheirSectionWithTheFile() {
@@ -70,30 +65,6 @@ void HomeScreenTest::recommendationsOpenTheirSectionWithTheFile() {
                                    OperationParameters::Compress{CompressionQualityTier::balanced});
     QCOMPARE(compress->parameters(),
              OperationParameters(OperationParameters::Compress{CompressionQualityTier::balanced}));
-}
-
-void HomeScreenTest::compressChoicesBecomeParameters() {
-    TempDir dir;
-    auto settings = settingsIn(dir);
-    QuilletApp app(*settings, dir.path(), realWorker());
-    LoadedFilesModel files(app.model());
-    CompressView view(ScreenContext{app, files});
-    view.setTarget(2'500'000);
-    QCOMPARE(view.parameters(), OperationParameters(OperationParameters::TargetSize{2'500'000}));
-    view.setTarget(300 * 1024);
-    QCOMPARE(view.parameters(), OperationParameters(OperationParameters::TargetSize{300 * 1024}));
-    view.selectTier(CompressionQualityTier::lossless);
-    QCOMPARE(view.parameters(),
-             OperationParameters(OperationParameters::Compress{CompressionQualityTier::lossless}));
-
-    // A preset of a target brings the target back.
-    app.model().presets().add("mail", CompressionQualityTier::balanced, 4 * 1024 * 1024);
-    auto* presets = view.findChild<QComboBox*>("presets");
-    QCOMPARE(presets->count(), 1);
-    QCOMPARE(presets->currentText(), QStringLiteral("mail — Max 4.0 MB"));
-    QTest::mouseClick(view.findChild<QPushButton*>("applyPreset"), Qt::LeftButton);
-    QCOMPARE(view.parameters(),
-             OperationParameters(OperationParameters::TargetSize{4 * 1024 * 1024}));
 }
 
 static RegisterSuite registered([] { return std::make_unique<HomeScreenTest>(); });

@@ -1,6 +1,6 @@
-// The window as a person uses it: files dropped from a file manager, the resume banner's two
-// buttons, a real compression from drop to output on disk, the application staying alive while
-// jobs run, and a second launch handing its file to the first.
+// The window as a person uses it: the resume banner's two buttons, a real compression from a
+// file manager's drop to output on disk, the application staying alive while jobs run, and a
+// second launch handing its file to the first.
 #include "app/AppTests.hpp"
 
 #include "app/ApplicationBus.hpp"
@@ -52,35 +52,12 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void dropsReachTheModelOfTheirSection();
     void resumeBannerButtons_data();
     void resumeBannerButtons();
     void compressFromDropToOutputOnDisk();
     void closingWhileBusyKeepsTheApplicationUntilTheQueueIsIdle();
     void aSecondLaunchHandsItsFilesToTheFirst();
 };
-
-void MainWindowTest::dropsReachTheModelOfTheirSection() {
-    TempDir dir;
-    const auto a = samplePDF(dir, "a.pdf");
-    const auto b = samplePDF(dir, "b.pdf");
-    auto settings = settingsIn(dir);
-    QuilletApp app(*settings, dir.path(), realWorker());
-    MainWindow window(app, [] {});
-    window.show();
-
-    app.model().setSection(AppModel::Section::merge);
-    dropFiles(sectionView(window, AppModel::Section::merge).dropZone(), {a});
-    dropFiles(sectionView(window, AppModel::Section::merge).dropZone(), {b, a});
-    QCOMPARE(app.model().files(), (QStringList{qpath(a), qpath(b)}));
-
-    // A drop that carries no local file is refused on entry.
-    QMimeData remote;
-    remote.setUrls({QUrl("https://example.org/x.pdf")});
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &remote, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&sectionView(window, AppModel::Section::merge).dropZone(), &enter);
-    QVERIFY(!enter.isAccepted());
-}
 
 void MainWindowTest::resumeBannerButtons_data() {
     QTest::addColumn<QString>("button");

@@ -97,8 +97,6 @@ class OrganizeViewTest : public QObject {
   private slots:
     void drawsOnlyThePagesInSightAndRefusesALockedFile();
     void selectRotateAndUndo();
-    void toolbarActions_data();
-    void toolbarActions();
     void aDropOnACellMovesTheDraggedPage();
     void signedDocumentSavesOnlyAfterConfirmation();
     void aDragOutGetsAFileOfTheSelection();
@@ -164,36 +162,6 @@ void OrganizeViewTest::selectRotateAndUndo() {
     QCOMPARE(screen.pages().rowCount(), 3);
     QTest::mouseClick(ask->findChild<QPushButton*>("discard"), Qt::LeftButton);
     QTRY_COMPARE(screen.pages().rowCount(), 2);
-}
-
-void OrganizeViewTest::toolbarActions_data() {
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QList<int>>("selected");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("delete") << "delete" << QList<int>{0, 3} << QStringList{"1@0", "2@0"};
-    QTest::newRow("duplicate") << "duplicate" << QList<int>{1, 2}
-                               << QStringList{"0@0", "1@0", "1@0", "2@0", "2@0", "3@0"};
-    QTest::newRow("rotate left") << "rotateLeft" << QList<int>{3}
-                                 << QStringList{"0@0", "1@0", "2@0", "3@270"};
-    QTest::newRow("select all, delete, keep nothing")
-        << "selectAll+delete" << QList<int>{} << QStringList{};
-}
-
-void OrganizeViewTest::toolbarActions() {
-    QFETCH(QString, action);
-    QFETCH(QList<int>, selected);
-    QFETCH(QStringList, expected);
-    TempDir dir;
-    Screen screen(dir);
-    screen.drop(samplePDF(dir, "four.pdf", 4));
-    QTRY_COMPARE(screen.pages().rowCount(), 4);
-    screen.select(selected);
-    for (const auto& name : action.split('+')) {
-        screen.action(name.toUtf8().constData()).trigger();
-    }
-    QTRY_VERIFY(screen.idle());
-    QCOMPARE(screen.cells(), expected);
-    QCOMPARE(screen.action("save").isEnabled(), !expected.isEmpty());
 }
 
 void OrganizeViewTest::aDropOnACellMovesTheDraggedPage() {

@@ -22,7 +22,6 @@
 #include <QSignalSpy>
 #include <QTabWidget>
 
-#include <fstream>
 
 using namespace quillet;
 using namespace quillet::test;
@@ -81,8 +80,6 @@ class SectionScreensTest : public QObject {
     void batchSubmitsOneJobPerFile();
     void historyRunsAJobAgainWithItsParameters();
     void splitRangesFromTheScreenToPartsOnDisk();
-    void splitRefusesWhatCannotRun_data();
-    void splitRefusesWhatCannotRun();
     void privacyRefusesMismatchedPasswordsAndFollowsSuggestions();
     void mergeOrderFollowsDragsAndRemovals();
 };
@@ -219,44 +216,6 @@ void SectionScreensTest::splitRangesFromTheScreenToPartsOnDisk() {
         QCOMPARE(part.parent_path(), dir / "results");
         QCOMPARE(PDFDocumentEngine::openUnlock(part, "").pageCount(), pages[i]);
     }
-}
-
-void SectionScreensTest::splitRefusesWhatCannotRun_data() {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("says");
-    QTest::newRow("no range") << "a.pdf" << int(SplitMode::pageRanges) << "" << "e.g. 1-5, 8";
-    QTest::newRow("a word among ranges") << "a.pdf" << int(SplitMode::pageRanges) << "1-3, abc"
-                                         << "“abc”";
-    QTest::newRow("open-ended range") << "a.pdf" << int(SplitMode::pageRanges) << "5-" << "“5-”";
-    QTest::newRow("nothing to extract") << "a.pdf" << int(SplitMode::extract) << " ; "
-                                        << "e.g. 1, 3, 5";
-    QTest::newRow("an image") << "photo.png" << int(SplitMode::everyPage) << ""
-                              << "photo.png is not a PDF";
-}
-
-void SectionScreensTest::splitRefusesWhatCannotRun() {
-    QFETCH(QString, file);
-    QFETCH(int, mode);
-    QFETCH(QString, text);
-    QFETCH(QString, says);
-    TempDir dir;
-    Screens screens(dir, realWorker());
-    fs::path path = dir / file.toStdString();
-    if (file.endsWith(".pdf")) {
-        samplePDF(dir, file.toStdString(), 6);
-    } else {
-        std::ofstream(path) << "not really a picture";
-    }
-    SplitView view(screens.context());
-    screens.app.model().setFiles({qpath(path)});
-    view.selectMode(static_cast<SplitMode>(mode));
-    const char* field = mode == int(SplitMode::extract) ? "extract" : "ranges";
-    view.findChild<QLineEdit*>(field)->setText(text);
-    view.runSplit();
-    QVERIFY2(message(view).contains(says), qPrintable(message(view)));
-    QVERIFY(screens.app.queue().records().empty());
 }
 
 void SectionScreensTest::privacyRefusesMismatchedPasswordsAndFollowsSuggestions() {

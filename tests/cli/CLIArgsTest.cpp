@@ -1,6 +1,5 @@
 #include "cli/CLIArgs.hpp"
 #include "cli/CLIError.hpp"
-#include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
 
@@ -35,34 +34,15 @@ INSTANTIATE_TEST_SUITE_P(
                   {{"t", "smallest"}}},
         ParseCase{"FlagWhileValuePending", {"-o", "--replace", "out.pdf", "a.pdf"}, {"a.pdf"},
                   {"replace"}, {{"o", "out.pdf"}}},
-        ParseCase{"SingleAndDoubleDashAreOneOption", {"--o", "x.pdf", "-o", "y.pdf"}, {}, {},
-                  {{"o", "y.pdf"}}},
         ParseCase{"LastValueWins", {"--dpi", "72", "--dpi", "300"}, {}, {}, {{"dpi", "300"}}},
         ParseCase{"NoEndOfOptionsMarker", {"--", "-x.pdf"}, {"-x.pdf"}, {""}, {}},
         ParseCase{"NoNameEqualsValueForm", {"--dpi=300", "a.pdf"}, {"a.pdf"}, {"dpi=300"}, {}},
-        ParseCase{"TrailingValueOptionDropped", {"a.pdf", "--under"}, {"a.pdf"}, {}, {}},
-        ParseCase{"LoneDashIsPlainArgument", {"-"}, {"-"}, {}, {}},
         ParseCase{"LongSingleDashWordIsPlain", {"-abc", "--pages", "1-5"}, {"-abc"}, {},
                   {{"pages", "1-5"}}},
         ParseCase{"NegativeNumberReadAsOption", {"--margin", "-5", "a.pdf"}, {}, {"5"},
                   {{"margin", "a.pdf"}}},
         ParseCase{"PendingOptionReplacedByNext", {"--dpi", "--format", "jpeg"}, {}, {},
-                  {{"format", "jpeg"}}},
-        ParseCase{"AllValueNames",
-                  {"--ranges", "1", "--extract", "2", "--every", "3", "--by-size", "4",
-                   "--page-size", "a4", "--fit", "fill", "--preset", "safe", "--password", "pw",
-                   "--under", "5MB"},
-                  {},
-                  {},
-                  {{"ranges", "1"},
-                   {"extract", "2"},
-                   {"every", "3"},
-                   {"by-size", "4"},
-                   {"page-size", "a4"},
-                   {"fit", "fill"},
-                   {"preset", "safe"},
-                   {"password", "pw"},
-                   {"under", "5MB"}}}),
+                  {{"format", "jpeg"}}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct SizeCase {
@@ -78,11 +58,8 @@ TEST_P(ParseSizeValid, ConvertsToBinaryMultiples) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, ParseSizeValid,
                          testing::Values(SizeCase{"10MB", 10485760}, SizeCase{"1.5k", 1536},
-                                         SizeCase{"  2 gb  ", 2147483648LL}, SizeCase{"2G", 2147483648LL},
-                                         SizeCase{"3M", 3145728}, SizeCase{"1KB", 1024},
-                                         SizeCase{"0.5KB", 512}, SizeCase{"1.3KB", 1331},
-                                         SizeCase{"500", 500}, SizeCase{"500b", 500},
-                                         SizeCase{"0MB", 0}, SizeCase{".5m", 524288}));
+                                         SizeCase{"  2 gb  ", 2147483648LL}, SizeCase{"1.3KB", 1331},
+                                         SizeCase{"500b", 500}, SizeCase{".5m", 524288}));
 
 TEST(ParseSize, RejectsTextWithoutNumberOrKnownUnit) {
     for (const char* text : {"abc", "10XB", "", "   ", "MB", "1.2.3MB", "10 MB extra", "-5MB",
@@ -94,26 +71,6 @@ TEST(ParseSize, RejectsTextWithoutNumberOrKnownUnit) {
             EXPECT_NE(error.message.find(std::string("\"") + text + "\""), std::string::npos)
                 << error.message;
         }
-    }
-}
-
-TEST(CLIArgsInputs, ChecksPresenceAndExistenceInOrder) {
-    test::TempDir dir;
-    const auto present = dir.write("a.pdf", "%PDF-1.4\n");
-    const auto missing = (dir / "missing.pdf").string();
-
-    EXPECT_EQ(CLIArgs::parse({present.string()}).inputs(), std::vector{present});
-    try {
-        CLIArgs::parse({"-t", "balanced"}).inputs();
-        ADD_FAILURE();
-    } catch (const CLIError& error) {
-        EXPECT_EQ(error.message, "no input files");
-    }
-    try {
-        CLIArgs::parse({present.string(), missing, "also-missing.pdf"}).inputs();
-        ADD_FAILURE();
-    } catch (const CLIError& error) {
-        EXPECT_EQ(error.message, "file not found: " + missing);
     }
 }
 

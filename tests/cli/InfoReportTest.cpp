@@ -62,52 +62,6 @@ TEST(InfoReport, FullReportLineByLine) {
               "\n");
 }
 
-TEST(InfoReport, NoImagesNoFontsNoRecommendation) {
-    PDFAnalysis analysis;
-    analysis.fileSize = 1000;
-    analysis.pageCount = 1;
-    analysis.pages = {page(792, 612, {}, 0)};
-    EXPECT_EQ(infoReport("a.pdf", analysis),
-              "── a.pdf ──\n"
-              "  size:         1000 B\n"
-              "  pdf version:  ?\n"
-              "  pages:        1  (792×612 pt)\n"
-              "  images:       0 \n"
-              "  fonts:        none\n"
-              "  scanned:      0/1 pages · text coverage 0%\n"
-              "  metadata:     author=- creator=-\n"
-              "  security:     attachments=0 forms=0 annotations=0 js=no signatures=0\n"
-              "\n");
-}
-
-TEST(InfoReport, RecommendThresholdsAreStrict) {
-    const auto recommends = [](std::int64_t size, double dpi) {
-        PDFAnalysis analysis;
-        analysis.fileSize = size;
-        analysis.pageCount = 1;
-        analysis.pages = {page(612, 792, {image(dpi, 100, 100)}, 0)};
-        return infoReport("a.pdf", analysis).find("recommend:") != std::string::npos;
-    };
-    EXPECT_TRUE(recommends(1'000'001, 181));
-    EXPECT_FALSE(recommends(1'000'000, 181));
-    EXPECT_FALSE(recommends(1'000'001, 180));
-}
-
-TEST(InfoReport, DominantSizeLooksAtTheFirstPageOnly) {
-    const struct {
-        double width, height;
-        const char* expected;
-    } cases[] = {{595.28, 841.89, " (A4)"},        {597.5, 839.5, " (A4)"},
-                 {598.28, 841.89, " (598×842 pt)"}, {612, 792, " (US Letter)"},
-                 {792, 612, " (792×612 pt)"},      {420.4, 595.6, " (420×596 pt)"}};
-    for (const auto& c : cases) {
-        PDFAnalysis analysis;
-        analysis.pages = {page(c.width, c.height, {}, 0), page(612, 792, {}, 0)};
-        EXPECT_EQ(dominantSize(analysis), c.expected) << c.width << "x" << c.height;
-    }
-    EXPECT_EQ(dominantSize(PDFAnalysis{}), "");
-}
-
 TEST(InfoCommand, ReportsEachFileAndStopsAtTheFirstFailure) {
     test::TempDir dir;
     const auto notPDF = dir.write("notes.pdf", "plain text\n");

@@ -57,18 +57,6 @@ TEST(JobCommand, ReportsProgressAndAResultPerSpecAsJSONLines) {
     EXPECT_EQ(lines.back(), (ordered_json{{"id", wrong.id}, {"error", "Missing split parameters."}}));
 }
 
-TEST(JobCommand, PrintsOnePathPerOutputForPeople) {
-    test::TempDir dir;
-    const auto input = test::numberedPDF(dir / "doc.pdf", 2);
-    auto spec = TaskSpec::make(PDFOperationKind::protect, {input.string()}, OutputRule{},
-                               P::Protect{"pw", ""});
-    // A single spec object is accepted as well as an array.
-    const auto file = dir.write("one.json", toJSON(spec).dump());
-    const auto result = test::quillet({"job", file.string()});
-    EXPECT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(result.out, (dir / "doc-protected.pdf").string() + "\n");
-}
-
 TEST(JobCommand, ABadOrMissingSpecFileIsAUsageErrorNamingIt) {
     test::TempDir dir;
     std::vector<fs::path> files{"/nonexistent/job.json"};

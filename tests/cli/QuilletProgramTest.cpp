@@ -1,9 +1,6 @@
-// The real `quillet` program, run as a child process: exit status, standard output and standard
-// error exactly as a user or a script sees them.
+// The command line's interrupt handling, in a child process of this test.
 #include "cli/QuilletCLIEntry.hpp"
-#include "cli/Usage.hpp"
 #include "platform/TemporaryFile.hpp"
-#include "cli/RunQuillet.hpp"
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
@@ -14,51 +11,6 @@
 
 namespace quillet {
 namespace {
-
-using test::quillet;
-
-struct ProgramCase {
-    const char* name;
-    std::vector<std::string> arguments;
-    int status;
-    std::string out;
-    std::string err;
-};
-
-class QuilletProgramRun : public testing::TestWithParam<ProgramCase> {};
-
-TEST_P(QuilletProgramRun, PrintsAndExitsAsDocumented) {
-    const auto& c = GetParam();
-    const auto result = quillet(c.arguments);
-    EXPECT_EQ(result.status, c.status);
-    EXPECT_EQ(result.out, c.out);
-    EXPECT_EQ(result.err, c.err);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, QuilletProgramRun,
-    testing::Values(
-        ProgramCase{"NoArgumentsIsUsageAndFailure", {}, 2, usageText(), ""},
-        ProgramCase{"ShortHelp", {"-h"}, 0, usageText(), ""},
-        ProgramCase{"LongHelp", {"--help"}, 0, usageText(), ""},
-        ProgramCase{"HelpWord", {"help", "ignored"}, 0, usageText(), ""},
-        ProgramCase{"UnknownCommand", {"frobnicate"}, 2, "",
-                    "Unknown command: frobnicate\n\n" + usageText()},
-        ProgramCase{"MissingInput", {"info", "/nonexistent/a b.pdf"}, 2, "",
-                    "error: file not found: /nonexistent/a b.pdf\n"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-// Inputs are checked before any option: not even an invalid preset is reported first.
-TEST(QuilletProgram, EveryCommandChecksItsInputsFirst) {
-    for (const char* command : {"compress", "merge", "split", "convert", "images", "clean",
-                                "protect", "unprotect", "info"}) {
-        const auto result =
-            quillet({command, "--preset", "bogus", "--password", "x", "-o", "out.pdf"});
-        EXPECT_EQ(result.status, 2) << command;
-        EXPECT_EQ(result.err, "error: no input files\n") << command;
-        EXPECT_EQ(result.out, "") << command;
-    }
-}
 
 // Ctrl-C while an output is being written: the process ends with 130 and the partial file is gone.
 TEST(QuilletInterrupt, SigintRemovesTemporaryFilesAndExits130) {

@@ -11,7 +11,6 @@
 
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
-#include <qpdf/QPDFWriter.hh>
 
 #include <gtest/gtest.h>
 
@@ -57,19 +56,6 @@ double meanDifference(const fs::path& a, const fs::path& b, int page) {
     return sum / static_cast<double>(before.pixels.size());
 }
 
-// How many different streams the dictionaries of `file` name under `key`.
-std::size_t streamsUnder(const fs::path& file, const std::string& key) {
-    QPDF qpdf;
-    qpdf.processFile(file.c_str());
-    std::set<QPDFObjGen> streams;
-    for (auto& object : qpdf.getAllObjects()) {
-        if (object.isDictionary() && object.getKey(key).isStream()) {
-            streams.insert(object.getKey(key).getObjGen());
-        }
-    }
-    return streams.size();
-}
-
 // Real documents from other producers, compressed in every tier: structurally sound for qpdf,
 // every word still found by pdftotext, pages that look the same, and smaller where the document
 // carries what compaction removes.
@@ -104,62 +90,6 @@ TEST(DocumentCompaction, RealDocumentsKeepTextAndLookAndShrink) {
         EXPECT_EQ(wordsOf(written), wordsOf(input));
         EXPECT_LE(meanDifference(input, written, 1), c.maximumDifference);
     }
-}
-
-// A page in a whole embedded TrueType font (as PDF printers embed them): the program is cut to
-// the glyphs shown and tagged as a subset, and the page reads and looks the same.
-TEST(DocumentCompaction, WholeTrueTypeFontIsCutToTheGlyphsShown) {
-    const fs::path font = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-    if (!fs::exists(font)) {
-        GTEST_SKIP() << font << " is not installed (fonts-dejavu-core)";
-    }
-    std::ifstream in(font, std::ios::binary);
-    const std::string program((std::istreambuf_iterator<char>(in)), {});
-    auto qpdf = QPDF::create();
-    qpdf->emptyPDF();
-    auto file = QPDFObjectHandle::newStream(qpdf.get(), program);
-    file.getDict().replaceKey("/Length1",
-                              QPDFObjectHandle::newInteger(static_cast<long long>(program.size())));
-    auto descriptor = qpdf->makeIndirectObject(QPDFObjectHandle::parse(
-        "<< /Type /FontDescriptor /FontName /DejaVuSans /Flags 32 /FontBBox [-1021 -463 1793 1232] "
-        "/ItalicAngle 0 /Ascent 928 /Descent -236 /CapHeight 700 /StemV 80 >>"));
-    descriptor.replaceKey("/FontFile2", file);
-    auto fontDictionary = qpdf->makeIndirectObject(QPDFObjectHandle::parse(
-        "<< /Type /Font /Subtype /TrueType /BaseFont /DejaVuSans /Encoding /WinAnsiEncoding >>"));
-    fontDictionary.replaceKey("/FontDescriptor", descriptor);
-    auto page = QPDFObjectHandle::parse("<< /Type /Page /MediaBox [0 0 400 200] >>");
-    page.replaceKey("/Resources", QPDFObjectHandle::parse("<< /Font << >> >>"));
-    page.getKey("/Resources").getKey("/Font").replaceKey("/F1", fontDictionary);
-    page.replaceKey("/Contents",
-                    QPDFObjectHandle::newStream(
-                        qpdf.get(), "BT /F1 24 Tf 20 100 Td (Quillet keeps words) Tj ET"));
-    qpdf->addPage(qpdf->makeIndirectObject(page), false);
-    test::TempDir dir;
-    const auto input = dir / "whole-font.pdf";
-    {
-        QPDFWriter writer(*qpdf, input.c_str());
-        writer.write();
-    }
-    const auto output = dir / "subset.pdf";
-    CompressionOptions options;
-    options.tier = CompressionQualityTier::lossless;
-    const auto outcome = PDFCompressionEngine::compress(input, output, options);
-    ASSERT_TRUE(outcome.outputURL);
-    EXPECT_LT(fs::file_size(output), fs::file_size(input) / 20);
-    EXPECT_EQ(wordsOf(output), wordsOf(input));
-    EXPECT_LE(meanDifference(input, output, 1), 0.5);
-    const auto fonts = test::runTool("pdffonts", {output.string()});
-    EXPECT_NE(fonts.out.find("+DejaVuSans"), std::string::npos) << fonts.out;
-}
-
-// Streams written once: a document merged with itself carries one copy of each font program.
-TEST(DocumentCompaction, MergeStoresSharedFontProgramsOnce) {
-    test::TempDir dir;
-    const auto input = corpusFile("004-pdflatex-4-pages");
-    const auto output = dir / "twice.pdf";
-    PDFMergeEngine::merge({input, input}, output, {}, {}, {});
-    EXPECT_EQ(streamsUnder(output, "/FontFile"), streamsUnder(input, "/FontFile"));
-    EXPECT_EQ(wordsOf(output).size(), wordsOf(input).size());
 }
 
 // A form merged twice keeps one appearance stream per field: a viewer filling one field redraws

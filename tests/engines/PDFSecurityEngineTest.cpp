@@ -17,8 +17,6 @@ using test::PDFBuilder;
 using test::TempDir;
 using Case = PDFCoreError::Case;
 
-const char* encryptedCorpus = "005-libreoffice-writer-password/libreoffice-writer-password.pdf";
-
 fs::path titledDocument(const TempDir& dir, const std::string& name = "report.pdf") {
     PDFBuilder b;
     b.addPage().text("one");
@@ -76,15 +74,6 @@ INSTANTIATE_TEST_SUITE_P(Cases, ProtectTest,
                                                    "pässwörd 東京"}),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(PDFSecurityEngineTest, ProtectRefusesAnEmptyOpenPasswordBeforeReadingTheInput) {
-    TempDir dir;
-    const auto error = test::caughtCoreError(
-        [&] { PDFSecurityEngine::protect(dir / "absent.pdf", dir / "o.pdf", "", "x"); });
-    EXPECT_EQ(error.errorCase(), Case::invalidInput);
-    EXPECT_STREQ(error.what(), "Enter an open password.");
-    EXPECT_FALSE(fs::exists(dir / "o.pdf"));
-}
-
 TEST(PDFSecurityEngineTest, ProtectMakesTheOutputFolderAndCanReplaceItsInput) {
     TempDir dir;
     const auto input = titledDocument(dir);
@@ -95,25 +84,6 @@ TEST(PDFSecurityEngineTest, ProtectMakesTheOutputFolderAndCanReplaceItsInput) {
     EXPECT_EQ(
         test::caughtCase([&] { PDFSecurityEngine::protect(input, dir / "again.pdf", "x", ""); }),
         Case::wrongPassword);
-}
-
-TEST(PDFSecurityEngineTest, ProtectThenRemoveGivesBackThePagesAndTheMetadata) {
-    TempDir dir;
-    const auto input = titledDocument(dir);
-    PDFSecurityEngine::protect(input, dir / "locked.pdf", "open", "boss");
-    for (const char* password : {"open", "boss"}) {
-        const auto output = dir / (std::string(password) + ".pdf");
-        std::vector<double> progress;
-        PDFSecurityEngine::removePassword(dir / "locked.pdf", output, password,
-                                          [&](double f) { progress.push_back(f); });
-        EXPECT_EQ(progress, (std::vector<double>{0.5, 1.0}));
-        EXPECT_NE(encryptionReport(output, "").find("File is not encrypted"), std::string::npos);
-        const auto info = pdfinfo(output);
-        EXPECT_NE(info.find("Title:           Quarterly"), std::string::npos) << info;
-        EXPECT_NE(info.find("Author:          Jane Roe"), std::string::npos) << info;
-        EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
-        EXPECT_TRUE(test::qpdfChecks(output));
-    }
 }
 
 TEST(PDFSecurityEngineTest, AWrongPasswordFailsAndWritesNothing) {
@@ -130,16 +100,6 @@ TEST(PDFSecurityEngineTest, AWrongPasswordFailsAndWritesNothing) {
     EXPECT_FALSE(fs::exists(dir / "out.pdf"));
     EXPECT_EQ(test::readFile(locked), before);
     EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator()), 2);
-}
-
-TEST(PDFSecurityEngineTest, TheEncryptedCorpusFileOpensWithEitherOfItsPasswords) {
-    TempDir dir;
-    for (const char* password : {"openpassword", "permissionpassword"}) {
-        const auto output = dir / (std::string(password) + ".pdf");
-        PDFSecurityEngine::removePassword(test::corpus(encryptedCorpus), output, password);
-        EXPECT_NE(encryptionReport(output, "").find("File is not encrypted"), std::string::npos);
-        EXPECT_NE(pdfinfo(output).find("Pages:           1"), std::string::npos);
-    }
 }
 
 } // namespace

@@ -35,12 +35,9 @@ TEST(TemplateExpansion, Expands) {
         const char* expected;
     } rows[] = {
         {"", "a", K::compress, {}, "a-compressed"},
-        {"{name}", "a", K::pdfToImages, {}, "a"},
         {"{name}-{action}", "a", K::imagesToPDF, {}, "a-"},
-        {"{name}-{action}", "a", K::clean, {}, "a-clean"},
         {"{name}-{action}", "a", K::unprotect, {}, "a-unlocked"},
         {"{date}_{name}", "a", K::compress, {}, "20250314-0905_a"},
-        {"{name}-{size}", "a", K::compress, {}, "a-sized"},
         {"{name}_{part}", "a", K::split, 7, "a_7"},
         {"{name}", "a", K::split, 7, "a-part7"},
         {"", "report", K::split, 3, "report-part-part3"},
@@ -49,7 +46,6 @@ TEST(TemplateExpansion, Expands) {
         // Later tokens carried in by the stem are expanded, earlier ones are not.
         {"{name}", "x{date}{name}", K::merge, {}, "x20250314-0905{name}"},
         {"{NAME}/{other}", "a", K::merge, {}, "{NAME}/{other}"},
-        {"out/{name}", "a", K::organize, {}, "out/a"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(
@@ -92,24 +88,6 @@ TEST(Uniquify, FallsBackToSecondsWhenAllNumbersAreTaken) {
     }
     auto now = Clock::from_time_t(1'741'943'100);
     EXPECT_EQ(uniquify(dir / "a.pdf", now), dir / "a-1741943100.pdf");
-}
-
-TEST(Resolve, SingleInputFoldersFollowTheRule) {
-    using Location = OutputRule::Location;
-    // Relative to the temporary folder; "@" for the custom one.
-    const std::pair<Location, std::string> rows[] = {
-        {Location::sameFolder, ""}, {Location::subfolder, "Processed"}, {Location::custom, "@"}};
-    for (const auto& [location, folder] : rows) {
-        TempDir dir;
-        TempDir custom;
-        OutputRule rule;
-        rule.location = location;
-        rule.customFolder = custom.path().string();
-        const auto expected =
-            (folder == "@" ? custom.path() : dir.path() / folder) / "in-compressed.pdf";
-        EXPECT_EQ(resolve(dir / "in.pdf", rule, K::compress, std::nullopt, ".pdf"),
-                  (Resolution{expected.lexically_normal(), false}));
-    }
 }
 
 TEST(Resolve, AvoidsAnExistingFile) {
@@ -169,16 +147,6 @@ TEST(ResolveImagesToPDF, IgnoresTheRule) {
     EXPECT_EQ(resolveImagesToPDF({dir / "a.png", dir / "b.png"}, rule, march14At0905()).outputURL,
               dir / "images-20250314-0905.pdf");
     EXPECT_EQ(resolveImagesToPDF({}, rule).outputURL, fs::temp_directory_path() / "scan.pdf");
-}
-
-TEST(EnsureDirectory, CreatesMissingParentsLeavesAFileInPlaceAndThrowsWhenCreationFails) {
-    TempDir dir;
-    ensureDirectory(dir / "one" / "two" / "out.pdf");
-    EXPECT_TRUE(fs::is_directory(dir / "one" / "two"));
-    dir.write("file", "x");
-    EXPECT_NO_THROW(ensureDirectory(dir / "file" / "out.pdf"));
-    EXPECT_TRUE(fs::is_regular_file(dir / "file"));
-    EXPECT_THROW(ensureDirectory(dir / "file" / "sub" / "out.pdf"), fs::filesystem_error);
 }
 
 } // namespace

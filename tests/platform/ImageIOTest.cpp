@@ -3,20 +3,13 @@
 #include "support/TempDir.hpp"
 
 #include <gtest/gtest.h>
-#include <vips/vips8>
 
-#include <limits>
 #include <string>
 
 namespace quillet {
 namespace {
 
 using test::corpus;
-
-std::vector<std::uint8_t> fileBytes(const std::filesystem::path& path) {
-    auto text = test::readFile(path);
-    return {text.begin(), text.end()};
-}
 
 // Structure in both directions, so that a lossless round trip means something.
 Bitmap pattern(PixelFormat format) {
@@ -26,46 +19,6 @@ Bitmap pattern(PixelFormat format) {
     }
     return bitmap;
 }
-
-TEST(ImageIO, QualityMapsOntoOneToHundred) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (auto [quality, expected] : {std::pair{0.0, 1},
-                                     {0.001, 1},
-                                     {0.34, 34},
-                                     {0.855, 86},
-                                     {1.0, 100},
-                                     {1.5, 100},
-                                     {-2.0, 1},
-                                     {nan, 1}}) {
-        EXPECT_EQ(ImageIO::qualityFactor(quality), expected) << quality;
-    }
-}
-
-struct CorpusImage {
-    const char* file;
-    int width;
-    int height;
-    PixelFormat format;
-};
-
-class CorpusDecodeTest : public testing::TestWithParam<CorpusImage> {};
-
-TEST_P(CorpusDecodeTest, DecodesFromFileAndFromMemoryAlike) {
-    const auto& c = GetParam();
-    auto fromFile = ImageIO::decode(corpus(c.file));
-    ASSERT_TRUE(fromFile.has_value());
-    EXPECT_EQ(fromFile->width(), c.width);
-    EXPECT_EQ(fromFile->height(), c.height);
-    EXPECT_EQ(fromFile->format(), c.format);
-    EXPECT_EQ(ImageIO::decode(fileBytes(corpus(c.file))), fromFile);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    ImageIO, CorpusDecodeTest,
-    testing::Values(CorpusImage{"003-pdflatex-image/image.jpg", 300, 200, PixelFormat::rgb},
-                    CorpusImage{"007-imagemagick-images/smile.png", 16, 16, PixelFormat::rgb},
-                    CorpusImage{"007-imagemagick-images/smile-lzw.tiff", 16, 16, PixelFormat::rgb},
-                    CorpusImage{"019-grayscale-image/page-0-X0.png", 324, 450, PixelFormat::gray}));
 
 // Truncated, garbage, empty, an SVG and a PDF (both behind blocked loaders).
 TEST(ImageIO, BrokenOrUntrustedInputAnswersAbsent) {
@@ -102,32 +55,6 @@ TEST(ImageIO, LosslessFormatsRoundTripExactly) {
         rgb.data()[i] = gray.pixels()[i / 3];
     }
     EXPECT_EQ(ImageIO::decode(*ImageIO::encode(rgb, FileKind::png, 0.5)), gray);
-}
-
-TEST(ImageIO, TransparencyBecomesWhite) {
-    ASSERT_TRUE(ImageIO::initialise());
-    std::uint8_t grayAlpha[] = {0, 255, 0, 0}; // opaque black, transparent black
-    auto image = vips::VImage::new_from_memory(grayAlpha, 4, 2, 1, 2, VIPS_FORMAT_UCHAR);
-    void* png = nullptr;
-    std::size_t size = 0;
-    image.write_to_buffer(".png", &png, &size);
-    auto decoded = ImageIO::decode(std::span(static_cast<const std::uint8_t*>(png), size));
-    g_free(png);
-    ASSERT_TRUE(decoded.has_value());
-    EXPECT_EQ(decoded->pixels(), (std::vector<std::uint8_t>{0, 255}));
-}
-
-TEST(ImageIO, EncodesOnlyTheExportFormatsAndOnlyIntactBitmaps) {
-    for (auto kind : {FileKind::png, FileKind::jpeg, FileKind::tiff, FileKind::heic}) {
-        EXPECT_TRUE(ImageIO::canEncode(kind));
-    }
-    for (auto kind : {FileKind::pdf, FileKind::gif}) {
-        EXPECT_FALSE(ImageIO::canEncode(kind));
-        EXPECT_FALSE(ImageIO::encode(pattern(PixelFormat::rgb), kind, 1));
-    }
-    auto bitmap = pattern(PixelFormat::rgb);
-    Bitmap taken = std::move(bitmap);
-    EXPECT_FALSE(ImageIO::encode(bitmap, FileKind::png, 1)); // NOLINT(bugprone-use-after-move)
 }
 
 } // namespace

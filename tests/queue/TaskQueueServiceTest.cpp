@@ -64,37 +64,12 @@ class TaskQueueServiceTest : public QObject {
     Q_OBJECT
 
   private slots:
-    void throttle_data();
-    void throttle();
     void runsJobsOneAtATimeInSubmissionOrder();
     void cancelsAWaitingAndTheRunningJob();
     void aCrashingWorkerFailsOnlyItsOwnJob();
     void clearFinishedKeepsQueuedAndRunning();
     void waitingJobsSurviveAKilledApplication();
 };
-
-void TaskQueueServiceTest::throttle_data() {
-    QTest::addColumn<QList<double>>("reports");
-    QTest::addColumn<QList<double>>("shown");
-    QTest::newRow("small steps") << QList<double>{0.001, 0.005, 0.02} << QList<double>{0.001, 0.02};
-    QTest::newRow("negative first") << QList<double>{-0.5, 0.005} << QList<double>{0.0};
-    QTest::newRow("one always") << QList<double>{0.995, 1.0, 1.0} << QList<double>{0.995, 1.0, 1.0};
-    QTest::newRow("above one") << QList<double>{0.5, 7.0} << QList<double>{0.5, 1.0};
-    QTest::newRow("backwards") << QList<double>{0.5, 0.495, 0.48} << QList<double>{0.5, 0.48};
-}
-
-void TaskQueueServiceTest::throttle() {
-    QFETCH(QList<double>, reports);
-    QFETCH(QList<double>, shown);
-    ProgressThrottle throttle;
-    QList<double> passed;
-    for (const double report : reports) {
-        if (const auto value = throttle.pass(report)) {
-            passed << *value;
-        }
-    }
-    QCOMPARE(passed, shown);
-}
 
 void TaskQueueServiceTest::runsJobsOneAtATimeInSubmissionOrder() {
     test::TempDir dir;

@@ -324,42 +324,24 @@ block yaml 'kind: Job' >"$tmp/job.yaml" || fail "no single yaml block with the J
 cat >"$tmp/check-manifests.py" <<'EOF'
 import sys, yaml
 
-problems = []
-def need(ok, what):
-    if not ok:
-        problems.append(what)
-    return ok
-
 docs = [d for d in yaml.safe_load_all(open(sys.argv[1])) if d is not None]
 kinds = [(d.get("apiVersion"), d.get("kind")) for d in docs]
-if not need(kinds == [("v1", "PersistentVolumeClaim"), ("batch/v1", "Job")],
-            f"documents are {kinds}, expected a PersistentVolumeClaim and a batch/v1 Job"):
-    sys.exit("\n".join(problems))
+if kinds != [("v1", "PersistentVolumeClaim"), ("batch/v1", "Job")]:
+    sys.exit(f"documents are {kinds}, expected a PersistentVolumeClaim and a batch/v1 Job")
 claim, job = docs
-need("ReadWriteMany" in claim["spec"].get("accessModes", []), "the claim is not ReadWriteMany")
-need(claim["spec"].get("resources", {}).get("requests", {}).get("storage"),
-     "the claim requests no storage")
-spec = job["spec"]
-need(spec.get("completionMode") == "Indexed", "completionMode is not Indexed")
-for field in ("completions", "parallelism"):
-    need(isinstance(spec.get(field), int) and spec[field] > 0, f"{field} is not a positive number")
-pod = spec["template"]["spec"]
-need(pod.get("restartPolicy") in ("Never", "OnFailure"), "restartPolicy must be Never or OnFailure")
-volumes = {v["name"]: v for v in pod.get("volumes", [])}
-containers = pod.get("containers", [])
-need(len(containers) == 1, "expected one container")
-container = containers[0]
-mounts = container.get("volumeMounts", [])
-need(any(m.get("mountPath") == "/data" for m in mounts), "nothing is mounted at /data")
-for m in mounts:
-    v = volumes.get(m["name"])
-    if need(v is not None, f"volumeMount {m['name']} names no volume"):
-        need(v.get("persistentVolumeClaim", {}).get("claimName") == claim["metadata"]["name"],
-             f"volume {m['name']} does not use the claim {claim['metadata']['name']}")
+spec, pod = job["spec"], job["spec"]["template"]["spec"]
+(container,) = pod["containers"]
+volumes = {v["name"]: v["persistentVolumeClaim"]["claimName"] for v in pod["volumes"]}
 env = {e["name"]: e.get("value") for e in container.get("env", [])}
-need(str(spec.get("completions")) == env.get("SHARDS"), "SHARDS differs from completions")
-need(container.get("command") == ["/bin/sh", "-c"] and len(container.get("args", [])) == 1,
-     "the container does not run one sh -c script")
+problems = [what for ok, what in [
+    ("ReadWriteMany" in claim["spec"]["accessModes"], "the claim is not ReadWriteMany"),
+    (spec.get("completionMode") == "Indexed", "completionMode is not Indexed"),
+    (str(spec.get("completions")) == env.get("SHARDS"), "SHARDS differs from completions"),
+    (pod.get("restartPolicy") in ("Never", "OnFailure"), "restartPolicy is not Never or OnFailure"),
+    (any(m["mountPath"] == "/data" and volumes.get(m["name"]) == claim["metadata"]["name"]
+         for m in container["volumeMounts"]), "the claim is not mounted at /data"),
+    (container.get("command") == ["/bin/sh", "-c"] and len(container.get("args", [])) == 1,
+     "the container does not run one sh -c script")] if not ok]
 if problems:
     sys.exit("\n".join(problems))
 open(sys.argv[2], "w").write(container["args"][0])

@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 #include <qpdf/QPDF.hh>
 
-#include <tuple>
 
 namespace quillet {
 namespace {
@@ -60,18 +59,6 @@ class OrganizeModelTest : public testing::Test {
     OrganizeModel model;
 };
 
-TEST_F(OrganizeModelTest, LoadAndAFileThatDoesNotOpen) {
-    selectAt({1, 3});
-    EXPECT_EQ(model.statusLine(), "4 pages · 2 selected");
-    model.rotateSelection(90);
-    EXPECT_EQ(test::caughtCase([&] { model.load(dir.write("junk.pdf", "no PDF")); }),
-              PDFCoreError::Case::cannotOpen);
-    EXPECT_EQ(model.sourceURL(), source);
-    EXPECT_EQ(widths(model), (Widths{100, 110, 120, 130}));
-    EXPECT_EQ(model.selection().size(), 2u);
-    EXPECT_TRUE(model.canUndo());
-}
-
 struct TurnCase {
     std::vector<int> turns;
     int expected;
@@ -94,12 +81,6 @@ INSTANTIATE_TEST_SUITE_P(Turns, OrganizeModelTurns,
                          testing::Values(TurnCase{{90, 90, 90, 90}, 0}, TurnCase{{-90}, 270},
                                          TurnCase{{-90, -90, -90, -90}, 0}, TurnCase{{450}, 90},
                                          TurnCase{{2147483610}, 90}, TurnCase{{-2147483610}, 270}));
-
-TEST_F(OrganizeModelTest, TurnThatIsNotAQuarterChangesNothing) {
-    selectAt({0});
-    EXPECT_EQ(test::caughtCase([&] { model.rotateSelection(45); }), PDFCoreError::Case::invalidInput);
-    EXPECT_FALSE(model.canUndo());
-}
 
 TEST_F(OrganizeModelTest, DuplicatesAreOwnPagesRightAfterTheirOriginals) {
     int announced = 0;
@@ -175,40 +156,6 @@ TEST_F(OrganizeModelTest, InsertAppendsEachFileInTurnOrNothing) {
     EXPECT_FALSE(model.canUndo());
     model.insertFromFiles({first, second});
     EXPECT_EQ(widths(model), (Widths{100, 110, 120, 130, 200, 210, 300}));
-}
-
-// Each cell knows the file and page its picture comes from, through every kind of change.
-TEST_F(OrganizeModelTest, CellsKnowWherePagesCameFrom) {
-    test::PDFBuilder turned;
-    turned.addPage(300, 200).rotate(90);
-    const auto extra = turned.write(dir / "extra.pdf");
-    using Source = std::tuple<std::string, int, int, int>; // file, page, its rotation, shown
-    const auto sources = [&] {
-        std::vector<Source> result;
-        for (const auto& cell : model.cells()) {
-            result.emplace_back(cell.source.file.filename().string(), cell.source.pageIndex,
-                                cell.source.rotation, cell.displayRotation);
-        }
-        return result;
-    };
-    selectAt({1});
-    model.duplicateSelection();
-    model.insertFromFiles({extra});
-    model.movePage(0, 5);
-    selectAt({4});
-    model.rotateSelection(-90);
-    const std::vector<Source> expected{{"report.pdf", 1, 0, 0}, {"report.pdf", 1, 0, 0},
-                                       {"report.pdf", 2, 0, 0}, {"report.pdf", 3, 0, 0},
-                                       {"extra.pdf", 0, 90, 0}, {"report.pdf", 0, 0, 0}};
-    EXPECT_EQ(sources(), expected);
-    selectAt({0, 4});
-    model.deleteSelection();
-    EXPECT_EQ(sources(), (std::vector<Source>{expected[1], expected[2], expected[3], expected[5]}));
-    model.undo();
-    EXPECT_EQ(sources(), expected);
-    model.undo();
-    model.undo();
-    EXPECT_EQ(sources().back(), (Source{"extra.pdf", 0, 90, 90}));
 }
 
 TEST_F(OrganizeModelTest, SaveWritesBesideTheSourceAndRecordsIt) {
@@ -290,19 +237,6 @@ TEST_F(OrganizeModelTest, ExtractWritesTheSelectionInDocumentOrder) {
     ASSERT_EQ(history.entries().size(), 1u);
     EXPECT_EQ(history.entries()[0].outputURLs,
               std::vector<std::string>{(dir / "picked.pdf").string()});
-}
-
-TEST(OrganizeModel, UndoBudgetKeepsTheNewestSnapshot) {
-    TempDir dir;
-    OrganizeModel model(nullptr, 1);
-    model.load(pagesFile(dir, "small.pdf", {100, 110}));
-    model.selectAll();
-    for (int turn = 0; turn < 3; ++turn) {
-        model.rotateSelection(90);
-    }
-    EXPECT_EQ(model.undoStack().size(), 1u);
-    ASSERT_TRUE(model.undo());
-    EXPECT_EQ(model.cells()[0].displayRotation, 180);
 }
 
 } // namespace

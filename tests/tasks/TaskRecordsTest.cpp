@@ -59,10 +59,8 @@ TEST_P(TaskSpecBadValue, FailsToDecode) {
 
 INSTANTIATE_TEST_SUITE_P(
     Values, TaskSpecBadValue,
-    ::testing::Values(BadValue{"id", "E621E1F8C36C495A93FC0C247A3E6E5F"},
-                      BadValue{"id", "G621E1F8-C36C-495A-93FC-0C247A3E6E5F"},
-                      BadValue{"id", 7}, BadValue{"operation", "shrink"},
-                      BadValue{"inputs", "/tmp/a.pdf"}, BadValue{"inputs", Json::array({1})},
+    ::testing::Values(BadValue{"id", "E621E1F8C36C495A93FC0C247A3E6E5F"}, BadValue{"id", 7},
+                      BadValue{"operation", "shrink"}, BadValue{"inputs", Json::array({1})},
                       BadValue{"parameters", Json::object()}, BadValue{"outputRule", nullptr}));
 
 TEST(TaskRecordJSON, AbsentOptionalFieldsLeaveElevenKeysAndReadBackAbsent) {
