@@ -134,29 +134,31 @@ void AppModel::acceptDropped(const QList<QUrl>& urls) {
     emit folderReadingChanged();
     QPointer<AppModel> self(this);
     std::thread([self, reading] {
+        // Results go through the application object's queue; at exit, when it is gone or the
+        // reading was abandoned, nothing is posted.
+        const auto post = [&reading](auto work) {
+            auto* application = QCoreApplication::instance();
+            if (application != nullptr && !reading->stopped) {
+                QMetaObject::invokeMethod(application, std::move(work), Qt::QueuedConnection);
+            }
+        };
         QStringList found;
         for (const QString& folder : reading->folders) {
             const int earlier = static_cast<int>(found.size());
             found << expandFolder(folder, &reading->stopped, [&](int count) {
-                QMetaObject::invokeMethod(
-                    QCoreApplication::instance(),
-                    [self, reading, total = earlier + count] {
-                        if (self && self->reading_ == reading) {
-                            self->readingFound_ = total;
-                            emit self->folderReadingChanged();
-                        }
-                    },
-                    Qt::QueuedConnection);
+                post([self, reading, total = earlier + count] {
+                    if (self && self->reading_ == reading) {
+                        self->readingFound_ = total;
+                        emit self->folderReadingChanged();
+                    }
+                });
             });
         }
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, reading, found = std::move(found)] {
-                if (self) {
-                    self->folderRead(reading, found);
-                }
-            },
-            Qt::QueuedConnection);
+        post([self, reading, found = std::move(found)] {
+            if (self) {
+                self->folderRead(reading, found);
+            }
+        });
     }).detach();
 }
 
