@@ -9,7 +9,7 @@
 namespace quillet::PNGEncoder {
 namespace {
 
-// Level 6: on rendered text pages as small as zlib's level 9, and no slower than level 4.
+// Level 6: measured on rendered text pages, as fast as levels 3 and 4 and a little smaller.
 constexpr int compressionLevel = 6;
 
 struct CompressorDeleter {

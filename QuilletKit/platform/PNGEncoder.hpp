@@ -1,8 +1,8 @@
 // Writes a bitmap as a PNG file in memory: 8 bits per sample, no interlacing, no filtering (on
 // rendered pages, flat colour with sharp edges, filters cost time and win nothing), one IDAT chunk
-// compressed with libdeflate, which deflates a page two to three times faster than zlib at the
-// same size. An RGB bitmap whose every pixel is gray is written as a gray PNG: the same pixels in a
-// third of the data, which is what text pages are.
+// compressed with libdeflate, which deflated a rendered colour page in 23 ms where zlib's level 4
+// took 40 ms, and a little smaller. An RGB bitmap whose every pixel is gray is written as a gray
+// PNG: the same pixels in a third of the data, which is what text pages are.
 #pragma once
 
 #include "platform/Bitmap.hpp"
