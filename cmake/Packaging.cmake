@@ -17,8 +17,11 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CPACK_PACKAGE_CONTACT}")
 set(CPACK_DEBIAN_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The window draws the SVG icons and needs a platform plugin; neither is a linked library.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6, qt6-qpa-plugins")
+# The standard press profile that print colours are drawn through.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libgs-common")
+# The window draws the SVG icons and needs a platform plugin, and OCR reads English with the
+# English model; none of them is a linked library.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6, qt6-qpa-plugins, tesseract-ocr-eng")
 # CPack puts the summary first and indents the lines; an empty line separates paragraphs.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Quillet works entirely on your own machine: no uploads, no account, no

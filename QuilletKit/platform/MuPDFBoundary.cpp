@@ -1,8 +1,10 @@
 #include "platform/MuPDFBoundary.hpp"
 
+#include "platform/ColourManagedDevice.hpp"
+
 #include <climits>
-#include <ctime>
 #include <cstdint>
+#include <ctime>
 
 namespace quillet::mupdf {
 
@@ -109,24 +111,30 @@ int tryMediaBox(fz_context* ctx, fz_page* page, fz_rect* box, Caught* caught) {
 
 int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations,
             unsigned char* samples, int width, int height, int n, fz_cookie* cookie,
-            Caught* caught) {
+            CMYKSource* colours, Caught* caught) {
     fz_pixmap* pixmap = nullptr;
+    fz_device* draw = nullptr;
     fz_device* device = nullptr;
     fz_var(pixmap);
+    fz_var(draw);
     fz_var(device);
     fz_try(ctx) {
         fz_colorspace* space = n == 1 ? fz_device_gray(ctx) : fz_device_rgb(ctx);
         pixmap = fz_new_pixmap_with_data(ctx, space, width, height, nullptr, 0, width * n, samples);
-        device = fz_new_draw_device(ctx, fz_identity, pixmap);
+        draw = fz_new_draw_device(ctx, fz_identity, pixmap);
+        device = colours ? newColourManagedDevice(ctx, draw, fz_pixmap_bbox(ctx, pixmap), colours)
+                         : fz_keep_device(ctx, draw);
         if (annotations) {
             fz_run_page(ctx, page, device, transform, cookie);
         } else {
             fz_run_page_contents(ctx, page, device, transform, cookie);
         }
         fz_close_device(ctx, device);
+        fz_close_device(ctx, draw);
     }
     fz_always(ctx) {
         fz_drop_device(ctx, device);
+        fz_drop_device(ctx, draw);
         fz_drop_pixmap(ctx, pixmap);
     }
     fz_catch(ctx) {
@@ -134,6 +142,28 @@ int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations
         return 0;
     }
     return 1;
+}
+
+// The ICC profile of the first output intent that has one, in a new buffer; null when none.
+fz_buffer* tryOutputIntentProfile(fz_context* ctx, pdf_document* doc, Caught* caught) {
+    fz_buffer* volatile profile = nullptr;
+    fz_try(ctx) {
+        pdf_obj* intents = pdf_dict_get(
+            ctx, pdf_dict_get(ctx, pdf_trailer(ctx, doc), PDF_NAME(Root)), PDF_NAME(OutputIntents));
+        const int count = pdf_array_len(ctx, intents);
+        for (int i = 0; i < count && !profile; ++i) {
+            pdf_obj* stream =
+                pdf_dict_get(ctx, pdf_array_get(ctx, intents, i), PDF_NAME(DestOutputProfile));
+            if (pdf_is_stream(ctx, stream)) {
+                profile = pdf_load_stream(ctx, stream);
+            }
+        }
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return nullptr;
+    }
+    return profile;
 }
 
 // A device that draws nothing and reports glyphs. Type 3 glyphs are made of content of their
@@ -226,8 +256,8 @@ void glyphsStroke(fz_context* ctx, fz_device* dev, const fz_text* text, const fz
 void glyphsClip(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matrix, fz_rect) {
     reportText(ctx, dev, text);
 }
-void glyphsClipStroke(fz_context* ctx, fz_device* dev, const fz_text* text,
-                      const fz_stroke_state*, fz_matrix, fz_rect) {
+void glyphsClipStroke(fz_context* ctx, fz_device* dev, const fz_text* text, const fz_stroke_state*,
+                      fz_matrix, fz_rect) {
     reportText(ctx, dev, text);
 }
 void glyphsIgnore(fz_context* ctx, fz_device* dev, const fz_text* text, fz_matrix) {
@@ -364,15 +394,30 @@ fz_rect mediaBox(fz_context* ctx, fz_page* page) {
 }
 
 void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
-              unsigned char* samples, int width, int height, int n, fz_cookie* cookie) {
+              unsigned char* samples, int width, int height, int n, fz_cookie* cookie,
+              CMYKSource* colours) {
     if (width < 1 || height < 1 || static_cast<std::int64_t>(width) * n > INT_MAX) {
         throw Error(FZ_ERROR_GENERIC, "the bitmap's rows are too long for MuPDF");
     }
     Caught caught;
     if (!tryDraw(ctx, page, transform, annotations ? 1 : 0, samples, width, height, n, cookie,
-                 &caught)) {
+                 colours, &caught)) {
         raise(caught);
     }
+}
+
+std::vector<std::uint8_t> outputIntentProfile(fz_context* ctx, pdf_document* doc) {
+    Caught caught;
+    fz_buffer* profile = tryOutputIntentProfile(ctx, doc, &caught);
+    if (caught.code != 0) {
+        raise(caught);
+    }
+    if (!profile) {
+        return {};
+    }
+    std::vector<std::uint8_t> bytes(profile->data, profile->data + profile->len);
+    fz_drop_buffer(ctx, profile);
+    return bytes;
 }
 
 int runForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, int seconds) {

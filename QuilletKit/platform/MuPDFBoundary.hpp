@@ -14,11 +14,15 @@
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace quillet::mupdf {
+
+class CMYKSource;
 
 /// A MuPDF error turned into an exception; `code` is MuPDF's FZ_ERROR_* value.
 class Error : public std::runtime_error {
@@ -69,9 +73,14 @@ fz_rect mediaBox(fz_context* ctx, fz_page* page);
 /// buffer of width x height x n bytes (n = 1 gray, 3 RGB) already filled with the background.
 /// Without `annotations`, only the page's own content is drawn (no annotations, no widgets).
 /// `cookie` (may be null) is MuPDF's: another thread may set its `abort`, after which the drawing
-/// stops soon and returns normally, leaving the bitmap incomplete.
+/// stops soon and returns normally, leaving the bitmap incomplete. With `colours`, print colours
+/// are drawn through its conversion (see ColourManagedDevice.hpp).
 void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotations,
-              unsigned char* samples, int width, int height, int n, fz_cookie* cookie);
+              unsigned char* samples, int width, int height, int n, fz_cookie* cookie,
+              CMYKSource* colours = nullptr);
+
+/// The ICC profile of the document's first output intent that carries one; empty when none.
+std::vector<std::uint8_t> outputIntentProfile(fz_context* ctx, pdf_document* doc);
 
 /// Receives every glyph a page shows. Runs inside MuPDF's interpreter, so it must not throw.
 using GlyphSink = void (*)(void* user, fz_font* font, int gid) noexcept;

@@ -1,7 +1,9 @@
 #include "platform/PDFRenderer.hpp"
 
-#include "platform/InOrderWorkers.hpp"
+#include "platform/CMYKConverter.hpp"
+#include "platform/ColourManagedDevice.hpp"
 #include "platform/ContentDigest.hpp"
+#include "platform/InOrderWorkers.hpp"
 #include "platform/MuPDFBoundary.hpp"
 #include "platform/RenderWatch.hpp"
 
@@ -23,6 +25,19 @@ struct PDFRenderer::Core {
     fz_locks_context locks{this, lock, unlock};
     mupdf::ContextPtr base; // after the mutexes: dropped before they go
     std::mutex cloning;
+    /// The conversion through the standard press profile, made once for every document that
+    /// names no press of its own.
+    std::once_flag standardMade;
+    std::unique_ptr<CMYKConverter> standardCMYK;
+
+    const CMYKConverter* standard() noexcept {
+        try {
+            std::call_once(standardMade, [this] { standardCMYK = CMYKConverter::standard(); });
+        } catch (...) {
+            return nullptr;
+        }
+        return standardCMYK.get();
+    }
 
     Core() : base(mupdf::newContext(locks)) {}
 
@@ -45,6 +60,31 @@ struct PDFRenderer::Document::Impl {
     mupdf::ContextPtr ctx;
     mupdf::DocumentPtr doc{nullptr, mupdf::DocumentDeleter{nullptr}}; // after ctx: dropped first
     int pageCount = 0;
+
+    // The document's press (its output intent) when it names one, the standard press
+    // otherwise; looked up when a page first shows a print colour.
+    class Colours final : public mupdf::CMYKSource {
+      public:
+        explicit Colours(Impl& impl) : impl_(impl) {}
+        const CMYKConverter* converter(fz_context* ctx) noexcept override {
+            if (!looked_) {
+                looked_ = true;
+                try {
+                    own_ = CMYKConverter::fromProfile(
+                        mupdf::outputIntentProfile(ctx, impl_.doc.get()));
+                } catch (...) {
+                    own_.reset(); // an unreadable output intent: the standard press stands in
+                }
+            }
+            return own_ ? own_.get() : impl_.renderer.core_->standard();
+        }
+
+      private:
+        Impl& impl_;
+        bool looked_ = false;
+        std::unique_ptr<CMYKConverter> own_;
+    };
+    Colours colours{*this};
     /// Digests of the font programs met by `glyphs`, each buffer kept alive while it is listed so
     /// that its address cannot come back as another font's.
     std::map<fz_buffer*, std::string> programDigests;
@@ -266,7 +306,7 @@ Bitmap PDFRenderer::Document::render(int index, const RenderOptions& options) {
                                                  static_cast<float>(size.height / points.height)));
         watch.emplace(cookie, options.timeout, options.isCancelled);
         mupdf::drawPage(impl_->ctx.get(), page.get(), transform, options.annotations, bitmap.data(),
-                        bitmap.width(), bitmap.height(), bitmap.bands(), &cookie);
+                        bitmap.width(), bitmap.height(), bitmap.bands(), &cookie, &impl_->colours);
         watch->stop(); // its verdict is final from here on
         if (cookie.abort) {
             throw stoppedByWatch();

@@ -1,12 +1,17 @@
 #include "platform/PDFRenderer.hpp"
 
+#include "support/IndependentChecks.hpp"
 #include "support/PDFBuilder.hpp"
 #include "support/TempDir.hpp"
+
+#include <qpdf/QUtil.hh>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>
+#include <fstream>
+#include <iterator>
 #include <functional>
 #include <limits>
 
@@ -258,6 +263,67 @@ TEST(PDFRenderer, SlowPageStopsAtItsTimeLimitOrOnCancel) {
     const Options cancelling{.scale = 0.1, .timeout = {}, .isCancelled = [&] { return ++asked > 2; }};
     EXPECT_EQ(reasonOf([&] { (void)document.render(0, cancelling); }), Reason::cancelled);
     EXPECT_TRUE(allWhite(document.render(1, {.scale = 0.1})));
+}
+
+// Print colours drawn through a colour profile: a press's orange-red (0/94/81/6) as a flat fill,
+// as a spot colour, in an image and in a shading, each beside what an independent renderer with
+// colour management draws. The naive formula (red = 1 - cyan - black) would give 240/1/34.
+TEST(PDFRenderer, PrintColoursAreDrawnThroughAPressProfile) {
+    TempDir dir;
+    auto build = [&](const std::string& name, bool ownPress) {
+        PDFBuilder builder;
+        auto& page = builder.addPage(200, 40);
+        page.content("0 0.94 0.81 0.06 k 0 0 40 40 re f "
+                     "/Spot cs 1 scn 40 0 40 40 re f "
+                     "q 120 0 40 40 re W n /Ramp sh Q "
+                     "1 0 0 rg 160 0 40 40 re f");
+        page.image({.width = 8, .height = 8, .color = test::ImageSpec::Color::cmyk}, 80, 0, 40,
+                   40);
+        auto& qpdf = builder.qpdf();
+        auto resources = page.object().getKey("/Resources");
+        resources.replaceKey("/ColorSpace", QPDFObjectHandle::parse(
+            "<< /Spot [/Separation /Orange /DeviceCMYK << /FunctionType 2 /Domain [0 1] "
+            "/C0 [0 0 0 0] /C1 [0 0.94 0.81 0.06] /N 1 >>] >>"));
+        resources.replaceKey("/Shading", QPDFObjectHandle::parse(
+            "<< /Ramp << /ShadingType 2 /ColorSpace /DeviceCMYK /Coords [120 0 160 0] "
+            "/Function << /FunctionType 2 /Domain [0 1] /C0 [0 0.94 0.81 0.06] "
+            "/C1 [1 0 0 0] /N 1 >> >> >>"));
+        if (ownPress) {
+            // A press that prints 0/94/81/6 as pink: the document's own choice wins.
+            std::ifstream in("/usr/share/color/icc/ghostscript/ps_cmyk.icc", std::ios::binary);
+            std::string profile{std::istreambuf_iterator<char>(in), {}};
+            EXPECT_FALSE(profile.empty());
+            auto stream = QPDFObjectHandle::newStream(&qpdf, profile);
+            stream.getDict().replaceKey("/N", QPDFObjectHandle::newInteger(4));
+            auto intent = QPDFObjectHandle::parse(
+                "<< /Type /OutputIntent /S /GTS_PDFX /OutputConditionIdentifier (Test) >>");
+            intent.replaceKey("/DestOutputProfile", stream);
+            qpdf.getRoot().replaceKey("/OutputIntents", QPDFObjectHandle::newArray({intent}));
+        }
+        return builder.write(dir / name);
+    };
+    auto ours = [](const std::filesystem::path& file, int x) {
+        auto bitmap = PDFRenderer().open(file).render(0, {});
+        const auto* pixel = bitmap.data() + 20 * bitmap.rowBytes() + 3 * static_cast<std::size_t>(x);
+        return std::vector<int>{pixel[0], pixel[1], pixel[2]};
+    };
+    auto distance = [](const std::vector<int>& a, const std::vector<int>& b) {
+        return std::abs(a[0] - b[0]) + std::abs(a[1] - b[1]) + std::abs(a[2] - b[2]);
+    };
+
+    const auto standard = build("standard.pdf", false);
+    const auto reference = test::renderRGB(standard);
+    ASSERT_EQ(reference.width, 200);
+    for (int x : {20, 60, 100, 130, 140, 150}) {
+        SCOPED_TRACE(x);
+        EXPECT_LE(distance(ours(standard, x), reference.at(x, 20)), 40);
+    }
+    EXPECT_GE(ours(standard, 20)[1], 25); // the naive formula leaves no green at all
+    EXPECT_EQ(ours(standard, 180), (std::vector<int>{255, 0, 0})); // RGB stays as it is
+
+    const auto ownPress = build("own-press.pdf", true);
+    EXPECT_GE(distance(ours(ownPress, 20), ours(standard, 20)), 60);
+    EXPECT_EQ(ours(ownPress, 180), (std::vector<int>{255, 0, 0}));
 }
 
 } // namespace

@@ -148,30 +148,53 @@ int GrayPage::darkPixels(double left, double top, double right, double bottom, d
     return count;
 }
 
-GrayPage renderGray(const std::filesystem::path& file, int page, int dpi) {
+namespace {
+
+GrayPage renderWith(const std::filesystem::path& file, int page, int dpi, bool gray) {
     TempDir dir;
     const auto prefix = (dir / "page").string();
-    const auto result =
-        runTool("pdftoppm", {"-gray", "-r", std::to_string(dpi), "-f", std::to_string(page), "-l",
-                             std::to_string(page), "-singlefile", file.string(), prefix});
-    const std::string bytes = readFile(prefix + ".pgm");
+    std::vector<std::string> arguments{"-r", std::to_string(dpi), "-f", std::to_string(page),
+                                       "-l", std::to_string(page), "-singlefile",
+                                       file.string(), prefix};
+    if (gray) {
+        arguments.insert(arguments.begin(), "-gray");
+    }
+    const auto result = runTool("pdftoppm", arguments);
+    const std::string bytes = readFile(prefix + (gray ? ".pgm" : ".ppm"));
     GrayPage rendered;
+    rendered.bands = gray ? 1 : 3;
     std::istringstream in(bytes);
     std::string magic;
     int maximum = 0;
     in >> magic >> rendered.width >> rendered.height >> maximum;
     in.get();
-    if (result.status != 0 || magic != "P5" || maximum != 255) {
+    if (result.status != 0 || magic != (gray ? "P5" : "P6") || maximum != 255) {
         ADD_FAILURE() << "pdftoppm could not render " << file << ": " << result.err;
         return {};
     }
     const auto offset = static_cast<std::size_t>(in.tellg());
     rendered.pixels.assign(bytes.begin() + static_cast<std::ptrdiff_t>(offset), bytes.end());
-    if (rendered.pixels.size() != static_cast<std::size_t>(rendered.width * rendered.height)) {
+    if (rendered.pixels.size() !=
+        static_cast<std::size_t>(rendered.width * rendered.height * rendered.bands)) {
         ADD_FAILURE() << "pdftoppm wrote a short image for " << file;
         return {};
     }
     return rendered;
+}
+
+} // namespace
+
+GrayPage renderGray(const std::filesystem::path& file, int page, int dpi) {
+    return renderWith(file, page, dpi, true);
+}
+
+GrayPage renderRGB(const std::filesystem::path& file, int page, int dpi) {
+    return renderWith(file, page, dpi, false);
+}
+
+std::vector<int> GrayPage::at(int x, int y) const {
+    const auto* pixel = pixels.data() + static_cast<std::size_t>((y * width + x) * bands);
+    return std::vector<int>(pixel, pixel + bands);
 }
 
 } // namespace quillet::test

@@ -50,11 +50,15 @@ std::string pageContents(QPDFObjectHandle page);
 std::filesystem::path scannedThesis(const std::filesystem::path& pdf, int first, int last, int dpi,
                                     std::optional<int> jpegQuality = std::nullopt);
 
-/// A page rendered by pdftoppm to 8-bit gray.
+/// A page rendered by pdftoppm to 8-bit gray (or RGB, three bytes a pixel, from `renderRGB`).
 struct GrayPage {
     int width = 0;
     int height = 0;
+    int bands = 1;
     std::vector<std::uint8_t> pixels;
+
+    /// The bands of the pixel at (`x`, `y`).
+    std::vector<int> at(int x, int y) const;
 
     /// Pixels darker than `threshold` in the rectangle given in PDF points from the page's
     /// top-left corner, at the rendering's `dpi`.
@@ -65,5 +69,6 @@ struct GrayPage {
 /// Renders page `page` (1-based) of `file` at `dpi`. Fails the calling test (and answers an
 /// empty page) when pdftoppm fails.
 GrayPage renderGray(const std::filesystem::path& file, int page = 1, int dpi = 72);
+GrayPage renderRGB(const std::filesystem::path& file, int page = 1, int dpi = 72);
 
 } // namespace quillet::test
