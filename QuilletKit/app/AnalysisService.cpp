@@ -7,6 +7,7 @@
 #include <csignal>
 #ifdef __linux__
 #include <sys/prctl.h>
+#include <unistd.h>
 #endif
 
 namespace quillet {
@@ -70,7 +71,12 @@ void AnalysisService::start(const QString& path) {
     ++running_;
     auto* process = new QProcess(this);
 #ifdef __linux__
-    process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    // The worker gives way to the window: on a machine with two cores, two analyses at full
+    // priority would leave the window's thread waiting for a core.
+    process->setChildProcessModifier([] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        [[maybe_unused]] const int niceness = ::nice(5);
+    });
 #endif
     auto* limit = new QTimer(process);
     limit->setSingleShot(true);

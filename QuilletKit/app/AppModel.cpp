@@ -72,6 +72,7 @@ void AppModel::setSection(Section section) {
 void AppModel::setFiles(const QStringList& paths) {
     if (files_ != paths) {
         files_ = paths;
+        analysisStarts_.stop(); // those files may be gone; the views ask for the new ones
         emit filesChanged();
     }
 }
@@ -106,6 +107,22 @@ QStringList AppModel::expandFolder(const QString& folder, const std::atomic<bool
     std::sort(files.begin(), files.end());
     return files;
 }
+
+namespace {
+
+QStringList withoutRepeats(const QStringList& paths) {
+    QStringList unique;
+    QSet<QString> seen;
+    for (const QString& path : paths) {
+        if (!seen.contains(path)) {
+            seen.insert(path);
+            unique << path;
+        }
+    }
+    return unique;
+}
+
+} // namespace
 
 void AppModel::acceptDropped(const QList<QUrl>& urls) {
     QStringList files;
@@ -154,9 +171,11 @@ void AppModel::acceptDropped(const QList<QUrl>& urls) {
                 });
             });
         }
-        post([self, reading, found = std::move(found)] {
+        // The repeats go here, off the window's thread: 50,000 paths take it tens of
+        // milliseconds.
+        post([self, reading, all = withoutRepeats(reading->before + found)] {
             if (self) {
-                self->folderRead(reading, found);
+                self->folderRead(reading, all);
             }
         });
     }).detach();
@@ -171,25 +190,22 @@ void AppModel::cancelFolderReading() {
     }
 }
 
-void AppModel::folderRead(const std::shared_ptr<FolderReading>& reading, const QStringList& found) {
+void AppModel::folderRead(const std::shared_ptr<FolderReading>& reading,
+                          const QStringList& found) {
     if (reading_ != reading || reading->stopped) {
         return; // abandoned meanwhile
     }
     reading_.reset();
     readingFound_ = 0;
     emit folderReadingChanged();
-    acceptPaths(reading->before + found);
+    acceptUniquePaths(found);
 }
 
 void AppModel::acceptPaths(const QStringList& paths) {
-    QStringList accepted;
-    QSet<QString> seen;
-    for (const QString& path : paths) {
-        if (!seen.contains(path)) {
-            seen.insert(path);
-            accepted << path;
-        }
-    }
+    acceptUniquePaths(withoutRepeats(paths));
+}
+
+void AppModel::acceptUniquePaths(const QStringList& accepted) {
     if (accepted.isEmpty()) {
         return;
     }
@@ -206,9 +222,7 @@ void AppModel::acceptPaths(const QStringList& paths) {
         setFiles(accepted);
     }
     if (section_ == Section::home) {
-        for (const QString& path : accepted.mid(0, analysedAtOnce)) {
-            startAnalysis(path);
-        }
+        startAnalyses(accepted.mid(0, analysedAtOnce));
     }
 }
 
@@ -247,9 +261,12 @@ void AppModel::startAnalysis(const QString& path) {
 }
 
 void AppModel::ensureAnalyses() {
-    for (const QString& path : files_.mid(0, analysedAtOnce)) {
-        startAnalysis(path);
-    }
+    startAnalyses(files_.mid(0, analysedAtOnce));
+}
+
+void AppModel::startAnalyses(const QStringList& paths) {
+    analysisStarts_.start(static_cast<int>(paths.size()),
+                          [this, paths](int index) { startAnalysis(paths.at(index)); });
 }
 
 void AppModel::analysisFinished(const QString& path, const std::optional<PDFAnalysis>& analysis,

@@ -12,6 +12,7 @@
 // Lives on the main thread; every change is published through a signal.
 #pragma once
 
+#include "app/SlicedLoop.hpp"
 #include "app/AnalysisService.hpp"
 #include "app/AppSettings.hpp"
 #include "model/OperationParameters.hpp"
@@ -137,6 +138,10 @@ class AppModel : public QObject {
   private:
     struct FolderReading;
     void acceptPaths(const QStringList& paths);
+    /// `acceptPaths` for a list without repeats.
+    void acceptUniquePaths(const QStringList& accepted);
+    /// Starts the analyses of `paths` a slice at a time: each start tells every view.
+    void startAnalyses(const QStringList& paths);
     void folderRead(const std::shared_ptr<FolderReading>& reading, const QStringList& found);
     void analysisFinished(const QString& path, const std::optional<PDFAnalysis>& analysis,
                           const QString& error);
@@ -153,6 +158,7 @@ class AppModel : public QObject {
     QHash<QString, QString> analysisErrors_;
     std::shared_ptr<FolderReading> reading_;
     int readingFound_ = 0;
+    SlicedLoop analysisStarts_;
 };
 
 } // namespace quillet

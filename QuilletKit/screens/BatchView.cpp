@@ -1,6 +1,7 @@
 #include "screens/BatchView.hpp"
 
 #include "app/Texts.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
@@ -15,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <unordered_map>
 
 namespace quillet {
 namespace {
@@ -144,7 +146,7 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     connect(actions_, &QComboBox::currentIndexChanged, this, &BatchView::updateActions);
     connect(password_, &QLineEdit::textChanged, this, &BatchView::updateActions);
     AppModel& model = context_.model();
-    connect(&model, &AppModel::filesChanged, this, [this] {
+    connectWhenShown(&model, &AppModel::filesChanged, this, [this] {
         if (isVisible()) {
             context_.model().ensureAnalyses();
         }
@@ -188,23 +190,36 @@ void BatchView::runBatch() {
 void BatchView::rebuildRows() {
     rows_->clear();
     itemByPath_.clear();
+    stated_.clear();
+    building_rows_.clear();
     // A folder may bring tens of thousands of files: the rows are made a slice at a time.
     const QStringList files = context_.model().files();
+    building_rows_.reserve(static_cast<std::size_t>(files.size()));
     building_.start(
         static_cast<int>(files.size()),
         [this, files](int index) {
             const QString& file = files.at(index);
             const QFileInfo info(file);
-            auto* row = new QTreeWidgetItem(
-                rows_, {info.fileName(), QString(), Texts::bytes(info.size()), QString()});
+            auto row = std::make_unique<QTreeWidgetItem>(
+                QStringList{info.fileName(), QString(), Texts::bytes(info.size()), QString()});
             row->setToolTip(fileColumn, file);
             row->setData(fileColumn, Qt::UserRole, file);
             row->setTextAlignment(pagesColumn, Qt::AlignRight | Qt::AlignVCenter);
             row->setTextAlignment(sizeColumn, Qt::AlignRight | Qt::AlignVCenter);
-            itemByPath_.insert(file, row);
+            itemByPath_.insert(file, row.get());
+            building_rows_.push_back(std::move(row));
             refreshAnalysis(file);
         },
-        [this] { refreshStates(); });
+        [this] {
+            QList<QTreeWidgetItem*> rows;
+            rows.reserve(static_cast<qsizetype>(building_rows_.size()));
+            for (auto& row : building_rows_) {
+                rows << row.release();
+            }
+            building_rows_.clear();
+            rows_->addTopLevelItems(rows);
+            refreshStates();
+        });
     updateActions();
 }
 
@@ -223,37 +238,45 @@ void BatchView::refreshAnalysis(const QString& path) {
 
 void BatchView::refreshStates() {
     const auto& records = context_.model().queue().records();
+    std::unordered_map<std::string, const TaskRecord*> recordById;
+    for (const TaskRecord& record : records) {
+        recordById.emplace(record.id, &record);
+    }
     const StateColors colours = StateColors::forPalette(palette());
     int done = 0;
-    for (int i = 0; i < rows_->topLevelItemCount(); ++i) {
-        QTreeWidgetItem* item = rows_->topLevelItem(i);
-        const QString file = item->data(fileColumn, Qt::UserRole).toString();
-        const auto job = jobs_.constFind(file);
-        const auto found =
-            job == jobs_.constEnd()
-                ? records.end()
-                : std::find_if(records.begin(), records.end(),
-                               [&](const TaskRecord& record) { return record.id == *job; });
-        if (found == records.end()) {
-            item->setText(stateColumn, QString());
-            item->setToolTip(stateColumn, QString());
+    // Only the rows of this section's jobs carry a state; the other thousands are left alone.
+    QSet<QString> stated;
+    for (auto job = jobs_.cbegin(); job != jobs_.cend(); ++job) {
+        QTreeWidgetItem* item = itemByPath_.value(job.key());
+        const auto found = recordById.find(job.value());
+        if (item == nullptr || found == recordById.end()) {
             continue;
         }
-        QString text = Texts::stateName(found->state);
+        const TaskRecord& record = *found->second;
+        QString text = Texts::stateName(record.state);
         QColor colour = palette().color(QPalette::Text);
-        if (found->state == TaskState::running) {
-            text += QStringLiteral(" %1%").arg(std::lround(found->progress * 100));
-        } else if (found->state == TaskState::completed) {
+        if (record.state == TaskState::running) {
+            text += QStringLiteral(" %1%").arg(std::lround(record.progress * 100));
+        } else if (record.state == TaskState::completed) {
             ++done;
             colour = colours.success;
-        } else if (found->state == TaskState::failed) {
+        } else if (record.state == TaskState::failed) {
             colour = colours.failure;
         }
         item->setText(stateColumn, text);
         item->setForeground(stateColumn, colour);
-        item->setToolTip(stateColumn, QString::fromStdString(
-                                          found->error.value_or(found->message.value_or(""))));
+        item->setToolTip(stateColumn,
+                         QString::fromStdString(record.error.value_or(record.message.value_or(""))));
+        stated.insert(job.key());
     }
+    for (const QString& file : std::as_const(stated_)) {
+        QTreeWidgetItem* item = itemByPath_.value(file);
+        if (item != nullptr && !stated.contains(file)) {
+            item->setText(stateColumn, QString());
+            item->setToolTip(stateColumn, QString());
+        }
+    }
+    stated_ = std::move(stated);
     done_->setText(tr("%n done", nullptr, done));
     done_->setVisible(done > 0);
 }

@@ -5,19 +5,22 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
-#include "screens/SlicedLoop.hpp"
+#include "app/SlicedLoop.hpp"
 
 #include <QHash>
+#include <QSet>
+#include <QTreeWidgetItem>
 #include <QWidget>
 
+#include <memory>
 #include <string>
+#include <vector>
 
 class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace quillet {
 
@@ -71,7 +74,11 @@ class BatchView : public QWidget {
     QLineEdit* password_ = nullptr;
     QTreeWidget* rows_ = nullptr;
     QHash<QString, QTreeWidgetItem*> itemByPath_;
+    /// Rows made by `building_` and not yet in the list: they go in together, so that the list
+    /// lays itself out once rather than once per slice.
+    std::vector<std::unique_ptr<QTreeWidgetItem>> building_rows_;
     SlicedLoop building_;
+    QSet<QString> stated_; ///< files whose row shows a job's state
     QLabel* done_ = nullptr;
     QPushButton* clear_ = nullptr;
     ActionBar* bar_ = nullptr;

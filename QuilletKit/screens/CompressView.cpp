@@ -93,7 +93,7 @@ CompressView::CompressView(const ScreenContext& context, QWidget* parent)
     layout->addLayout(bar);
 
     AppModel& model = context_.model();
-    connect(&model, &AppModel::filesChanged, this, [this] {
+    connectWhenShown(&model, &AppModel::filesChanged, this, [this] {
         refreshFiles();
         updateActions();
         if (context_.model().section() == AppModel::Section::compress) {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
-#include "screens/SlicedLoop.hpp"
+#include "app/SlicedLoop.hpp"
 
 #include <QWidget>
 

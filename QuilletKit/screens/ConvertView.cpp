@@ -75,7 +75,7 @@ ConvertView::ConvertView(const ScreenContext& context, QWidget* parent)
             refresh();
         }
     });
-    connect(&context_.model(), &AppModel::filesChanged, this, &ConvertView::filesChanged);
+    connectWhenShown(&context_.model(), &AppModel::filesChanged, this, &ConvertView::filesChanged);
     connectCoalesced(&context_.model(), &AppModel::analysisChanged, this, &ConvertView::refresh);
     setDirection(Direction::toImages);
     filesChanged();

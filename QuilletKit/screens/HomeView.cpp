@@ -1,9 +1,11 @@
 #include "screens/HomeView.hpp"
 
 #include "app/PageRenderService.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/FileCard.hpp"
 #include "screens/InspectorSheet.hpp"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -45,8 +47,18 @@ HomeView::HomeView(const ScreenContext& context, QWidget* parent)
     layout->addWidget(scroll, 1);
 
     AppModel& model = context_.model();
-    connect(&model, &AppModel::filesChanged, this, &HomeView::rebuild);
-    connect(&model, &AppModel::analysisChanged, this, &HomeView::analysisChanged);
+    connectWhenShown(&model, &AppModel::filesChanged, this, &HomeView::rebuild);
+    building_.setStepsPerSlice(2);
+    // A thousand analyses start or end in a burst: their cards are refreshed together.
+    refreshing_.setSingleShot(true);
+    refreshing_.setInterval(0);
+    connect(&refreshing_, &QTimer::timeout, this, &HomeView::refreshCards);
+    connect(&model, &AppModel::analysisChanged, this, [this](const QString& path) {
+        if (cardByPath_.contains(path)) {
+            changed_.insert(path);
+            refreshing_.start();
+        }
+    });
     connect(&context_.app.renders(), &PageRenderService::rendered, this,
             &HomeView::thumbnailRendered);
     rebuild();
@@ -77,20 +89,40 @@ void HomeView::rebuild() {
     }
     cardByPath_.clear();
     pendingThumbnails_.clear();
-    const QStringList& files = context_.model().files();
-    for (const QString& path : files.mid(0, cardLimit)) {
+    changed_.clear();
+    const QStringList& all = context_.model().files();
+    const auto hidden = static_cast<int>(std::max<qsizetype>(0, all.size() - cardLimit));
+    more_->setText(
+        tr("%n more file(s) loaded without a card. Batch works on every file.", nullptr, hidden));
+    more_->setVisible(hidden > 0);
+    empty_->setVisible(all.isEmpty());
+    // Shown before the cards come: a card added to a shown list is shown on a later turn of the
+    // event loop, so laying out the new cards is spread over the turns that make them.
+    list_->parentWidget()->setVisible(!all.isEmpty());
+    // A card takes a millisecond to make and several more to lay out once shown: they come two
+    // a turn.
+    const QStringList files = all.mid(0, cardLimit);
+    building_.start(static_cast<int>(files.size()), [this, files](int index) {
+        const QString& path = files.at(index);
         auto* card = new FileCard(context_, path);
         connect(card, &FileCard::inspectRequested, this, &HomeView::inspect);
         list_->addWidget(card);
         cardByPath_.insert(path, card);
         analysisChanged(path);
+    });
+}
+
+void HomeView::refreshCards() {
+    QElapsedTimer clock;
+    clock.start();
+    while (!changed_.isEmpty() && clock.elapsed() < SlicedLoop::sliceMilliseconds) {
+        const QString path = *changed_.begin();
+        changed_.erase(changed_.begin());
+        analysisChanged(path);
     }
-    const auto hidden = static_cast<int>(std::max<qsizetype>(0, files.size() - cardLimit));
-    more_->setText(
-        tr("%n more file(s) loaded without a card. Batch works on every file.", nullptr, hidden));
-    more_->setVisible(hidden > 0);
-    empty_->setVisible(files.isEmpty());
-    list_->parentWidget()->setVisible(!files.isEmpty());
+    if (!changed_.isEmpty()) {
+        refreshing_.start(); // the rest on the next turn
+    }
 }
 
 void HomeView::analysisChanged(const QString& path) {

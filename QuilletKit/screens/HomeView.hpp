@@ -2,9 +2,12 @@
 // "Inspect" opens everything the analysis knows in the inspector.
 #pragma once
 
+#include "app/SlicedLoop.hpp"
 #include "screens/ScreenContext.hpp"
 
 #include <QHash>
+#include <QSet>
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
@@ -22,8 +25,10 @@ class HomeView : public QWidget {
 
     /// The cards shown, in file order.
     QList<FileCard*> cards() const;
-    /// Cards are made for this many files at most; the rest are counted under them.
-    static constexpr int cardLimit = 200;
+    /// Cards are made for this many files at most; the rest are counted under them. A card's
+    /// wrapped rich text is laid out again on every pass of the list, so the count bounds how
+    /// long the window waits for one.
+    static constexpr int cardLimit = 50;
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -31,6 +36,7 @@ class HomeView : public QWidget {
   private:
     void rebuild();
     void analysisChanged(const QString& path);
+    void refreshCards();
     void thumbnailRendered(const QString& key, const QImage& image);
     void inspect(const QString& path);
 
@@ -40,6 +46,9 @@ class HomeView : public QWidget {
     QLabel* more_;
     QHash<QString, FileCard*> cardByPath_;
     QHash<QString, QString> pendingThumbnails_; ///< render key → path
+    QSet<QString> changed_; ///< cards to refresh on the next turns of the event loop
+    QTimer refreshing_;
+    SlicedLoop building_;
 };
 
 } // namespace quillet

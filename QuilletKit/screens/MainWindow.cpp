@@ -34,6 +34,24 @@ QList<QUrl> showOpenPanel(QWidget* parent, const AppModel::OpenPanelRequest& req
     return QFileDialog::getOpenFileUrls(parent, request.title, QUrl(), filter);
 }
 
+// The sections, one shown at a time. A plain stacked widget answers how tall it must be for a
+// width by laying out the wrapped text of every section, shown or not, on every pass of the
+// window's layout; this one asks the section on screen only.
+class SectionStack : public QStackedWidget {
+  public:
+    using QStackedWidget::QStackedWidget;
+
+    bool hasHeightForWidth() const override {
+        const QWidget* shown = currentWidget();
+        return shown != nullptr && shown->hasHeightForWidth();
+    }
+
+    int heightForWidth(int width) const override {
+        const QWidget* shown = currentWidget();
+        return shown != nullptr ? shown->heightForWidth(width) : -1;
+    }
+};
+
 } // namespace
 
 MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget* parent)
@@ -56,7 +74,7 @@ MainWindow::MainWindow(QuilletApp& app, std::function<void()> relaunch, QWidget*
     };
     model.openSettingsHandler = [this] { openSettings(); };
 
-    stack_ = new QStackedWidget(this);
+    stack_ = new SectionStack(this);
     const ScreenContext context{app_, *files_};
     for (int i = 0; i < AppModel::sectionCount; ++i) {
         const auto section = static_cast<AppModel::Section>(i);

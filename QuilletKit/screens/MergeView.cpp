@@ -129,12 +129,12 @@ MergeView::MergeView(const ScreenContext& context, QWidget* parent)
     layout->addLayout(listButtons);
     layout->addWidget(bar_);
 
-    connect(&context_.model(), &AppModel::filesChanged, this, &MergeView::refresh);
+    connectWhenShown(&context_.model(), &AppModel::filesChanged, this, &MergeView::refresh);
     connectCoalesced(&context_.model(), &AppModel::analysisChanged, this, &MergeView::refresh);
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MergeView::refresh);
     // A reset (every change of the files) replaces the selection model's contents, not itself.
-    connect(order, &QAbstractItemModel::modelReset, this, &MergeView::refresh);
+    connectWhenShown(order, &QAbstractItemModel::modelReset, this, &MergeView::refresh);
     refresh();
 }
 

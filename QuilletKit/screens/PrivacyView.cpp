@@ -106,7 +106,7 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
     layout->addWidget(bar_);
 
     AppModel& model = context_.model();
-    connect(&model, &AppModel::filesChanged, this, [this] {
+    connectWhenShown(&model, &AppModel::filesChanged, this, [this] {
         if (isVisible()) {
             context_.model().ensureAnalyses();
         }

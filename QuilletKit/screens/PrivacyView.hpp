@@ -9,7 +9,7 @@
 #pragma once
 
 #include "screens/ScreenContext.hpp"
-#include "screens/SlicedLoop.hpp"
+#include "app/SlicedLoop.hpp"
 
 #include <QWidget>
 

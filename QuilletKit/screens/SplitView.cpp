@@ -2,6 +2,7 @@
 
 #include "app/Texts.hpp"
 #include "engines/PDFCoreError.hpp"
+#include "screens/Coalesced.hpp"
 #include "screens/ScreenParts.hpp"
 
 #include <QButtonGroup>
@@ -62,7 +63,7 @@ SplitView::SplitView(const ScreenContext& context, QWidget* parent)
     layout->addWidget(bar_);
 
     AppModel& model = context_.model();
-    connect(&model, &AppModel::filesChanged, this, [this] {
+    connectWhenShown(&model, &AppModel::filesChanged, this, [this] {
         if (isVisible()) {
             if (const auto pdf = source()) {
                 context_.model().startAnalysis(*pdf); // the page count

@@ -1,4 +1,4 @@
-#include "screens/SlicedLoop.hpp"
+#include "app/SlicedLoop.hpp"
 
 #include <QElapsedTimer>
 
@@ -27,7 +27,9 @@ void SlicedLoop::stop() {
 void SlicedLoop::runSlice() {
     QElapsedTimer clock;
     clock.start();
-    while (next_ < count_ && clock.elapsed() < sliceMilliseconds) {
+    int steps = 0;
+    while (next_ < count_ && clock.elapsed() < sliceMilliseconds &&
+           (stepsPerSlice_ <= 0 || steps++ < stepsPerSlice_)) {
         step_(next_++);
     }
     if (next_ < count_) {

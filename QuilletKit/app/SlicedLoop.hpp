@@ -13,7 +13,7 @@ namespace quillet {
 class SlicedLoop : public QObject {
   public:
     /// How long one slice may run before the event loop gets its turn.
-    static constexpr int sliceMilliseconds = 8;
+    static constexpr int sliceMilliseconds = 4;
 
     explicit SlicedLoop(QObject* parent = nullptr);
 
@@ -21,6 +21,9 @@ class SlicedLoop : public QObject {
     /// `done` (may be empty). The first slice runs now.
     void start(int count, std::function<void(int)> step, std::function<void()> done = {});
     void stop();
+    /// At most this many steps per slice (by default as many as fit in its time): for steps
+    /// whose cost comes later in the same turn, such as a widget laid out once it is shown.
+    void setStepsPerSlice(int steps) { stepsPerSlice_ = steps; }
     bool isRunning() const { return next_ < count_; }
 
   private:
@@ -29,6 +32,7 @@ class SlicedLoop : public QObject {
     QTimer timer_;
     int next_ = 0;
     int count_ = 0;
+    int stepsPerSlice_ = 0;
     std::function<void(int)> step_;
     std::function<void()> done_;
 };
