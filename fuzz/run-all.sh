@@ -6,7 +6,8 @@ set -euo pipefail
 seconds=${1:?usage: fuzz/run-all.sh SECONDS}
 root=$(cd "$(dirname "$0")/.." && pwd)
 targets=(fuzz_analyze fuzz_parse_ranges fuzz_cli_args fuzz_parse_size fuzz_operation_parameters
-         fuzz_output_rule fuzz_metadata_info fuzz_task_records fuzz_type1_reader)
+         fuzz_output_rule fuzz_metadata_info fuzz_task_records fuzz_type1_reader
+         fuzz_jbig2_encoder)
 logs="$root/build-fuzz/logs"
 mkdir -p "$logs"
 

@@ -56,6 +56,10 @@ fuzz_type1_reader)
     find /usr/share/texmf/fonts/type1/public/lm /usr/share/fonts/X11/Type1 \( -name '*.pfb' -o -name '*.t1' \) \
         -size -40k 2>/dev/null | head -8 | while read -r font; do cp "$font" "$seeds/"; done
     seed a '%!PS-AdobeFont-1.0: X\n/FontMatrix [0.001 0 0 0.001 0 0] readonly def\ncurrentfile eexec\n' ;;
+fuzz_jbig2_encoder)
+    # Width and height (two bytes each, little-endian), then the pixels' bits.
+    seed a '\x1f\x00\x0f\x00\xf0\x0f\x3c'; seed b '\xcf\x07\x27\x00\x00'
+    seed c '\x07\x00\x07\x00\xff\x81\xbd\xa5\xbd\x81\xff\x00' ;;
 *) echo "unknown target $target" >&2; exit 2 ;;
 esac
 
