@@ -2,10 +2,14 @@
 
 #include "engines/DocumentCompactor.hpp"
 #include "engines/FullPageJPEG.hpp"
+#include "engines/MixedRaster.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PageRasterizer.hpp"
+#include "engines/TextLayer.hpp"
+#include "platform/AreaResampler.hpp"
 #include "platform/InOrderWorkers.hpp"
+#include "platform/JBIG2Encoder.hpp"
 #include "platform/JPEGScaler.hpp"
 #include "platform/PDFRenderer.hpp"
 
@@ -15,6 +19,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <thread>
 
@@ -27,7 +32,16 @@ struct PagePlan {
     bool monochrome = false;
     PageRasterizer::Size size;
     int rotation = 0;
+    /// The page as scanned: the resolution of its images (150 to 400 DPI) and its size there.
+    int scanDpi = 300;
+    PageRasterizer::Size scanSize;
 };
+
+// Mixed raster content keeps the text at the scan's resolution and the background at the
+// tier's divided by this.
+constexpr double backgroundDivisor = 2.4;
+constexpr int lowestScanDpi = 150;
+constexpr int highestScanDpi = 400;
 
 QPDFObjectHandle imageStream(QPDF& qpdf, const RasterizedPage& raster) {
     const bool gray = raster.format == PixelFormat::gray;
@@ -49,20 +63,74 @@ QPDFObjectHandle imageStream(QPDF& qpdf, const RasterizedPage& raster) {
     return image;
 }
 
-// Answers the page's new image.
-QPDFObjectHandle replaceContent(QPDF& qpdf, QPDFObjectHandle page, const PDFRect& box,
-                                const RasterizedPage& raster) {
+// A JBIG2 mask: a stencil painted in the fill colour, or (`opaque`) a black-and-white image.
+QPDFObjectHandle maskStream(QPDF& qpdf, const RasterizedPage& raster, bool opaque) {
+    auto image = QPDFObjectHandle::newStream(&qpdf);
+    image.replaceStreamData(std::string(raster.mask.begin(), raster.mask.end()),
+                            QPDFObjectHandle::newName("/JBIG2Decode"), QPDFObjectHandle::newNull());
+    auto dictionary = image.getDict();
+    dictionary.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+    dictionary.replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
+    dictionary.replaceKey("/Width", QPDFObjectHandle::newInteger(raster.maskWidth));
+    dictionary.replaceKey("/Height", QPDFObjectHandle::newInteger(raster.maskHeight));
+    dictionary.replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(1));
+    // The filter hands out 0 for ink, which a stencil paints and a gray image shows black.
+    if (opaque) {
+        dictionary.replaceKey("/ColorSpace", QPDFObjectHandle::newName("/DeviceGray"));
+    } else {
+        dictionary.replaceKey("/ImageMask", QPDFObjectHandle::newBool(true));
+    }
+    return image;
+}
+
+// A name for the page's picture that the text layer's forms do not use.
+std::string freeName(QPDFObjectHandle taken, const std::string& stem) {
+    std::string name = "/" + stem;
+    for (int n = 1; taken.hasKey(name); ++n) {
+        name = fmt::format("/{}{}", stem, n);
+    }
+    return name;
+}
+
+// Replaces the page's content with its picture and, over it, the text it showed (invisible).
+// Answers the new images.
+std::vector<QPDFObjectHandle> replaceContent(QPDF& qpdf, QPDFObjectHandle page,
+                                             const PDFRect& box, const RasterizedPage& raster,
+                                             TextLayer& text) {
+    auto layer = text.of(page);
     auto resources = QPDFObjectHandle::newDictionary();
-    auto xobjects = QPDFObjectHandle::newDictionary();
-    auto image = imageStream(qpdf, raster);
-    xobjects.replaceKey("/Page", image);
+    auto xobjects = layer ? layer->forms.shallowCopy() : QPDFObjectHandle::newDictionary();
+    const std::string place =
+        fmt::format("{:.4f} 0 0 {:.4f} {:.4f} {:.4f} cm", box.width, box.height, box.x, box.y);
+    std::string content;
+    std::vector<QPDFObjectHandle> images;
+    if (!raster.data.empty()) {
+        const std::string name = freeName(xobjects, "Page");
+        images.push_back(imageStream(qpdf, raster));
+        xobjects.replaceKey(name, images.back());
+        content += fmt::format("q {} {} Do Q\n", place, name);
+    }
+    if (!raster.mask.empty()) {
+        const bool opaque = raster.data.empty();
+        const std::string name = freeName(xobjects, "Ink");
+        images.push_back(maskStream(qpdf, raster, opaque));
+        xobjects.replaceKey(name, images.back());
+        content += opaque ? fmt::format("q {} {} Do Q\n", place, name)
+                          : fmt::format("q {:.4f} {:.4f} {:.4f} rg {} {} Do Q\n",
+                                        raster.ink[0] / 255.0, raster.ink[1] / 255.0,
+                                        raster.ink[2] / 255.0, place, name);
+    }
+    if (layer) {
+        content += "q\n" + layer->content + "Q\n";
+        resources.replaceKey("/Font", layer->fonts);
+        if (layer->properties.getKeys().size() > 0) {
+            resources.replaceKey("/Properties", layer->properties);
+        }
+    }
     resources.replaceKey("/XObject", xobjects);
     page.replaceKey("/Resources", resources);
-    page.replaceKey("/Contents",
-                    QPDFObjectHandle::newStream(
-                        &qpdf, fmt::format("q {:.4f} 0 0 {:.4f} {:.4f} {:.4f} cm /Page Do Q",
-                                           box.width, box.height, box.x, box.y)));
-    return image;
+    page.replaceKey("/Contents", QPDFObjectHandle::newStream(&qpdf, content));
+    return images;
 }
 
 void writeRebuilt(QPDF& qpdf, const fs::path& output) {
@@ -101,6 +169,14 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
         const auto box = page.mediaBox();
         plan.size = PageRasterizer::rasterSize(box.width, box.height, dpi);
         plan.rotation = page.rotation();
+        double finest = 0;
+        for (const auto& image : images) {
+            finest = std::max(finest, image.effectiveDPI);
+        }
+        plan.scanDpi = finest > 0 ? std::clamp(static_cast<int>(std::lround(finest)),
+                                               lowestScanDpi, highestScanDpi)
+                                  : 300;
+        plan.scanSize = PageRasterizer::rasterSize(box.width, box.height, plan.scanDpi);
         plans.push_back(plan);
     }
     return plans;
@@ -175,9 +251,102 @@ std::optional<RasterizedPage> fromRender(const fs::path& input, const std::strin
     }
 }
 
+// The page as scanned, in its unrotated space: a full-page JPEG decoded at the scan's size, any
+// other page rendered at the scan's resolution without its annotations. Absent when neither
+// works.
+std::optional<Bitmap> scanPicture(const fs::path& input, const std::string& password,
+                                  const PDFRenderer& renderer, const PagePlan& plan,
+                                  WorkerState& state) {
+    const auto format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
+    try {
+        if (!state.document) {
+            state.document = PDFDocumentEngine::openCG(input, password);
+        }
+        if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
+            const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()),
+                                  jpeg->size());
+            if (auto bitmap = JPEGScaler::decodeScaled(bytes, plan.scanSize.width,
+                                                       plan.scanSize.height, format)) {
+                return bitmap;
+            }
+        }
+    } catch (const std::exception&) {
+        // Drawn below instead.
+    }
+    try {
+        if (!state.renderer && !state.rendererFailed) {
+            state.rendererFailed = true;
+            state.renderer = renderer.open(input, password);
+            state.rendererFailed = false;
+        }
+        if (!state.renderer) {
+            return std::nullopt;
+        }
+        const bool swap = plan.rotation % 180 != 0;
+        PDFRenderer::RenderOptions options;
+        options.size = PDFRenderer::PixelSize{swap ? plan.scanSize.height : plan.scanSize.width,
+                                              swap ? plan.scanSize.width : plan.scanSize.height};
+        options.format = format;
+        options.annotations = false;
+        return PageRasterizer::unrotated(state.renderer->render(plan.index, options),
+                                         plan.rotation);
+    } catch (const RenderError&) {
+        return std::nullopt;
+    }
+}
+
+// A page read at the scan's resolution: a bilevel page becomes one JBIG2 image at that
+// resolution; with `setting.mixed`, a text page becomes a mask over a background when that is
+// smaller than its JPEG; everything else the JPEG (or gray PNG) at the setting's resolution.
+std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
+                                       const RasterSetting& setting) {
+    const ScanReading reading = MixedRaster::read(scan);
+    if (reading.kind == ScanReading::Kind::bilevel) {
+        RasterizedPage page;
+        page.mask = JBIG2Encoder::encode(reading.ink, plan.scanDpi);
+        page.maskWidth = scan.width();
+        page.maskHeight = scan.height();
+        return page;
+    }
+    auto picture = PageRasterizer::encode(
+        AreaResampler::resample(scan.data(), scan.width(), scan.height(), scan.format(),
+                                plan.size.width, plan.size.height),
+        setting.quality, plan.monochrome);
+    if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
+        return picture;
+    }
+    const int backgroundDpi =
+        std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor)));
+    auto layers = MixedRaster::split(scan, reading, plan.scanDpi, backgroundDpi, setting.quality);
+    if (!layers || (picture && layers->mask.size() + layers->background.size() >= picture->bytes())) {
+        return picture;
+    }
+    RasterizedPage page;
+    page.data = std::move(layers->background);
+    page.isJPEG = true;
+    page.width = layers->backgroundWidth;
+    page.height = layers->backgroundHeight;
+    page.format = layers->backgroundFormat;
+    page.mask = std::move(layers->mask);
+    page.maskWidth = layers->maskWidth;
+    page.maskHeight = layers->maskHeight;
+    page.ink = layers->ink;
+    return page;
+}
+
 std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
                                         const PDFRenderer& renderer, const PagePlan& plan,
                                         const RasterSetting& setting, WorkerState& state) {
+    // Gray pages may be bilevel and text pages may split: both are read at the scan's size.
+    if (setting.mixed || plan.monochrome) {
+        try {
+            if (auto scan = scanPicture(input, password, renderer, plan, state)) {
+                return fromScan(*scan, plan, setting);
+            }
+        } catch (const std::exception&) {
+            // Too large to hold, or a codec failed: the page is drawn at the setting's size.
+        }
+    }
     if (auto page = fromFullPageJPEG(input, password, plan, setting, state)) {
         return page;
     }
@@ -244,6 +413,7 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
     int done = 0;
     DocumentCompactor::Source source{
         input, document.password(), raster || images ? &analysis : nullptr, {}};
+    TextLayer text(document.qpdf());
     if (!plans.empty()) {
         rasterizeInOrder(input, document, plans, *raster,
                          [&](const PagePlan& plan, std::optional<RasterizedPage> encoded) {
@@ -254,13 +424,15 @@ RewriteDetail DocumentRewriter::rewrite(const fs::path& input, const fs::path& o
                              checkCancelled();
                              if (encoded) {
                                  auto page = document.page(plan.index);
-                                 const auto image = replaceContent(document.qpdf(), page.object(),
-                                                                   page.mediaBox(), *encoded);
-                                 source.freshImages.insert(image.getObjGen());
+                                 for (const auto& image :
+                                      replaceContent(document.qpdf(), page.object(),
+                                                     page.mediaBox(), *encoded, text)) {
+                                     source.freshImages.insert(image.getObjGen());
+                                 }
                                  ++detail.rasterizedPages;
                                  source.rasterizedPages.insert(plan.index);
                                  detail.rasterBytes +=
-                                     static_cast<std::int64_t>(encoded->data.size());
+                                     static_cast<std::int64_t>(encoded->bytes());
                              }
                              report(++done);
                          });

@@ -1,5 +1,7 @@
 // One rebuild of a PDF: every page kept as it is, except the pages the analysis calls
-// image-heavy, whose content is replaced by one image each when a raster setting is given.
+// image-heavy, whose content is replaced by a picture when a raster setting is given: one
+// image, or a text mask over a background (mixed raster content), with the text the page showed
+// kept as an invisible layer over it (TextLayer).
 //
 // The rest of the document (outline, links, forms, annotations, attachments, metadata) is
 // carried over; annotations of a rasterized page stay as objects on top of its image. What the
@@ -29,6 +31,10 @@ struct RewriteDetail {
 struct RasterSetting {
     int dpi = 150;
     double quality = 0.72;
+    /// Scanned text pages become mixed raster content (a JBIG2 mask of the text at the scan's
+    /// resolution over a background at `dpi` / 2.4) when that is smaller than their JPEG.
+    /// Bilevel pages become one JBIG2 image at their own resolution whatever this says.
+    bool mixed = false;
 };
 
 class DocumentRewriter {

@@ -79,7 +79,7 @@ std::optional<RasterSetting> PDFCompressionEngine::tierSetting(CompressionQualit
     switch (tier) {
     case CompressionQualityTier::highQuality: return RasterSetting{300, 0.85};
     case CompressionQualityTier::balanced: return RasterSetting{200, 0.72};
-    case CompressionQualityTier::smallest: return RasterSetting{120, 0.55};
+    case CompressionQualityTier::smallest: return RasterSetting{120, 0.55, true};
     case CompressionQualityTier::lossless: return std::nullopt;
     }
     return std::nullopt;

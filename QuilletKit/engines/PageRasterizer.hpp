@@ -3,6 +3,8 @@
 
 #include "platform/Bitmap.hpp"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -19,6 +21,16 @@ struct RasterizedPage {
     PixelFormat format = PixelFormat::rgb;
     /// For PNG pages, the gray pixels themselves: a PDF stores them Flate-compressed, not as PNG.
     std::vector<std::uint8_t> pixels;
+    /// Mixed raster content: the text and line art as a JBIG2 stream of `maskWidth` x
+    /// `maskHeight` bits (1 = ink), painted in `ink` over the picture above. With no picture
+    /// (`data` empty), the mask is the whole page, black on white: a bilevel page.
+    std::vector<std::uint8_t> mask;
+    int maskWidth = 0;
+    int maskHeight = 0;
+    std::array<std::uint8_t, 3> ink{0, 0, 0};
+
+    /// What the page's pictures weigh together.
+    std::size_t bytes() const { return data.size() + mask.size(); }
 };
 
 class PageRasterizer {

@@ -1,0 +1,67 @@
+// Reads a scanned page and splits it into mixed raster content: the text and line art as a
+// bilevel mask at the scan's own resolution, painted in one ink, over a background picture at a
+// fraction of that resolution. Sharp text costs a JBIG2 mask of tens of kilobytes; the paper,
+// its tint and its noise cost a small blurred JPEG.
+//
+// How the page is read (all in one pass over blocks of 32 x 32 pixels, then one over pixels):
+// - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
+//   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
+// - a pixel is ink when it is darker than 60% of its paper; isolated ink pixels are noise;
+// - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
+//   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
+//   otherwise lay a grey box behind each line;
+// - a block where more than a third of the pixels are mid-tones (neither paper nor ink) is part
+//   of a photo or halftone: its pixels stay in the background, never in the mask;
+// - the ink's colour is the median of the ink pixels; when it is neutral, saturated pixels
+//   (a red heading, a stamp) stay in the background too, drawn in their own colour;
+// - a page whose pixels are nearly all black or white (at most 0.3% mid-tones, no colour) is
+//   bilevel: its mask is the whole page.
+#pragma once
+
+#include "platform/BilevelImage.hpp"
+#include "platform/Bitmap.hpp"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace quillet {
+
+struct ScanReading {
+    enum class Kind { bilevel, text, photo };
+    Kind kind = Kind::text;
+    /// The ink (1) found at the scan's size.
+    BilevelImage ink{1, 1};
+    /// Its colour, sRGB (gray pages: three equal values).
+    std::array<std::uint8_t, 3> inkColour{0, 0, 0};
+    /// The paper's luminance in each block of 32 x 32 pixels, row by row (text pages only).
+    std::vector<int> paper;
+    int paperColumns = 0;
+};
+
+struct ScanLayers {
+    /// The JBIG2 stream of the mask (1 = ink) at `maskWidth` x `maskHeight`.
+    std::vector<std::uint8_t> mask;
+    int maskWidth = 0;
+    int maskHeight = 0;
+    std::array<std::uint8_t, 3> ink{0, 0, 0};
+    /// The background as JPEG at `backgroundWidth` x `backgroundHeight`.
+    std::vector<std::uint8_t> background;
+    int backgroundWidth = 0;
+    int backgroundHeight = 0;
+    PixelFormat backgroundFormat = PixelFormat::rgb;
+};
+
+class MixedRaster {
+  public:
+    /// What `scan` (the page at the scan's resolution) is made of.
+    static ScanReading read(const Bitmap& scan);
+
+    /// The mask of `reading` coded as JBIG2, and `scan` without the ink as a JPEG at
+    /// `backgroundDpi` and `quality`, for a scan of `scanDpi`. Absent when encoding fails.
+    static std::optional<ScanLayers> split(const Bitmap& scan, const ScanReading& reading,
+                                           int scanDpi, int backgroundDpi, double quality);
+};
+
+} // namespace quillet

@@ -1,0 +1,179 @@
+// What compress makes of scanned pages, judged with independent tools: the words a rasterized
+// page showed are still found where they were (pdftotext), bilevel scans come back bit for bit
+// from JBIG2 (Poppler's renders), and text scans at the smallest tier split into a sharp mask
+// over a small background that looks like the scan.
+#include "engines/PDFAnalysisEngine.hpp"
+#include "engines/PDFCompressionEngine.hpp"
+#include "support/IndependentChecks.hpp"
+#include "support/PDFBuilder.hpp"
+#include "support/TempDir.hpp"
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <sstream>
+
+namespace quillet {
+namespace {
+namespace fs = std::filesystem;
+using test::PDFBuilder;
+
+fs::path compressed(const fs::path& input, CompressionQualityTier tier) {
+    const auto output = fs::path(input).replace_extension(".out.pdf");
+    CompressionOptions options;
+    options.tier = tier;
+    const auto outcome = PDFCompressionEngine::compress(input, output, options);
+    EXPECT_EQ(outcome.rasterizedPages, 1) << input;
+    EXPECT_TRUE(test::qpdfChecks(output));
+    return output;
+}
+
+// Each word pdftotext finds on page 1, with the left edge of its box.
+std::map<std::string, double> wordsWithPlaces(const fs::path& file) {
+    const auto result = test::runTool("pdftotext", {"-bbox", "-f", "1", "-l", "1", file.string(), "-"});
+    std::map<std::string, double> words;
+    std::istringstream lines(result.out);
+    for (std::string line; std::getline(lines, line);) {
+        const auto at = line.find("xMin=\"");
+        const auto open = line.find('>');
+        const auto close = line.find("</word>");
+        if (at != std::string::npos && open != std::string::npos && close != std::string::npos) {
+            words[line.substr(open + 1, close - open - 1)] = std::stod(line.substr(at + 6));
+        }
+    }
+    return words;
+}
+
+// The image filters each page of `file` draws, in resource order.
+std::vector<std::string> pageImageFilters(const fs::path& file) {
+    QPDF qpdf;
+    qpdf.processFile(file.c_str());
+    std::vector<std::string> filters;
+    auto page = QPDFPageDocumentHelper(qpdf).getAllPages().at(0).getObjectHandle();
+    auto xobjects = page.getKey("/Resources").getKey("/XObject");
+    for (const auto& key : xobjects.getKeys()) {
+        auto dictionary = xobjects.getKey(key).getDict();
+        if (dictionary.getKey("/Subtype").isNameAndEquals("/Image")) {
+            filters.push_back(dictionary.getKey("/Filter").getName());
+        }
+    }
+    return filters;
+}
+
+// A page that a scanner and an OCR program made: a picture over the whole page, and words both
+// shown directly and, invisibly, inside a form (as a text layer is usually added).
+TEST(ScanCompression, RasterizedPagesKeepTheirWordsWhereTheyWere) {
+    test::TempDir dir;
+    for (const auto tier : {CompressionQualityTier::balanced, CompressionQualityTier::smallest}) {
+        PDFBuilder builder;
+        auto& page = builder.addPage(612, 792);
+        page.image({.width = 1275, .height = 1650, .grain = 24}, 0, 0, 612, 792);
+        page.text("Quillet keeps words", 72, 700, 14);
+        auto& qpdf = builder.qpdf();
+        auto form = QPDFObjectHandle::newStream(
+            &qpdf, "BT /F1 10 Tf 3 Tr 1 0 0 1 200 300 Tm (hidden layer text) Tj ET");
+        form.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+        form.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
+        form.getDict().replaceKey("/BBox", QPDFObjectHandle::parse("[0 0 612 792]"));
+        form.getDict().replaceKey("/Resources", QPDFObjectHandle::parse(
+            "<< /Font << /F1 << /Type /Font /Subtype /Type1 /BaseFont /Courier >> >> >>"));
+        auto resources = page.object().getKey("/Resources");
+        resources.getKey("/XObject").replaceKey("/Layer", form);
+        page.content("q /Layer Do Q");
+        const auto input = builder.write(dir / ("ocred-" + std::to_string(static_cast<int>(tier)) + ".pdf"));
+
+        const auto before = wordsWithPlaces(input);
+        ASSERT_EQ(before.size(), 6u);
+        const auto after = wordsWithPlaces(compressed(input, tier));
+        for (const auto& [word, left] : before) {
+            SCOPED_TRACE(word);
+            ASSERT_EQ(after.count(word), 1u);
+            EXPECT_NEAR(after.at(word), left, 0.5);
+        }
+    }
+}
+
+// A fax-like page: 1-bit pixels at 150 DPI. Every lossy tier stores the same bits as JBIG2.
+TEST(ScanCompression, BilevelScansComeBackBitForBit) {
+    test::TempDir dir;
+    constexpr int width = 1275;
+    constexpr int height = 1650;
+    std::string bits(static_cast<std::size_t>((width + 7) / 8) * height, '\0');
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            // Strokes like lines of print, with a diagonal rule across them.
+            const bool ink = (y % 40 < 12 && x % 23 < 15 && x > 100 && x < 1150) ||
+                             std::abs(x - y) < 2;
+            if (!ink) { // DeviceGray 1-bit: 1 is white
+                bits[static_cast<std::size_t>(y) * ((width + 7) / 8) + x / 8] |=
+                    static_cast<char>(0x80 >> (x % 8));
+            }
+        }
+    }
+    for (const auto tier : {CompressionQualityTier::highQuality, CompressionQualityTier::smallest}) {
+        PDFBuilder builder;
+        auto& page = builder.addPage(612, 792);
+        auto image = QPDFObjectHandle::newStream(&builder.qpdf(), bits);
+        image.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+        image.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
+        image.getDict().replaceKey("/Width", QPDFObjectHandle::newInteger(width));
+        image.getDict().replaceKey("/Height", QPDFObjectHandle::newInteger(height));
+        image.getDict().replaceKey("/ColorSpace", QPDFObjectHandle::newName("/DeviceGray"));
+        image.getDict().replaceKey("/BitsPerComponent", QPDFObjectHandle::newInteger(1));
+        page.object().replaceKey("/Resources", QPDFObjectHandle::parse("<< /XObject << >> >>"));
+        page.object().getKey("/Resources").getKey("/XObject").replaceKey("/Fax", image);
+        page.content("q 612 0 0 792 0 0 cm /Fax Do Q");
+        const auto input = builder.write(dir / ("fax-" + std::to_string(static_cast<int>(tier)) + ".pdf"));
+
+        const auto output = compressed(input, tier);
+        EXPECT_EQ(pageImageFilters(output), std::vector<std::string>{"/JBIG2Decode"});
+        const auto original = test::renderGray(input, 1, 150);
+        const auto copy = test::renderGray(output, 1, 150);
+        ASSERT_EQ(copy.pixels.size(), original.pixels.size());
+        std::size_t different = 0;
+        for (std::size_t i = 0; i < copy.pixels.size(); ++i) {
+            different += (copy.pixels[i] < 128) != (original.pixels[i] < 128);
+        }
+        EXPECT_EQ(different, 0u);
+    }
+}
+
+// Two pages of a 300-DPI text scan at the smallest tier: the text as a mask at the scan's
+// resolution over a background at a fraction of the tier's, together far smaller than the JPEG
+// page the tier would otherwise write, and looking like the scan.
+TEST(ScanCompression, TextScansSplitIntoASharpMaskOverASmallBackground) {
+    test::TempDir dir;
+    const auto input = test::scannedThesis(dir / "scan.pdf", 6, 7, 300, 90);
+    CompressionOptions options;
+    options.tier = CompressionQualityTier::smallest;
+    const auto output = dir / "smallest.pdf";
+    const auto outcome = PDFCompressionEngine::compress(input, output, options);
+    ASSERT_EQ(outcome.rasterizedPages, 2);
+    EXPECT_TRUE(test::qpdfChecks(output));
+    const auto analysis = PDFAnalysisEngine::analyze(output);
+    for (const auto& page : analysis.pages) {
+        ASSERT_EQ(page.images.size(), 2u);
+        const double inches = page.widthPoints / 72;
+        EXPECT_NEAR(page.images[1].pixelWidth, 300 * inches, 1); // the mask, at the scan's DPI
+        EXPECT_NEAR(page.images[0].pixelWidth, 50 * inches, 1);  // the background, at 50 DPI
+    }
+    EXPECT_LT(outcome.resultBytes, 200'000);
+
+    const auto scan = test::renderGray(input, 1, 100);
+    const auto result = test::renderGray(output, 1, 100);
+    ASSERT_EQ(result.pixels.size(), scan.pixels.size());
+    double difference = 0;
+    for (std::size_t i = 0; i < scan.pixels.size(); ++i) {
+        difference += std::abs(scan.pixels[i] - result.pixels[i]);
+    }
+    EXPECT_LT(difference / static_cast<double>(scan.pixels.size()), 6.0);
+    const double ink = scan.darkPixels(0, 0, 612, 792, 100);
+    EXPECT_NEAR(result.darkPixels(0, 0, 612, 792, 100), ink, 0.15 * ink);
+}
+
+} // namespace
+} // namespace quillet
