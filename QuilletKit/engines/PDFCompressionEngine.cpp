@@ -257,6 +257,32 @@ void PDFCompressionEngine::refineBetweenRungs(
     }
 }
 
+void PDFCompressionEngine::splitScansToReach(
+    const fs::path& input, const PDFAnalysis& analysis, std::int64_t targetBytes,
+    const CompressionOptions& options, std::optional<TemporaryFile>& candidate,
+    RewriteDetail& kept, const std::optional<FontCompactor::GlyphUsage>& glyphs) {
+    if (!candidate || kept.bytes <= targetBytes || kept.rasterizedPages == 0) {
+        return;
+    }
+    for (const int rung : {5, 8}) {
+        if (options.isCancelled && options.isCancelled()) {
+            throw CancellationError();
+        }
+        const auto& setting = ladder[static_cast<std::size_t>(rung)];
+        TemporaryFile file = temporaryCandidate();
+        const auto detail =
+            DocumentRewriter::rewrite(input, file.path(), analysis, setting, rungImages(setting),
+                                      mapped(options, 0.95, 0.05), options.isCancelled, &glyphs);
+        if (detail.bytes > 0 && detail.bytes < kept.bytes) {
+            candidate = std::move(file);
+            kept = detail;
+        }
+        if (kept.bytes <= targetBytes) {
+            return;
+        }
+    }
+}
+
 CompressionOutcome PDFCompressionEngine::compressToTarget(
     const fs::path& input, const fs::path& output, const PDFAnalysis& analysis,
     std::int64_t originalBytes, std::int64_t targetBytes, const CompressionOptions& options) {
@@ -308,7 +334,9 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(
             throw CancellationError();
         }
         TemporaryFile file = temporaryCandidate();
-        const auto& setting = ladder[static_cast<std::size_t>(rung)];
+        // Sizes follow the prediction only with JPEG pages: scans are split further down.
+        RasterSetting setting = ladder[static_cast<std::size_t>(rung)];
+        setting.mixed = false;
         const auto detail = DocumentRewriter::rewrite(
             input, file.path(), analysis, setting, rungImages(setting),
             mapped(options, 0.35 + 0.25 * attempt, 0.25), options.isCancelled, &glyphs);
@@ -341,6 +369,7 @@ CompressionOutcome PDFCompressionEngine::compressToTarget(
     }
     refineBetweenRungs(input, analysis, targetBytes, options, keptRung, attempts, measured,
                        refRaster, vectorParts, candidate, kept, glyphs);
+    splitScansToReach(input, analysis, targetBytes, options, candidate, kept, glyphs);
     if (kept.bytes >= originalBytes) {
         return notKept(originalBytes, alreadyOptimizedNote);
     }

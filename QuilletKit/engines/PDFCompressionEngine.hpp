@@ -41,16 +41,18 @@ class PDFCompressionEngine {
     /// The same for a target rung (or a setting between two): its own resolution and quality.
     static ImageSetting rungImages(const RasterSetting& rung);
 
-    /// The target ladder, best first.
+    /// The target ladder, best first. The search builds every rung with JPEG pages, whose sizes
+    /// it can predict; from rung 5 on, a rung may also split text scans into a mask over a
+    /// background (mixed raster content) when JPEG pages cannot reach the target at all.
     static constexpr std::array<RasterSetting, 9> ladder{{{350, 0.88},
                                                           {300, 0.85},
                                                           {250, 0.80},
                                                           {200, 0.75},
                                                           {150, 0.70},
-                                                          {120, 0.62},
-                                                          {96, 0.52},
-                                                          {72, 0.42},
-                                                          {54, 0.34}}};
+                                                          {120, 0.62, true},
+                                                          {96, 0.52, true},
+                                                          {72, 0.42, true},
+                                                          {54, 0.34, true}}};
 
     /// The predicted size at `rung` (clamped to the ladder) from a reference rebuild at 150 DPI,
     /// quality 0.72 whose images took `refRaster` bytes and the rest `vectorParts`.
@@ -79,6 +81,13 @@ class PDFCompressionEngine {
     /// When the kept result of the rung search is under 85% of the target and a rung above it
     /// overshoots, rebuilds at most twice at settings between the two and makes the largest
     /// result that fits the candidate.
+    /// When even the search's smallest result is over the target and it rasterized pages, builds
+    /// rungs 5 and then 8 with scans split into a mask over a background (mixed raster
+    /// content), and keeps the first that fits, or else the smallest.
+    static void splitScansToReach(const std::filesystem::path& input, const PDFAnalysis& analysis,
+                                  std::int64_t targetBytes, const CompressionOptions& options,
+                                  std::optional<TemporaryFile>& candidate, RewriteDetail& kept,
+                                  const std::optional<FontCompactor::GlyphUsage>& glyphs);
     static void refineBetweenRungs(const std::filesystem::path& input, const PDFAnalysis& analysis,
                                    std::int64_t targetBytes, const CompressionOptions& options,
                                    int keptRung, int attempts,

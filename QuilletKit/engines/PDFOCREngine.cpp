@@ -78,8 +78,17 @@ std::optional<std::string> readPage(Reader& reader, const PDFRenderer& renderer,
             PDFDocumentEngine::openUnlock(original.path(), original.password()));
     }
     const auto page = reader.document->page(index);
-    if (PDFAnalysisEngine::analyzePage(page, index).hasText) {
+    const auto analysis = PDFAnalysisEngine::analyzePage(page, index);
+    if (analysis.hasText) {
         return std::nullopt;
+    }
+    // A page whose text is a bilevel mask finer than the reading resolution (a compressed scan)
+    // is read at the mask's own resolution, up to 400 DPI.
+    int readingDPI = PDFOCREngine::readingDPI;
+    for (const auto& image : analysis.images) {
+        if (image.isMonochrome && image.effectiveDPI > readingDPI) {
+            readingDPI = std::min(400, static_cast<int>(std::lround(image.effectiveDPI)));
+        }
     }
     auto picture = embeddedPicture(page);
     if (!picture) {
@@ -87,10 +96,10 @@ std::optional<std::string> readPage(Reader& reader, const PDFRenderer& renderer,
             reader.drawing.emplace(renderer.open(original.path(), original.password()));
         }
         PDFRenderer::RenderOptions drawing;
-        drawing.scale = PDFOCREngine::readingDPI / 72.0;
+        drawing.scale = readingDPI / 72.0;
         drawing.format = PixelFormat::gray;
         drawing.annotations = false;
-        picture = Picture{reader.drawing->render(index, drawing), PDFOCREngine::readingDPI};
+        picture = Picture{reader.drawing->render(index, drawing), readingDPI};
     }
     if (!reader.recognizer) {
         reader.recognizer = std::make_unique<TextRecognizer>(options.languages);
