@@ -110,7 +110,19 @@ std::vector<QPDFObjectHandle> replaceContent(QPDF& qpdf, QPDFObjectHandle page,
         xobjects.replaceKey(name, images.back());
         content += fmt::format("q {} {} Do Q\n", place, name);
     }
-    if (!raster.mask.empty()) {
+    if (!raster.foreground.empty()) {
+        // The inks' colours, painted where the mask has ink.
+        RasterizedPage colours = raster;
+        colours.data = raster.foreground;
+        colours.width = raster.foregroundWidth;
+        colours.height = raster.foregroundHeight;
+        const std::string name = freeName(xobjects, "Ink");
+        images.push_back(imageStream(qpdf, colours));
+        images.push_back(maskStream(qpdf, raster, false));
+        images[images.size() - 2].getDict().replaceKey("/Mask", images.back());
+        xobjects.replaceKey(name, images[images.size() - 2]);
+        content += fmt::format("q {} {} Do Q\n", place, name);
+    } else if (!raster.mask.empty()) {
         const bool opaque = raster.data.empty();
         const std::string name = freeName(xobjects, "Ink");
         images.push_back(maskStream(qpdf, raster, opaque));
@@ -315,10 +327,15 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
         return picture;
     }
+    // Photos keep the setting's resolution; paper alone needs far less.
     const int backgroundDpi =
-        std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor)));
+        reading.hasPhotos
+            ? setting.dpi
+            : std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor)));
     auto layers = MixedRaster::split(scan, reading, plan.scanDpi, backgroundDpi, setting.quality);
-    if (!layers || (picture && layers->mask.size() + layers->background.size() >= picture->bytes())) {
+    if (!layers || (picture && layers->mask.size() + layers->background.size() +
+                                       layers->foreground.size() >=
+                                   picture->bytes())) {
         return picture;
     }
     RasterizedPage page;
@@ -331,6 +348,9 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     page.maskWidth = layers->maskWidth;
     page.maskHeight = layers->maskHeight;
     page.ink = layers->ink;
+    page.foreground = std::move(layers->foreground);
+    page.foregroundWidth = layers->foregroundWidth;
+    page.foregroundHeight = layers->foregroundHeight;
     return page;
 }
 

@@ -13,10 +13,19 @@ namespace {
 constexpr int block = 32;
 // A pixel darker than this share of its paper is ink.
 constexpr int inkPercent = 60;
-// A block with more than this share of mid-tones is a photo or a halftone.
+// A tile with more than this share of mid-tones is a photo or a halftone ...
 constexpr double photoShare = 0.35;
+// ... and less than this share of bare paper.
+constexpr double bareShare = 0.3;
 // Chroma (max - min of R, G, B) above which a pixel is coloured.
 constexpr int colouredChroma = 60;
+// Photos are found in tiles of this many pixels a side.
+constexpr int tile = 16;
+// Photo regions of fewer tiles than this are letters.
+constexpr std::size_t smallestPhotoTiles = 24;
+// Letters change colour only from word to word: their colours need little resolution.
+constexpr int foregroundDpi = 40;
+constexpr double foregroundQuality = 0.7;
 // How far ink's soft edge reaches into the paper, in scan pixels: kept out of the background.
 constexpr int inkEdge = 2;
 // Further out, to this many pixels, a pixel this much darker than its paper is ringing.
@@ -170,6 +179,133 @@ BilevelImage packed(const std::vector<std::uint8_t>& bits, int width, int height
     return image;
 }
 
+// Clears every 8-connected region of set cells in `cells` smaller than `smallest`.
+void keepLargeRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
+                      std::size_t smallest) {
+    std::vector<std::uint8_t> seen(cells.size(), 0);
+    std::vector<std::size_t> region;
+    for (std::size_t start = 0; start < cells.size(); ++start) {
+        if (!cells[start] || seen[start]) {
+            continue;
+        }
+        region.clear();
+        region.push_back(start);
+        seen[start] = 1;
+        for (std::size_t next = 0; next < region.size(); ++next) {
+            const int x = static_cast<int>(region[next] % columns);
+            const int y = static_cast<int>(region[next] / columns);
+            for (int dy = -1; dy <= 1; ++dy) {
+                for (int dx = -1; dx <= 1; ++dx) {
+                    const int nx = x + dx;
+                    const int ny = y + dy;
+                    if (nx < 0 || ny < 0 || nx >= columns || ny >= rows) {
+                        continue;
+                    }
+                    const std::size_t n = static_cast<std::size_t>(ny) * columns + nx;
+                    if (cells[n] && !seen[n]) {
+                        seen[n] = 1;
+                        region.push_back(n);
+                    }
+                }
+            }
+        }
+        if (region.size() < smallest) {
+            for (const std::size_t cell : region) {
+                cells[cell] = 0;
+            }
+        }
+    }
+}
+
+// `scan` shrunk by `factor`: each cell the average of its pixels that `counted` accepts. Cells
+// with none grow in from their neighbours for up to `rounds` rounds; what is left takes the
+// average of all counted cells.
+template <typename Counted>
+Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& counted) {
+    const int width = scan.width();
+    const int height = scan.height();
+    const int bands = scan.bands();
+    const int across = (width + factor - 1) / factor;
+    const int down = (height + factor - 1) / factor;
+    const std::size_t cells = static_cast<std::size_t>(across) * down;
+    std::vector<std::uint32_t> sums(cells * static_cast<std::size_t>(bands), 0);
+    std::vector<std::uint32_t> counts(cells, 0);
+    for (int y = 0; y < height; ++y) {
+        const std::size_t cellRow = static_cast<std::size_t>(y / factor) * across;
+        const std::uint8_t* p = scan.data() + static_cast<std::size_t>(y) * width * bands;
+        for (int x = 0; x < width; ++x, p += bands) {
+            if (!counted(x, y)) {
+                continue;
+            }
+            const std::size_t cell = cellRow + static_cast<std::size_t>(x / factor);
+            for (int c = 0; c < bands; ++c) {
+                sums[cell * bands + c] += p[c];
+            }
+            ++counts[cell];
+        }
+    }
+    Bitmap out(across, down, scan.format());
+    std::uint8_t* values = out.data();
+    std::vector<std::uint8_t> known(cells, 0);
+    std::vector<std::uint64_t> total(static_cast<std::size_t>(bands), 0);
+    std::size_t knownCells = 0;
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        if (counts[cell] == 0) {
+            continue;
+        }
+        for (int c = 0; c < bands; ++c) {
+            const std::uint32_t value = (sums[cell * bands + c] + counts[cell] / 2) / counts[cell];
+            values[cell * bands + c] = static_cast<std::uint8_t>(value);
+            total[static_cast<std::size_t>(c)] += value;
+        }
+        known[cell] = 1;
+        ++knownCells;
+    }
+    bool grew = true;
+    for (int round = 0; round < rounds && grew; ++round) {
+        grew = false;
+        std::vector<std::uint8_t> next = known;
+        for (int cy = 0; cy < down; ++cy) {
+            for (int cx = 0; cx < across; ++cx) {
+                const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
+                if (known[cell]) {
+                    continue;
+                }
+                std::uint32_t sum[3] = {0, 0, 0};
+                unsigned found = 0;
+                for (const auto [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
+                    const int nx = cx + dx;
+                    const int ny = cy + dy;
+                    const std::size_t n = static_cast<std::size_t>(ny) * across + nx;
+                    if (nx >= 0 && ny >= 0 && nx < across && ny < down && known[n]) {
+                        for (int c = 0; c < bands; ++c) {
+                            sum[c] += values[n * bands + c];
+                        }
+                        ++found;
+                    }
+                }
+                if (found > 0) {
+                    for (int c = 0; c < bands; ++c) {
+                        values[cell * bands + c] = static_cast<std::uint8_t>(sum[c] / found);
+                    }
+                    next[cell] = 1;
+                    grew = true;
+                }
+            }
+        }
+        known.swap(next);
+    }
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        if (!known[cell]) {
+            for (int c = 0; c < bands; ++c) {
+                values[cell * bands + c] = static_cast<std::uint8_t>(
+                    knownCells ? total[static_cast<std::size_t>(c)] / knownCells : 255);
+            }
+        }
+    }
+    return out;
+}
+
 } // namespace
 
 ScanReading MixedRaster::read(const Bitmap& scan) {
@@ -201,40 +337,51 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     const int rows = (height + block - 1) / block;
     const auto paper = paperLevels(scan, pixels, columns, rows);
 
-    // Photo blocks, widened by one block so a photo's soft edge stays with it.
-    std::vector<std::uint8_t> photo(paper.size(), 0);
-    for (int by = 0; by < rows; ++by) {
-        for (int bx = 0; bx < columns; ++bx) {
-            const int level = paper[static_cast<std::size_t>(by) * columns + bx];
+    // Photo tiles (16 x 16 pixels, finer than the paper's blocks so a caption under a photo
+    // stays text), widened by one tile so a photo's soft edge stays with it.
+    const int tileColumns = (width + tile - 1) / tile;
+    const int tileRows = (height + tile - 1) / tile;
+    std::vector<std::uint8_t> photo(static_cast<std::size_t>(tileColumns) * tileRows, 0);
+    for (int ty = 0; ty < tileRows; ++ty) {
+        for (int tx = 0; tx < tileColumns; ++tx) {
+            const int level = paper[static_cast<std::size_t>(ty * tile / block) * columns +
+                                    static_cast<std::size_t>(tx * tile / block)];
             int mid = 0;
+            int bare = 0;
             int all = 0;
-            for (int y = by * block; y < std::min(height, (by + 1) * block); ++y) {
-                for (int x = bx * block; x < std::min(width, (bx + 1) * block); ++x) {
+            for (int y = ty * tile; y < std::min(height, (ty + 1) * tile); ++y) {
+                for (int x = tx * tile; x < std::min(width, (tx + 1) * tile); ++x) {
                     const int l = pixels.luminance(static_cast<std::size_t>(y) * width + x);
                     mid += l * 4 >= level && l * 100 < level * 85;
+                    bare += l * 100 >= level * 90;
                     ++all;
                 }
             }
-            photo[static_cast<std::size_t>(by) * columns + bx] = mid > photoShare * all;
+            // Text, however light, leaves paper between its letters; a photo covers it.
+            photo[static_cast<std::size_t>(ty) * tileColumns + tx] =
+                mid > photoShare * all && bare < bareShare * all;
         }
     }
+    // A thick coloured letter can look like a tile of photo; a photo is many tiles together.
+    keepLargeRegions(photo, tileColumns, tileRows, smallestPhotoTiles);
     std::vector<std::uint8_t> widenedPhoto(photo.size(), 0);
     std::size_t photoBlocks = 0;
-    for (int by = 0; by < rows; ++by) {
-        for (int bx = 0; bx < columns; ++bx) {
+    for (int ty = 0; ty < tileRows; ++ty) {
+        for (int tx = 0; tx < tileColumns; ++tx) {
             bool any = false;
             for (int dy = -1; dy <= 1 && !any; ++dy) {
                 for (int dx = -1; dx <= 1 && !any; ++dx) {
-                    const int nx = bx + dx;
-                    const int ny = by + dy;
-                    any = nx >= 0 && ny >= 0 && nx < columns && ny < rows &&
-                          photo[static_cast<std::size_t>(ny) * columns + nx];
+                    const int nx = tx + dx;
+                    const int ny = ty + dy;
+                    any = nx >= 0 && ny >= 0 && nx < tileColumns && ny < tileRows &&
+                          photo[static_cast<std::size_t>(ny) * tileColumns + nx];
                 }
             }
-            widenedPhoto[static_cast<std::size_t>(by) * columns + bx] = any;
-            photoBlocks += photo[static_cast<std::size_t>(by) * columns + bx];
+            widenedPhoto[static_cast<std::size_t>(ty) * tileColumns + tx] = any;
+            photoBlocks += photo[static_cast<std::size_t>(ty) * tileColumns + tx];
         }
     }
+    reading.hasPhotos = photoBlocks > 0;
     if (photoBlocks * 2 > photo.size()) {
         reading.kind = ScanReading::Kind::photo;
         return reading;
@@ -248,8 +395,9 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         const int by = y / block;
         for (int x = 0; x < width; ++x) {
             const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
+            const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
             const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (widenedPhoto[b] || pixels.luminance(i) * 100 >= paper[b] * inkPercent) {
+            if (widenedPhoto[t] || pixels.luminance(i) * 100 >= paper[b] * inkPercent) {
                 continue;
             }
             bits[i] = 1;
@@ -263,16 +411,24 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     if (inked > 0) {
         reading.inkColour = {median(reds, inked), median(greens, inked), median(blues, inked)};
     }
-    const auto& ink = reading.inkColour;
-    const bool neutralInk = std::max({ink[0], ink[1], ink[2]}) -
-                                std::min({ink[0], ink[1], ink[2]}) <=
-                            colouredChroma / 2;
-    if (neutralInk && pixels.bands == 3) {
+    // One ink when nearly every ink pixel has the median's hue. Lightness does not count: the
+    // soft edge of a black letter is grey, and still the same ink.
+    if (pixels.bands == 3 && inked > 0) {
+        const auto& ink = reading.inkColour;
+        const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
+        std::size_t apart = 0;
         for (std::size_t i = 0; i < count; ++i) {
-            if (bits[i] && pixels.chroma(i) > colouredChroma) {
-                bits[i] = 0; // coloured: drawn by the background in its own colour
+            if (bits[i]) {
+                const std::uint8_t* p = scan.data() + i * 3;
+                const int l = pixels.luminance(i);
+                int distance = 0;
+                for (int c = 0; c < 3; ++c) {
+                    distance += std::abs((p[c] - l) - (ink[c] - inkLuminance));
+                }
+                apart += distance > colouredChroma;
             }
         }
+        reading.oneInk = apart * 100 <= static_cast<std::size_t>(inked);
     }
     despeckle(bits, width, height);
     reading.ink = packed(bits, width, height);
@@ -286,111 +442,59 @@ std::optional<ScanLayers> MixedRaster::split(const Bitmap& scan, const ScanReadi
     try {
         const int width = scan.width();
         const int height = scan.height();
-        const int bands = scan.bands();
         ScanLayers layers;
         layers.mask = JBIG2Encoder::encode(reading.ink, scanDpi);
         layers.maskWidth = width;
         layers.maskHeight = height;
         layers.ink = reading.inkColour;
+        const int factor = std::max(
+            1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / backgroundDpi)));
 
-        // The background: each cell the average of its pixels away from the ink (its soft
-        // edge reaches two pixels out); cells all ink take their neighbours' colour.
-        const int factor =
-            std::max(1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / backgroundDpi)));
-        const int cellsAcross = (width + factor - 1) / factor;
-        const int cellsDown = (height + factor - 1) / factor;
-        const std::size_t cells = static_cast<std::size_t>(cellsAcross) * cellsDown;
-        std::vector<std::uint32_t> sums(cells * static_cast<std::size_t>(bands), 0);
-        std::vector<std::uint32_t> counts(cells, 0);
+        // The background leaves out the ink, its soft edge and, a little further out, pixels
+        // darker than their paper (a JPEG scan's ringing around each letter).
         const std::vector<std::uint8_t> edge = widened(reading.ink, inkEdge);
         const std::vector<std::uint8_t> ringing = widened(reading.ink, ringingReach);
-        const Pixels pixels{scan, bands};
-        for (int y = 0; y < height; ++y) {
-            const std::size_t cellRow = static_cast<std::size_t>(y / factor) * cellsAcross;
-            const std::size_t at = static_cast<std::size_t>(y) * width;
-            const int* paper = reading.paper.empty()
-                                   ? nullptr
-                                   : reading.paper.data() +
-                                         static_cast<std::size_t>(y / block) * reading.paperColumns;
-            const std::uint8_t* p = scan.data() + at * bands;
-            for (int x = 0; x < width; ++x, p += bands) {
-                if (edge[at + x] || (ringing[at + x] && paper &&
-                                     pixels.luminance(at + x) + ringingDepth < paper[x / block])) {
-                    continue;
-                }
-                const std::size_t cell = cellRow + static_cast<std::size_t>(x / factor);
-                for (int c = 0; c < bands; ++c) {
-                    sums[cell * bands + c] += p[c];
-                }
-                ++counts[cell];
+        const Pixels pixels{scan, scan.bands()};
+        const Bitmap background = cellAverages(scan, factor, 4, [&](int x, int y) {
+            const std::size_t at = static_cast<std::size_t>(y) * width + x;
+            if (edge[at]) {
+                return false;
             }
-        }
-        Bitmap background(cellsAcross, cellsDown, scan.format());
-        std::vector<std::uint8_t> known(cells, 0);
-        std::vector<std::uint64_t> total(static_cast<std::size_t>(bands), 0);
-        std::size_t knownCells = 0;
-        for (std::size_t cell = 0; cell < cells; ++cell) {
-            if (counts[cell] == 0) {
-                continue;
+            if (!ringing[at] || reading.paper.empty()) {
+                return true;
             }
-            for (int c = 0; c < bands; ++c) {
-                const std::uint32_t value = (sums[cell * bands + c] + counts[cell] / 2) / counts[cell];
-                background.data()[cell * bands + c] = static_cast<std::uint8_t>(value);
-                total[static_cast<std::size_t>(c)] += value;
-            }
-            known[cell] = 1;
-            ++knownCells;
-        }
-        // Holes (cells under solid ink) grow in from their known neighbours for a few rounds;
-        // what is left takes the page's average.
-        for (int round = 0; round < 4; ++round) {
-            std::vector<std::uint8_t> next = known;
-            for (int cy = 0; cy < cellsDown; ++cy) {
-                for (int cx = 0; cx < cellsAcross; ++cx) {
-                    const std::size_t cell = static_cast<std::size_t>(cy) * cellsAcross + cx;
-                    if (known[cell]) {
-                        continue;
-                    }
-                    std::uint32_t sum[3] = {0, 0, 0};
-                    int found = 0;
-                    for (const auto [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
-                        const int nx = cx + dx;
-                        const int ny = cy + dy;
-                        const std::size_t n = static_cast<std::size_t>(ny) * cellsAcross + nx;
-                        if (nx >= 0 && ny >= 0 && nx < cellsAcross && ny < cellsDown && known[n]) {
-                            for (int c = 0; c < bands; ++c) {
-                                sum[c] += background.data()[n * bands + c];
-                            }
-                            ++found;
-                        }
-                    }
-                    if (found > 0) {
-                        for (int c = 0; c < bands; ++c) {
-                            background.data()[cell * bands + c] =
-                                static_cast<std::uint8_t>(sum[c] / static_cast<unsigned>(found));
-                        }
-                        next[cell] = 1;
-                    }
-                }
-            }
-            known.swap(next);
-        }
-        for (std::size_t cell = 0; cell < cells; ++cell) {
-            if (!known[cell]) {
-                for (int c = 0; c < bands; ++c) {
-                    background.data()[cell * bands + c] = static_cast<std::uint8_t>(
-                        knownCells ? total[static_cast<std::size_t>(c)] / knownCells : 255);
-                }
-            }
-        }
+            const int paper = reading.paper[static_cast<std::size_t>(y / block) *
+                                                 reading.paperColumns +
+                                             static_cast<std::size_t>(x / block)];
+            return pixels.luminance(at) + ringingDepth >= paper;
+        });
         auto encoded = ImageCodec::data(background, ImageOutputFormat::jpeg, quality);
         if (!encoded) {
             return std::nullopt;
         }
         layers.background = std::move(*encoded);
-        layers.backgroundWidth = cellsAcross;
-        layers.backgroundHeight = cellsDown;
-        layers.backgroundFormat = scan.format();
+        layers.backgroundWidth = background.width();
+        layers.backgroundHeight = background.height();
+        layers.backgroundFormat = background.format();
+
+        if (!reading.oneInk) {
+            // The inks' colours, each cell the average of its ink pixels.
+            const int coarse = std::max(
+                1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / foregroundDpi)));
+            // Cells without ink grow from their neighbours all the way, so no edge between two
+            // colours lies next to a letter, where the JPEG's ringing would show.
+            const Bitmap foreground = cellAverages(scan, coarse, 1 << 20, [&](int x, int y) {
+                return (reading.ink.row(y)[x >> 3] & (0x80 >> (x & 7))) != 0;
+            });
+            auto colours = ImageCodec::data(foreground, ImageOutputFormat::jpeg,
+                                            std::max(quality, foregroundQuality));
+            if (!colours) {
+                return std::nullopt;
+            }
+            layers.foreground = std::move(*colours);
+            layers.foregroundWidth = foreground.width();
+            layers.foregroundHeight = foreground.height();
+        }
         return layers;
     } catch (const std::exception&) {
         return std::nullopt;

@@ -10,10 +10,13 @@
 // - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
 //   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
 //   otherwise lay a grey box behind each line;
-// - a block where more than a third of the pixels are mid-tones (neither paper nor ink) is part
-//   of a photo or halftone: its pixels stay in the background, never in the mask;
-// - the ink's colour is the median of the ink pixels; when it is neutral, saturated pixels
-//   (a red heading, a stamp) stay in the background too, drawn in their own colour;
+// - a tile of 16 x 16 pixels where more than a third of the pixels are mid-tones (neither paper
+//   nor ink) and less than 30% bare paper, in a region of at least 24 such tiles (a smaller one
+//   is a thick coloured letter), is part of a photo or halftone: its pixels (and the
+//   neighbouring tiles') stay in the background, never in the mask;
+// - the ink's colour is the median of the ink pixels; when other colours are inked too (a blue
+//   heading, a red stamp), the colours go in a small foreground picture painted through the
+//   mask, so every letter stays sharp in its own colour;
 // - a page whose pixels are nearly all black or white (at most 0.3% mid-tones, no colour) is
 //   bilevel: its mask is the whole page.
 #pragma once
@@ -33,8 +36,14 @@ struct ScanReading {
     Kind kind = Kind::text;
     /// The ink (1) found at the scan's size.
     BilevelImage ink{1, 1};
-    /// Its colour, sRGB (gray pages: three equal values).
+    /// Its colour, sRGB (gray pages: three equal values): the median of the ink pixels.
     std::array<std::uint8_t, 3> inkColour{0, 0, 0};
+    /// Whether nearly all the ink (99%) is that colour; otherwise the ink's colours are kept
+    /// in a foreground picture.
+    bool oneInk = true;
+    /// Whether some blocks are photo or halftone (kept in the background, which then keeps
+    /// more detail).
+    bool hasPhotos = false;
     /// The paper's luminance in each block of 32 x 32 pixels, row by row (text pages only).
     std::vector<int> paper;
     int paperColumns = 0;
@@ -46,6 +55,11 @@ struct ScanLayers {
     int maskWidth = 0;
     int maskHeight = 0;
     std::array<std::uint8_t, 3> ink{0, 0, 0};
+    /// With more than one ink: the inks' colours as JPEG at `foregroundWidth` x
+    /// `foregroundHeight` (40 DPI), painted through the mask. Empty when `ink` is the one colour.
+    std::vector<std::uint8_t> foreground;
+    int foregroundWidth = 0;
+    int foregroundHeight = 0;
     /// The background as JPEG at `backgroundWidth` x `backgroundHeight`.
     std::vector<std::uint8_t> background;
     int backgroundWidth = 0;

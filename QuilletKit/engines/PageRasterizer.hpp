@@ -28,9 +28,14 @@ struct RasterizedPage {
     int maskWidth = 0;
     int maskHeight = 0;
     std::array<std::uint8_t, 3> ink{0, 0, 0};
+    /// With more than one ink: their colours as a JPEG of `foregroundWidth` x
+    /// `foregroundHeight` in the picture's format, painted through the mask instead of `ink`.
+    std::vector<std::uint8_t> foreground;
+    int foregroundWidth = 0;
+    int foregroundHeight = 0;
 
     /// What the page's pictures weigh together.
-    std::size_t bytes() const { return data.size() + mask.size(); }
+    std::size_t bytes() const { return data.size() + mask.size() + foreground.size(); }
 };
 
 class PageRasterizer {
