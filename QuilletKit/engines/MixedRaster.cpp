@@ -52,7 +52,8 @@ struct Pixels {
 
 // Each block's paper brightness: the 90th percentile of its luminance, then the brightest of it
 // and its eight neighbours (a block mostly covered by ink still lies on paper).
-std::vector<int> paperLevels(const Bitmap& scan, const Pixels& pixels, int columns, int rows) {
+std::vector<int> paperLevels(const Bitmap& scan, const std::vector<std::uint8_t>& luminance,
+                             int columns, int rows) {
     std::vector<int> level(static_cast<std::size_t>(columns) * rows, 255);
     std::vector<int> histogram(256);
     for (int by = 0; by < rows; ++by) {
@@ -61,7 +62,7 @@ std::vector<int> paperLevels(const Bitmap& scan, const Pixels& pixels, int colum
             int count = 0;
             for (int y = by * block; y < std::min(scan.height(), (by + 1) * block); ++y) {
                 for (int x = bx * block; x < std::min(scan.width(), (bx + 1) * block); ++x) {
-                    ++histogram[pixels.luminance(static_cast<std::size_t>(y) * scan.width() + x)];
+                    ++histogram[luminance[static_cast<std::size_t>(y) * scan.width() + x]];
                     ++count;
                 }
             }
@@ -107,35 +108,42 @@ std::uint8_t median(const std::vector<int>& histogram, int count) {
     return 0;
 }
 
-// `bits` (one byte a pixel) with every pixel that has no set neighbour cleared.
-void despeckle(std::vector<std::uint8_t>& bits, int width, int height) {
-    std::vector<std::uint8_t> kept(bits.size(), 0);
+// `bits` (one byte a pixel) packed, without the pixels that have no set neighbour (noise).
+BilevelImage despeckled(const std::vector<std::uint8_t>& bits, int width, int height) {
+    BilevelImage image(width, height);
     for (int y = 0; y < height; ++y) {
+        std::uint8_t* row = image.row(y);
         for (int x = 0; x < width; ++x) {
-            const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (!bits[i]) {
+            if (!bits[static_cast<std::size_t>(y) * width + x]) {
                 continue;
             }
             bool neighbour = false;
             for (int dy = -1; dy <= 1 && !neighbour; ++dy) {
+                const int ny = y + dy;
+                if (ny < 0 || ny >= height) {
+                    continue;
+                }
+                const std::uint8_t* near = bits.data() + static_cast<std::size_t>(ny) * width;
                 for (int dx = -1; dx <= 1; ++dx) {
                     const int nx = x + dx;
-                    const int ny = y + dy;
-                    if ((dx || dy) && nx >= 0 && ny >= 0 && nx < width && ny < height &&
-                        bits[static_cast<std::size_t>(ny) * width + nx]) {
+                    if ((dx || dy) && nx >= 0 && nx < width && near[nx]) {
                         neighbour = true;
                         break;
                     }
                 }
             }
-            kept[i] = neighbour ? 1 : 0;
+            if (neighbour) {
+                row[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
+            }
         }
     }
-    bits.swap(kept);
+    return image;
 }
 
-// One byte a pixel: set within `radius` pixels (a square) of any ink in `ink`.
-std::vector<std::uint8_t> widened(const BilevelImage& ink, int radius) {
+// Sets `bit` in the byte of every pixel of `out` (one a pixel) within `radius` pixels (a square)
+// of any ink in `ink`.
+void widenInto(const BilevelImage& ink, int radius, std::vector<std::uint8_t>& out,
+               std::uint8_t bit) {
     const int width = ink.width();
     const int height = ink.height();
     std::vector<std::uint8_t> across(static_cast<std::size_t>(width) * height, 0);
@@ -148,21 +156,29 @@ std::vector<std::uint8_t> widened(const BilevelImage& ink, int radius) {
             }
         }
     }
-    std::vector<std::uint8_t> both(across.size(), 0);
-    for (int y = 0; y < height; ++y) {
-        const std::uint8_t* row = across.data() + static_cast<std::size_t>(y) * width;
-        for (int dy = -radius; dy <= radius; ++dy) {
-            const int ny = y + dy;
-            if (ny < 0 || ny >= height) {
-                continue;
-            }
-            std::uint8_t* out = both.data() + static_cast<std::size_t>(ny) * width;
-            for (int x = 0; x < width; ++x) {
-                out[x] |= row[x];
-            }
+    // Down the columns with a running count of the set rows in each column's window.
+    out.resize(across.size(), 0);
+    std::vector<int> inWindow(static_cast<std::size_t>(width), 0);
+    const auto addRow = [&](int y, int sign) {
+        if (y < 0 || y >= height) {
+            return;
         }
+        const std::uint8_t* row = across.data() + static_cast<std::size_t>(y) * width;
+        for (int x = 0; x < width; ++x) {
+            inWindow[static_cast<std::size_t>(x)] += sign * row[x];
+        }
+    };
+    for (int y = 0; y < radius; ++y) {
+        addRow(y, 1);
     }
-    return both;
+    for (int y = 0; y < height; ++y) {
+        addRow(y + radius, 1);
+        std::uint8_t* row = out.data() + static_cast<std::size_t>(y) * width;
+        for (int x = 0; x < width; ++x) {
+            row[x] |= inWindow[static_cast<std::size_t>(x)] > 0 ? bit : 0;
+        }
+        addRow(y - radius, -1);
+    }
 }
 
 BilevelImage packed(const std::vector<std::uint8_t>& bits, int width, int height) {
@@ -314,19 +330,24 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     const Pixels pixels{scan, scan.bands()};
     const std::size_t count = static_cast<std::size_t>(width) * height;
     ScanReading reading;
+    reading.luminance.resize(count);
+    std::uint8_t* luminance = reading.luminance.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        luminance[i] = pixels.luminance(i);
+    }
 
     // Bilevel: nearly every pixel black or white, and nothing coloured.
     std::size_t midTones = 0;
     std::size_t coloured = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        const int l = pixels.luminance(i);
+        const int l = luminance[i];
         midTones += l >= 48 && l < 208;
         coloured += pixels.chroma(i) > colouredChroma;
     }
     if (midTones * 1000 <= count * 3 && coloured * 1000 <= count) {
         std::vector<std::uint8_t> bits(count);
         for (std::size_t i = 0; i < count; ++i) {
-            bits[i] = pixels.luminance(i) < 128;
+            bits[i] = luminance[i] < 128;
         }
         reading.kind = ScanReading::Kind::bilevel;
         reading.ink = packed(bits, width, height);
@@ -335,7 +356,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
 
     const int columns = (width + block - 1) / block;
     const int rows = (height + block - 1) / block;
-    const auto paper = paperLevels(scan, pixels, columns, rows);
+    const auto paper = paperLevels(scan, reading.luminance, columns, rows);
 
     // Photo tiles (16 x 16 pixels, finer than the paper's blocks so a caption under a photo
     // stays text), widened by one tile so a photo's soft edge stays with it.
@@ -351,7 +372,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
             int all = 0;
             for (int y = ty * tile; y < std::min(height, (ty + 1) * tile); ++y) {
                 for (int x = tx * tile; x < std::min(width, (tx + 1) * tile); ++x) {
-                    const int l = pixels.luminance(static_cast<std::size_t>(y) * width + x);
+                    const int l = luminance[static_cast<std::size_t>(y) * width + x];
                     mid += l * 4 >= level && l * 100 < level * 85;
                     bare += l * 100 >= level * 90;
                     ++all;
@@ -397,7 +418,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
             const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
             const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
             const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (widenedPhoto[t] || pixels.luminance(i) * 100 >= paper[b] * inkPercent) {
+            if (widenedPhoto[t] || luminance[i] * 100 >= paper[b] * inkPercent) {
                 continue;
             }
             bits[i] = 1;
@@ -420,7 +441,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         for (std::size_t i = 0; i < count; ++i) {
             if (bits[i]) {
                 const std::uint8_t* p = scan.data() + i * 3;
-                const int l = pixels.luminance(i);
+                const int l = luminance[i];
                 int distance = 0;
                 for (int c = 0; c < 3; ++c) {
                     distance += std::abs((p[c] - l) - (ink[c] - inkLuminance));
@@ -430,8 +451,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         }
         reading.oneInk = apart * 100 <= static_cast<std::size_t>(inked);
     }
-    despeckle(bits, width, height);
-    reading.ink = packed(bits, width, height);
+    reading.ink = despeckled(bits, width, height);
     reading.paper = paper;
     reading.paperColumns = columns;
     return reading;
@@ -452,21 +472,23 @@ std::optional<ScanLayers> MixedRaster::split(const Bitmap& scan, const ScanReadi
 
         // The background leaves out the ink, its soft edge and, a little further out, pixels
         // darker than their paper (a JPEG scan's ringing around each letter).
-        const std::vector<std::uint8_t> edge = widened(reading.ink, inkEdge);
-        const std::vector<std::uint8_t> ringing = widened(reading.ink, ringingReach);
-        const Pixels pixels{scan, scan.bands()};
+        constexpr std::uint8_t edge = 1;
+        constexpr std::uint8_t ringing = 2;
+        std::vector<std::uint8_t> near;
+        widenInto(reading.ink, inkEdge, near, edge);
+        widenInto(reading.ink, ringingReach, near, ringing);
         const Bitmap background = cellAverages(scan, factor, 4, [&](int x, int y) {
             const std::size_t at = static_cast<std::size_t>(y) * width + x;
-            if (edge[at]) {
+            if (near[at] & edge) {
                 return false;
             }
-            if (!ringing[at] || reading.paper.empty()) {
+            if (!(near[at] & ringing) || reading.paper.empty()) {
                 return true;
             }
             const int paper = reading.paper[static_cast<std::size_t>(y / block) *
                                                  reading.paperColumns +
                                              static_cast<std::size_t>(x / block)];
-            return pixels.luminance(at) + ringingDepth >= paper;
+            return reading.luminance[at] + ringingDepth >= paper;
         });
         auto encoded = ImageCodec::data(background, ImageOutputFormat::jpeg, quality);
         if (!encoded) {

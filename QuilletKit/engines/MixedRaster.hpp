@@ -47,6 +47,8 @@ struct ScanReading {
     /// The paper's luminance in each block of 32 x 32 pixels, row by row (text pages only).
     std::vector<int> paper;
     int paperColumns = 0;
+    /// The luminance of every pixel of the scan, for `split`.
+    std::vector<std::uint8_t> luminance;
 };
 
 struct ScanLayers {
