@@ -43,6 +43,9 @@ constexpr double backgroundDivisor = 2.4;
 // A JPEG page at the setting's resolution is not smaller than this many bytes a pixel, so a
 // split under it needs no comparison (a 120 DPI JPEG text page weighs 0.05 to 0.1).
 constexpr double clearlySmaller = 0.02;
+// The background of a split page with photos.
+constexpr int photoDpi = 150;
+constexpr double photoQuality = 0.7;
 constexpr int lowestScanDpi = 150;
 constexpr int highestScanDpi = 400;
 
@@ -332,21 +335,26 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
         return picture();
     }
-    // Photos keep the setting's resolution; paper alone needs far less.
+    // Paper alone needs little resolution; a background with photos keeps them as a picture
+    // of their own would be kept on a page that stays vector content.
     const int backgroundDpi =
         reading.hasPhotos
-            ? setting.dpi
+            ? std::max(setting.dpi, photoDpi)
             : std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor)));
-    auto layers = MixedRaster::split(scan, reading, plan.scanDpi, backgroundDpi, setting.quality);
+    const double backgroundQuality =
+        reading.hasPhotos ? std::max(setting.quality, photoQuality) : setting.quality;
+    auto layers =
+        MixedRaster::split(scan, reading, plan.scanDpi, backgroundDpi, backgroundQuality);
     if (!layers) {
         return picture();
     }
     // Split pages of text are a fraction of their JPEG; only a split that is not (a page of
-    // halftone dots or noise taken for ink) is weighed against the JPEG.
+    // halftone dots or noise taken for ink) is weighed against the JPEG. A page with photos
+    // keeps them better than the setting's JPEG would, and is not weighed.
     const std::size_t split = layers->mask.size() + layers->background.size() +
                               layers->foreground.size();
     const double jpegFloor = clearlySmaller * plan.size.width * plan.size.height;
-    if (split > jpegFloor) {
+    if (split > jpegFloor && !reading.hasPhotos) {
         if (auto jpeg = picture(); jpeg && jpeg->bytes() <= split) {
             return jpeg;
         }

@@ -22,7 +22,7 @@ constexpr int colouredChroma = 60;
 // Photos are found in tiles of this many pixels a side.
 constexpr int tile = 16;
 // Photo regions of fewer tiles than this are letters.
-constexpr std::size_t smallestPhotoTiles = 24;
+constexpr std::size_t smallestPhotoTiles = 64;
 // Letters change colour only from word to word: their colours need little resolution.
 constexpr int foregroundDpi = 40;
 constexpr double foregroundQuality = 0.7;
@@ -146,26 +146,25 @@ void widenInto(const BilevelImage& ink, int radius, std::vector<std::uint8_t>& o
                std::uint8_t bit) {
     const int width = ink.width();
     const int height = ink.height();
-    std::vector<std::uint8_t> across(static_cast<std::size_t>(width) * height, 0);
-    for (int y = 0; y < height; ++y) {
-        const std::uint8_t* row = ink.row(y);
-        std::uint8_t* out = across.data() + static_cast<std::size_t>(y) * width;
-        for (int x = 0; x < width; ++x) {
-            if (row[x >> 3] & (0x80 >> (x & 7))) {
-                std::fill(out + std::max(0, x - radius), out + std::min(width, x + radius + 1), 1);
-            }
-        }
-    }
-    // Down the columns with a running count of the set rows in each column's window.
-    out.resize(across.size(), 0);
+    out.resize(static_cast<std::size_t>(width) * height, 0);
+    // Down the columns with a running count, per column, of the rows in the window that have ink
+    // within `radius` across; each row's widening is made when it enters or leaves the window.
     std::vector<int> inWindow(static_cast<std::size_t>(width), 0);
+    std::vector<std::uint8_t> across(static_cast<std::size_t>(width));
     const auto addRow = [&](int y, int sign) {
         if (y < 0 || y >= height) {
             return;
         }
-        const std::uint8_t* row = across.data() + static_cast<std::size_t>(y) * width;
+        std::fill(across.begin(), across.end(), 0);
+        const std::uint8_t* row = ink.row(y);
         for (int x = 0; x < width; ++x) {
-            inWindow[static_cast<std::size_t>(x)] += sign * row[x];
+            if (row[x >> 3] & (0x80 >> (x & 7))) {
+                std::fill(across.begin() + std::max(0, x - radius),
+                          across.begin() + std::min(width, x + radius + 1), 1);
+            }
+        }
+        for (int x = 0; x < width; ++x) {
+            inWindow[static_cast<std::size_t>(x)] += sign * across[static_cast<std::size_t>(x)];
         }
     };
     for (int y = 0; y < radius; ++y) {
@@ -195,11 +194,17 @@ BilevelImage packed(const std::vector<std::uint8_t>& bits, int width, int height
     return image;
 }
 
-// Clears every 8-connected region of set cells in `cells` smaller than `smallest`.
-void keepLargeRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
+// Clears every 8-connected region of set cells in `cells` smaller than `smallest` or covering
+// less than 30% of its bounding box, and fills the bounding box of every other: photos are
+// solid rectangles, and their dark or flat parts, which look like ink or paper, belong to them.
+void keepPhotoRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
                       std::size_t smallest) {
     std::vector<std::uint8_t> seen(cells.size(), 0);
     std::vector<std::size_t> region;
+    struct Box {
+        int left, top, right, bottom;
+    };
+    std::vector<Box> boxes;
     for (std::size_t start = 0; start < cells.size(); ++start) {
         if (!cells[start] || seen[start]) {
             continue;
@@ -207,9 +212,12 @@ void keepLargeRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
         region.clear();
         region.push_back(start);
         seen[start] = 1;
+        Box box{columns, rows, -1, -1};
         for (std::size_t next = 0; next < region.size(); ++next) {
             const int x = static_cast<int>(region[next] % columns);
             const int y = static_cast<int>(region[next] / columns);
+            box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x),
+                   std::max(box.bottom, y)};
             for (int dy = -1; dy <= 1; ++dy) {
                 for (int dx = -1; dx <= 1; ++dx) {
                     const int nx = x + dx;
@@ -225,10 +233,20 @@ void keepLargeRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
                 }
             }
         }
-        if (region.size() < smallest) {
+        const std::size_t boxed = static_cast<std::size_t>(box.right - box.left + 1) *
+                                  static_cast<std::size_t>(box.bottom - box.top + 1);
+        if (region.size() < smallest || 10 * region.size() < 3 * boxed) {
             for (const std::size_t cell : region) {
                 cells[cell] = 0;
             }
+        } else {
+            boxes.push_back(box);
+        }
+    }
+    for (const Box& box : boxes) {
+        for (int y = box.top; y <= box.bottom; ++y) {
+            std::fill_n(cells.begin() + static_cast<std::ptrdiff_t>(y) * columns + box.left,
+                        box.right - box.left + 1, std::uint8_t{1});
         }
     }
 }
@@ -384,7 +402,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         }
     }
     // A thick coloured letter can look like a tile of photo; a photo is many tiles together.
-    keepLargeRegions(photo, tileColumns, tileRows, smallestPhotoTiles);
+    keepPhotoRegions(photo, tileColumns, tileRows, smallestPhotoTiles);
     std::vector<std::uint8_t> widenedPhoto(photo.size(), 0);
     std::size_t photoBlocks = 0;
     for (int ty = 0; ty < tileRows; ++ty) {
@@ -432,8 +450,9 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     if (inked > 0) {
         reading.inkColour = {median(reds, inked), median(greens, inked), median(blues, inked)};
     }
-    // One ink when nearly every ink pixel has the median's hue. Lightness does not count: the
-    // soft edge of a black letter is grey, and still the same ink.
+    // One ink when nearly every ink pixel (98%) has the median's hue. Lightness does not count:
+    // the soft edge of a black letter is grey, and still the same ink; nor does the grain of
+    // tinted paper, which moves each channel a little.
     if (pixels.bands == 3 && inked > 0) {
         const auto& ink = reading.inkColour;
         const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
@@ -446,10 +465,10 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
                 for (int c = 0; c < 3; ++c) {
                     distance += std::abs((p[c] - l) - (ink[c] - inkLuminance));
                 }
-                apart += distance > colouredChroma;
+                apart += distance > 2 * colouredChroma;
             }
         }
-        reading.oneInk = apart * 100 <= static_cast<std::size_t>(inked);
+        reading.oneInk = apart * 100 <= 2 * static_cast<std::size_t>(inked);
     }
     reading.ink = despeckled(bits, width, height);
     reading.paper = paper;
@@ -505,9 +524,24 @@ std::optional<ScanLayers> MixedRaster::split(const Bitmap& scan, const ScanReadi
                 1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / foregroundDpi)));
             // Cells without ink grow from their neighbours all the way, so no edge between two
             // colours lies next to a letter, where the JPEG's ringing would show.
-            const Bitmap foreground = cellAverages(scan, coarse, 1 << 20, [&](int x, int y) {
+            Bitmap foreground = cellAverages(scan, coarse, 1 << 20, [&](int x, int y) {
                 return (reading.ink.row(y)[x >> 3] & (0x80 >> (x & 7))) != 0;
             });
+            // Cells of the main ink take its exact colour: flat, they cost the JPEG nothing,
+            // and only the other inks' cells are stored.
+            const auto& ink = reading.inkColour;
+            const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
+            std::uint8_t* cell = foreground.data();
+            for (std::int64_t i = 0; i < foreground.pixelCount(); ++i, cell += 3) {
+                const int l = (cell[0] * 77 + cell[1] * 150 + cell[2] * 29) >> 8;
+                int distance = 0;
+                for (int c = 0; c < 3; ++c) {
+                    distance += std::abs((cell[c] - l) - (ink[c] - inkLuminance));
+                }
+                if (distance <= 2 * colouredChroma) {
+                    std::copy(ink.begin(), ink.end(), cell);
+                }
+            }
             auto colours = ImageCodec::data(foreground, ImageOutputFormat::jpeg,
                                             std::max(quality, foregroundQuality));
             if (!colours) {

@@ -11,9 +11,10 @@
 //   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
 //   otherwise lay a grey box behind each line;
 // - a tile of 16 x 16 pixels where more than a third of the pixels are mid-tones (neither paper
-//   nor ink) and less than 30% bare paper, in a region of at least 24 such tiles (a smaller one
-//   is a thick coloured letter), is part of a photo or halftone: its pixels (and the
-//   neighbouring tiles') stay in the background, never in the mask;
+//   nor ink) and less than 30% bare paper, in a region of at least 64 such tiles that fills at
+//   least 30% of its bounding box (a smaller or sparser one is thick or blurred lettering), is
+//   part of a photo or halftone; so is the rest of the box (its shadows look like ink). Those
+//   pixels (and the neighbouring tiles') stay in the background, never in the mask;
 // - the ink's colour is the median of the ink pixels; when other colours are inked too (a blue
 //   heading, a red stamp), the colours go in a small foreground picture painted through the
 //   mask, so every letter stays sharp in its own colour;
@@ -38,7 +39,7 @@ struct ScanReading {
     BilevelImage ink{1, 1};
     /// Its colour, sRGB (gray pages: three equal values): the median of the ink pixels.
     std::array<std::uint8_t, 3> inkColour{0, 0, 0};
-    /// Whether nearly all the ink (99%) is that colour; otherwise the ink's colours are kept
+    /// Whether nearly all the ink (98%) is that colour; otherwise the ink's colours are kept
     /// in a foreground picture.
     bool oneInk = true;
     /// Whether some blocks are photo or halftone (kept in the background, which then keeps
