@@ -241,11 +241,12 @@ std::optional<RasterizedPage> fromFullPageJPEG(const fs::path& input, const std:
     }
 }
 
-// Any other page: rendered without its annotations (they stay as objects on top of the image)
-// and turned back so that the page's /Rotate still applies. Absent when it cannot be rendered.
-std::optional<RasterizedPage> fromRender(const fs::path& input, const std::string& password,
-                                         const PDFRenderer& renderer, const PagePlan& plan,
-                                         const RasterSetting& setting, WorkerState& state) {
+// The page drawn at `size` (of its unrotated space) without its annotations (they stay as
+// objects on top of the image), turned back so that the page's /Rotate still applies. Absent
+// when it cannot be rendered.
+std::optional<Bitmap> drawnPage(const fs::path& input, const std::string& password,
+                                const PDFRenderer& renderer, const PagePlan& plan,
+                                PageRasterizer::Size size, WorkerState& state) {
     try {
         if (!state.renderer && !state.rendererFailed) {
             state.rendererFailed = true;
@@ -257,25 +258,31 @@ std::optional<RasterizedPage> fromRender(const fs::path& input, const std::strin
         }
         const bool swap = plan.rotation % 180 != 0;
         PDFRenderer::RenderOptions options;
-        options.size = PDFRenderer::PixelSize{swap ? plan.size.height : plan.size.width,
-                                              swap ? plan.size.width : plan.size.height};
+        options.size = PDFRenderer::PixelSize{swap ? size.height : size.width,
+                                              swap ? size.width : size.height};
         options.format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
         options.annotations = false;
-        return PageRasterizer::encode(
-            PageRasterizer::unrotated(state.renderer->render(plan.index, options), plan.rotation),
-            setting.quality, plan.monochrome);
+        return PageRasterizer::unrotated(state.renderer->render(plan.index, options),
+                                         plan.rotation);
     } catch (const RenderError&) {
         return std::nullopt; // the page stays vector content
     }
 }
 
+// Any other page, drawn at the setting's resolution.
+std::optional<RasterizedPage> fromRender(const fs::path& input, const std::string& password,
+                                         const PDFRenderer& renderer, const PagePlan& plan,
+                                         const RasterSetting& setting, WorkerState& state) {
+    auto bitmap = drawnPage(input, password, renderer, plan, plan.size, state);
+    return bitmap ? PageRasterizer::encode(std::move(*bitmap), setting.quality, plan.monochrome)
+                  : std::nullopt;
+}
+
 // The page as scanned, in its unrotated space: a full-page JPEG decoded at the scan's size, any
-// other page rendered at the scan's resolution without its annotations. Absent when neither
-// works.
+// other page drawn at the scan's resolution. Absent when neither works.
 std::optional<Bitmap> scanPicture(const fs::path& input, const std::string& password,
                                   const PDFRenderer& renderer, const PagePlan& plan,
                                   WorkerState& state) {
-    const auto format = plan.monochrome ? PixelFormat::gray : PixelFormat::rgb;
     try {
         if (!state.document) {
             state.document = PDFDocumentEngine::openCG(input, password);
@@ -283,34 +290,16 @@ std::optional<Bitmap> scanPicture(const fs::path& input, const std::string& pass
         if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
             const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()),
                                   jpeg->size());
-            if (auto bitmap = JPEGScaler::decodeScaled(bytes, plan.scanSize.width,
-                                                       plan.scanSize.height, format)) {
+            if (auto bitmap = JPEGScaler::decodeScaled(
+                    bytes, plan.scanSize.width, plan.scanSize.height,
+                    plan.monochrome ? PixelFormat::gray : PixelFormat::rgb)) {
                 return bitmap;
             }
         }
     } catch (const std::exception&) {
-        // Drawn below instead.
+        // Drawn instead.
     }
-    try {
-        if (!state.renderer && !state.rendererFailed) {
-            state.rendererFailed = true;
-            state.renderer = renderer.open(input, password);
-            state.rendererFailed = false;
-        }
-        if (!state.renderer) {
-            return std::nullopt;
-        }
-        const bool swap = plan.rotation % 180 != 0;
-        PDFRenderer::RenderOptions options;
-        options.size = PDFRenderer::PixelSize{swap ? plan.scanSize.height : plan.scanSize.width,
-                                              swap ? plan.scanSize.width : plan.scanSize.height};
-        options.format = format;
-        options.annotations = false;
-        return PageRasterizer::unrotated(state.renderer->render(plan.index, options),
-                                         plan.rotation);
-    } catch (const RenderError&) {
-        return std::nullopt;
-    }
+    return drawnPage(input, password, renderer, plan, plan.scanSize, state);
 }
 
 // A page read at the scan's resolution: a bilevel page becomes one JBIG2 image at that
@@ -335,8 +324,8 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
         return picture();
     }
-    // Paper alone needs little resolution; a background with photos keeps them as a picture
-    // of their own would be kept on a page that stays vector content.
+    // Paper alone needs little resolution; a background with photos keeps them at 150 DPI and
+    // quality 0.7, the text's bytes saved paying for them.
     const int backgroundDpi =
         reading.hasPhotos
             ? std::max(setting.dpi, photoDpi)
@@ -351,28 +340,13 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     // Split pages of text are a fraction of their JPEG; only a split that is not (a page of
     // halftone dots or noise taken for ink) is weighed against the JPEG. A page with photos
     // keeps them better than the setting's JPEG would, and is not weighed.
-    const std::size_t split = layers->mask.size() + layers->background.size() +
-                              layers->foreground.size();
     const double jpegFloor = clearlySmaller * plan.size.width * plan.size.height;
-    if (split > jpegFloor && !reading.hasPhotos) {
-        if (auto jpeg = picture(); jpeg && jpeg->bytes() <= split) {
+    if (layers->bytes() > jpegFloor && !reading.hasPhotos) {
+        if (auto jpeg = picture(); jpeg && jpeg->bytes() <= layers->bytes()) {
             return jpeg;
         }
     }
-    RasterizedPage page;
-    page.data = std::move(layers->background);
-    page.isJPEG = true;
-    page.width = layers->backgroundWidth;
-    page.height = layers->backgroundHeight;
-    page.format = layers->backgroundFormat;
-    page.mask = std::move(layers->mask);
-    page.maskWidth = layers->maskWidth;
-    page.maskHeight = layers->maskHeight;
-    page.ink = layers->ink;
-    page.foreground = std::move(layers->foreground);
-    page.foregroundWidth = layers->foregroundWidth;
-    page.foregroundHeight = layers->foregroundHeight;
-    return page;
+    return layers;
 }
 
 std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,

@@ -476,12 +476,13 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     return reading;
 }
 
-std::optional<ScanLayers> MixedRaster::split(const Bitmap& scan, const ScanReading& reading,
-                                             int scanDpi, int backgroundDpi, double quality) {
+std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanReading& reading,
+                                                 int scanDpi, int backgroundDpi,
+                                                 double quality) {
     try {
         const int width = scan.width();
         const int height = scan.height();
-        ScanLayers layers;
+        RasterizedPage layers;
         layers.mask = JBIG2Encoder::encode(reading.ink, scanDpi);
         layers.maskWidth = width;
         layers.maskHeight = height;
@@ -513,10 +514,11 @@ std::optional<ScanLayers> MixedRaster::split(const Bitmap& scan, const ScanReadi
         if (!encoded) {
             return std::nullopt;
         }
-        layers.background = std::move(*encoded);
-        layers.backgroundWidth = background.width();
-        layers.backgroundHeight = background.height();
-        layers.backgroundFormat = background.format();
+        layers.data = std::move(*encoded);
+        layers.isJPEG = true;
+        layers.width = background.width();
+        layers.height = background.height();
+        layers.format = background.format();
 
         if (!reading.oneInk) {
             // The inks' colours, each cell the average of its ink pixels.

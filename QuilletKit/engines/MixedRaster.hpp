@@ -22,6 +22,7 @@
 //   bilevel: its mask is the whole page.
 #pragma once
 
+#include "engines/PageRasterizer.hpp"
 #include "platform/BilevelImage.hpp"
 #include "platform/Bitmap.hpp"
 
@@ -52,33 +53,16 @@ struct ScanReading {
     std::vector<std::uint8_t> luminance;
 };
 
-struct ScanLayers {
-    /// The JBIG2 stream of the mask (1 = ink) at `maskWidth` x `maskHeight`.
-    std::vector<std::uint8_t> mask;
-    int maskWidth = 0;
-    int maskHeight = 0;
-    std::array<std::uint8_t, 3> ink{0, 0, 0};
-    /// With more than one ink: the inks' colours as JPEG at `foregroundWidth` x
-    /// `foregroundHeight` (40 DPI), painted through the mask. Empty when `ink` is the one colour.
-    std::vector<std::uint8_t> foreground;
-    int foregroundWidth = 0;
-    int foregroundHeight = 0;
-    /// The background as JPEG at `backgroundWidth` x `backgroundHeight`.
-    std::vector<std::uint8_t> background;
-    int backgroundWidth = 0;
-    int backgroundHeight = 0;
-    PixelFormat backgroundFormat = PixelFormat::rgb;
-};
-
 class MixedRaster {
   public:
     /// What `scan` (the page at the scan's resolution) is made of.
     static ScanReading read(const Bitmap& scan);
 
-    /// The mask of `reading` coded as JBIG2, and `scan` without the ink as a JPEG at
-    /// `backgroundDpi` and `quality`, for a scan of `scanDpi`. Absent when encoding fails.
-    static std::optional<ScanLayers> split(const Bitmap& scan, const ScanReading& reading,
-                                           int scanDpi, int backgroundDpi, double quality);
+    /// The page as mixed raster content: the mask of `reading` coded as JBIG2 at the scan's
+    /// `scanDpi`, `scan` without the ink as a JPEG at `backgroundDpi` and `quality` (the page's
+    /// picture), and with more than one ink their colours at 40 DPI. Absent when encoding fails.
+    static std::optional<RasterizedPage> split(const Bitmap& scan, const ScanReading& reading,
+                                               int scanDpi, int backgroundDpi, double quality);
 };
 
 } // namespace quillet
