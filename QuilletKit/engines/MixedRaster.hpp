@@ -1,9 +1,9 @@
 // Reads a scanned page and splits it into mixed raster content: the text and line art as a
-// bilevel mask at the scan's own resolution, painted in one ink, over a background picture at a
+// bilevel mask at the scan's own resolution, painted in its ink, over a background picture at a
 // fraction of that resolution. Sharp text costs a JBIG2 mask of tens of kilobytes; the paper,
 // its tint and its noise cost a small blurred JPEG.
 //
-// How the page is read (all in one pass over blocks of 32 x 32 pixels, then one over pixels):
+// How the page is read (a few passes over the pixels, by blocks and tiles):
 // - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
 //   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
 // - a pixel is ink when it is darker than 60% of its paper; isolated ink pixels are noise;
