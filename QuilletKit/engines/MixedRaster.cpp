@@ -108,25 +108,28 @@ std::uint8_t median(const std::vector<int>& histogram, int count) {
     return 0;
 }
 
-// `bits` (one byte a pixel) packed, without the pixels that have no set neighbour (noise).
-BilevelImage despeckled(const std::vector<std::uint8_t>& bits, int width, int height) {
+bool isSet(const BilevelImage& image, int x, int y) {
+    return (image.row(y)[x >> 3] & (0x80 >> (x & 7))) != 0;
+}
+
+// `candidates` without the pixels that have no set neighbour (noise).
+BilevelImage despeckled(const BilevelImage& candidates) {
+    const int width = candidates.width();
+    const int height = candidates.height();
     BilevelImage image(width, height);
     for (int y = 0; y < height; ++y) {
         std::uint8_t* row = image.row(y);
         for (int x = 0; x < width; ++x) {
-            if (!bits[static_cast<std::size_t>(y) * width + x]) {
+            if (!isSet(candidates, x, y)) {
                 continue;
             }
             bool neighbour = false;
             for (int dy = -1; dy <= 1 && !neighbour; ++dy) {
-                const int ny = y + dy;
-                if (ny < 0 || ny >= height) {
-                    continue;
-                }
-                const std::uint8_t* near = bits.data() + static_cast<std::size_t>(ny) * width;
                 for (int dx = -1; dx <= 1; ++dx) {
                     const int nx = x + dx;
-                    if ((dx || dy) && nx >= 0 && nx < width && near[nx]) {
+                    const int ny = y + dy;
+                    if ((dx || dy) && nx >= 0 && ny >= 0 && nx < width && ny < height &&
+                        isSet(candidates, nx, ny)) {
                         neighbour = true;
                         break;
                     }
@@ -427,7 +430,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     }
 
     // Ink: darker than its paper, outside photos.
-    std::vector<std::uint8_t> bits(count, 0);
+    BilevelImage candidates(width, height);
     std::vector<int> reds(256), greens(256), blues(256);
     int inked = 0;
     for (int y = 0; y < height; ++y) {
@@ -439,7 +442,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
             if (widenedPhoto[t] || luminance[i] * 100 >= paper[b] * inkPercent) {
                 continue;
             }
-            bits[i] = 1;
+            candidates.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
             const std::uint8_t* p = scan.data() + i * static_cast<std::size_t>(pixels.bands);
             ++reds[p[0]];
             ++greens[p[pixels.bands == 1 ? 0 : 1]];
@@ -457,8 +460,12 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         const auto& ink = reading.inkColour;
         const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
         std::size_t apart = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            if (bits[i]) {
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                if (!isSet(candidates, x, y)) {
+                    continue;
+                }
+                const std::size_t i = static_cast<std::size_t>(y) * width + x;
                 const std::uint8_t* p = scan.data() + i * 3;
                 const int l = luminance[i];
                 int distance = 0;
@@ -470,7 +477,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         }
         reading.oneInk = apart * 100 <= 2 * static_cast<std::size_t>(inked);
     }
-    reading.ink = despeckled(bits, width, height);
+    reading.ink = despeckled(candidates);
     reading.paper = paper;
     reading.paperColumns = columns;
     return reading;
