@@ -265,38 +265,45 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
     const int across = (width + factor - 1) / factor;
     const int down = (height + factor - 1) / factor;
     const std::size_t cells = static_cast<std::size_t>(across) * down;
-    std::vector<std::uint32_t> sums(cells * static_cast<std::size_t>(bands), 0);
-    std::vector<std::uint32_t> counts(cells, 0);
-    for (int y = 0; y < height; ++y) {
-        const std::size_t cellRow = static_cast<std::size_t>(y / factor) * across;
-        const std::uint8_t* p = scan.data() + static_cast<std::size_t>(y) * width * bands;
-        for (int x = 0; x < width; ++x, p += bands) {
-            if (!counted(x, y)) {
-                continue;
-            }
-            const std::size_t cell = cellRow + static_cast<std::size_t>(x / factor);
-            for (int c = 0; c < bands; ++c) {
-                sums[cell * bands + c] += p[c];
-            }
-            ++counts[cell];
-        }
-    }
     Bitmap out(across, down, scan.format());
     std::uint8_t* values = out.data();
     std::vector<std::uint8_t> known(cells, 0);
     std::vector<std::uint64_t> total(static_cast<std::size_t>(bands), 0);
     std::size_t knownCells = 0;
-    for (std::size_t cell = 0; cell < cells; ++cell) {
-        if (counts[cell] == 0) {
-            continue;
+    // One row of cells is summed at a time: the sums of a whole page would outweigh the page.
+    std::vector<std::uint32_t> sums(static_cast<std::size_t>(across) * bands);
+    std::vector<std::uint32_t> counts(static_cast<std::size_t>(across));
+    for (int cy = 0; cy < down; ++cy) {
+        std::fill(sums.begin(), sums.end(), 0);
+        std::fill(counts.begin(), counts.end(), 0);
+        for (int y = cy * factor; y < std::min(height, (cy + 1) * factor); ++y) {
+            const std::uint8_t* p = scan.data() + static_cast<std::size_t>(y) * width * bands;
+            for (int x = 0; x < width; ++x, p += bands) {
+                if (!counted(x, y)) {
+                    continue;
+                }
+                const std::size_t cell = static_cast<std::size_t>(x / factor);
+                for (int c = 0; c < bands; ++c) {
+                    sums[cell * bands + c] += p[c];
+                }
+                ++counts[cell];
+            }
         }
-        for (int c = 0; c < bands; ++c) {
-            const std::uint32_t value = (sums[cell * bands + c] + counts[cell] / 2) / counts[cell];
-            values[cell * bands + c] = static_cast<std::uint8_t>(value);
-            total[static_cast<std::size_t>(c)] += value;
+        for (int cx = 0; cx < across; ++cx) {
+            const std::uint32_t count = counts[static_cast<std::size_t>(cx)];
+            if (count == 0) {
+                continue;
+            }
+            const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
+            for (int c = 0; c < bands; ++c) {
+                const std::uint32_t value =
+                    (sums[static_cast<std::size_t>(cx) * bands + c] + count / 2) / count;
+                values[cell * bands + c] = static_cast<std::uint8_t>(value);
+                total[static_cast<std::size_t>(c)] += value;
+            }
+            known[cell] = 1;
+            ++knownCells;
         }
-        known[cell] = 1;
-        ++knownCells;
     }
     bool grew = true;
     for (int round = 0; round < rounds && grew; ++round) {
