@@ -1,7 +1,7 @@
 #include "engines/DocumentRewriter.hpp"
 
 #include "engines/DocumentCompactor.hpp"
-#include "engines/FullPageJPEG.hpp"
+#include "engines/FullPageImage.hpp"
 #include "engines/MixedRaster.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
@@ -219,7 +219,7 @@ std::optional<RasterizedPage> fromFullPageJPEG(const fs::path& input, const std:
         if (!state.document) {
             state.document = PDFDocumentEngine::openCG(input, password);
         }
-        const auto jpeg = FullPageJPEG::of(state.document->page(plan.index));
+        const auto jpeg = FullPageImage::jpeg(state.document->page(plan.index));
         if (!jpeg) {
             return std::nullopt;
         }
@@ -244,16 +244,22 @@ std::optional<RasterizedPage> fromFullPageJPEG(const fs::path& input, const std:
 // The page drawn at `size` (of its unrotated space) without its annotations (they stay as
 // objects on top of the image), turned back so that the page's /Rotate still applies. Absent
 // when it cannot be rendered.
+// The worker's own reading of the file for MuPDF, opened once; false when it cannot be.
+bool openRenderer(const fs::path& input, const std::string& password, const PDFRenderer& renderer,
+                  WorkerState& state) {
+    if (!state.renderer && !state.rendererFailed) {
+        state.rendererFailed = true;
+        state.renderer = renderer.open(input, password);
+        state.rendererFailed = false;
+    }
+    return state.renderer.has_value();
+}
+
 std::optional<Bitmap> drawnPage(const fs::path& input, const std::string& password,
                                 const PDFRenderer& renderer, const PagePlan& plan,
                                 PageRasterizer::Size size, WorkerState& state) {
     try {
-        if (!state.renderer && !state.rendererFailed) {
-            state.rendererFailed = true;
-            state.renderer = renderer.open(input, password);
-            state.rendererFailed = false;
-        }
-        if (!state.renderer) {
+        if (!openRenderer(input, password, renderer, state)) {
             return std::nullopt;
         }
         const bool swap = plan.rotation % 180 != 0;
@@ -287,7 +293,7 @@ std::optional<Bitmap> scanPicture(const fs::path& input, const std::string& pass
         if (!state.document) {
             state.document = PDFDocumentEngine::openCG(input, password);
         }
-        if (const auto jpeg = FullPageJPEG::of(state.document->page(plan.index))) {
+        if (const auto jpeg = FullPageImage::jpeg(state.document->page(plan.index))) {
             const std::span bytes(reinterpret_cast<const std::uint8_t*>(jpeg->data()),
                                   jpeg->size());
             if (auto bitmap = JPEGScaler::decodeScaled(
@@ -302,6 +308,15 @@ std::optional<Bitmap> scanPicture(const fs::path& input, const std::string& pass
     return drawnPage(input, password, renderer, plan, plan.scanSize, state);
 }
 
+// A bilevel page: one JBIG2 image of its ink at the scan's resolution.
+RasterizedPage bilevelPage(const BilevelImage& ink, int dpi) {
+    RasterizedPage page;
+    page.mask = JBIG2Encoder::encode(ink, dpi);
+    page.maskWidth = ink.width();
+    page.maskHeight = ink.height();
+    return page;
+}
+
 // A page read at the scan's resolution: a bilevel page becomes one JBIG2 image at that
 // resolution; with `setting.mixed`, a text page becomes a mask over a background when that is
 // smaller than its JPEG; everything else the JPEG (or gray PNG) at the setting's resolution.
@@ -309,11 +324,7 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
                                        const RasterSetting& setting) {
     const ScanReading reading = MixedRaster::read(scan);
     if (reading.kind == ScanReading::Kind::bilevel) {
-        RasterizedPage page;
-        page.mask = JBIG2Encoder::encode(reading.ink, plan.scanDpi);
-        page.maskWidth = scan.width();
-        page.maskHeight = scan.height();
-        return page;
+        return bilevelPage(reading.ink, plan.scanDpi);
     }
     const auto picture = [&] {
         return PageRasterizer::encode(
@@ -349,9 +360,37 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     return layers;
 }
 
+// A page that is one 1-bit image over the whole page: its bits, coded again as JBIG2 without
+// being drawn. Absent for every other page and when the image cannot be read.
+std::optional<RasterizedPage> fromBilevelImage(const fs::path& input, const std::string& password,
+                                               const PDFRenderer& renderer, const PagePlan& plan,
+                                               WorkerState& state) {
+    try {
+        if (!state.document) {
+            state.document = PDFDocumentEngine::openCG(input, password);
+        }
+        const auto number = FullPageImage::bilevel(state.document->page(plan.index));
+        if (!number || !openRenderer(input, password, renderer, state)) {
+            return std::nullopt;
+        }
+        if (auto ink = state.renderer->bilevelImage(*number, plan.scanSize.width,
+                                                    plan.scanSize.height)) {
+            return bilevelPage(*ink, plan.scanDpi);
+        }
+    } catch (const std::exception&) {
+        // Drawn instead.
+    }
+    return std::nullopt;
+}
+
 std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
                                         const PDFRenderer& renderer, const PagePlan& plan,
                                         const RasterSetting& setting, WorkerState& state) {
+    if (plan.monochrome) {
+        if (auto page = fromBilevelImage(input, password, renderer, plan, state)) {
+            return page;
+        }
+    }
     // Gray pages may be bilevel and text pages may split: both are read at the scan's size.
     if (setting.mixed || plan.monochrome) {
         try {

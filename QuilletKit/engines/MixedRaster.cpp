@@ -183,20 +183,6 @@ void widenInto(const BilevelImage& ink, int radius, std::vector<std::uint8_t>& o
     }
 }
 
-BilevelImage packed(const std::vector<std::uint8_t>& bits, int width, int height) {
-    BilevelImage image(width, height);
-    for (int y = 0; y < height; ++y) {
-        std::uint8_t* row = image.row(y);
-        const std::uint8_t* from = bits.data() + static_cast<std::size_t>(y) * width;
-        for (int x = 0; x < width; ++x) {
-            if (from[x]) {
-                row[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
-            }
-        }
-    }
-    return image;
-}
-
 // Clears every 8-connected region of set cells in `cells` smaller than `smallest` or covering
 // less than 30% of its bounding box, and fills the bounding box of every other: photos are
 // solid rectangles, and their dark or flat parts, which look like ink or paper, belong to them.
@@ -350,36 +336,72 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
     return out;
 }
 
-} // namespace
-
-ScanReading MixedRaster::read(const Bitmap& scan) {
+// A page with nearly every pixel black or white and nothing coloured, packed; absent as soon as
+// enough mid-tones or colours show that it is not one (a gray page is found out in its first rows).
+std::optional<BilevelImage> asBilevel(const Bitmap& scan) {
     const int width = scan.width();
     const int height = scan.height();
     const Pixels pixels{scan, scan.bands()};
     const std::size_t count = static_cast<std::size_t>(width) * height;
+    const std::size_t mostMidTones = count * 3 / 1000;
+    const std::size_t mostColoured = count / 1000;
+    std::size_t midTones = 0;
+    std::size_t coloured = 0;
+    BilevelImage image(width, height);
+    for (int y = 0; y < height; ++y) {
+        std::uint8_t* row = image.row(y);
+        const std::size_t start = static_cast<std::size_t>(y) * width;
+        if (pixels.bands == 1) {
+            // Eight pixels to a byte, without reading back what was written.
+            const std::uint8_t* from = scan.data() + start;
+            for (int x = 0; x < width; x += 8) {
+                const int n = std::min(8, width - x);
+                unsigned byte = 0;
+                for (int i = 0; i < n; ++i) {
+                    const unsigned l = from[x + i];
+                    midTones += l - 48u < 160u;
+                    byte |= static_cast<unsigned>(l < 128) << (7 - i);
+                }
+                row[x >> 3] = static_cast<std::uint8_t>(byte);
+            }
+        } else {
+            for (int x = 0; x < width; ++x) {
+                const int l = pixels.luminance(start + x);
+                midTones += l >= 48 && l < 208;
+                if (l < 128) {
+                    row[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
+                }
+            }
+        }
+        if (pixels.bands > 1) {
+            for (int x = 0; x < width; ++x) {
+                coloured += pixels.chroma(start + x) > colouredChroma;
+            }
+        }
+        if (midTones > mostMidTones || coloured > mostColoured) {
+            return std::nullopt;
+        }
+    }
+    return image;
+}
+
+} // namespace
+
+ScanReading MixedRaster::read(const Bitmap& scan) {
     ScanReading reading;
+    if (auto bilevel = asBilevel(scan)) {
+        reading.kind = ScanReading::Kind::bilevel;
+        reading.ink = std::move(*bilevel);
+        return reading;
+    }
+    const int width = scan.width();
+    const int height = scan.height();
+    const Pixels pixels{scan, scan.bands()};
+    const std::size_t count = static_cast<std::size_t>(width) * height;
     reading.luminance.resize(count);
     std::uint8_t* luminance = reading.luminance.data();
     for (std::size_t i = 0; i < count; ++i) {
         luminance[i] = pixels.luminance(i);
-    }
-
-    // Bilevel: nearly every pixel black or white, and nothing coloured.
-    std::size_t midTones = 0;
-    std::size_t coloured = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const int l = luminance[i];
-        midTones += l >= 48 && l < 208;
-        coloured += pixels.chroma(i) > colouredChroma;
-    }
-    if (midTones * 1000 <= count * 3 && coloured * 1000 <= count) {
-        std::vector<std::uint8_t> bits(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            bits[i] = luminance[i] < 128;
-        }
-        reading.kind = ScanReading::Kind::bilevel;
-        reading.ink = packed(bits, width, height);
-        return reading;
     }
 
     const int columns = (width + block - 1) / block;

@@ -1,6 +1,6 @@
 #include "engines/PDFOCREngine.hpp"
 
-#include "engines/FullPageJPEG.hpp"
+#include "engines/FullPageImage.hpp"
 #include "engines/PDFAnalysisEngine.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
@@ -44,7 +44,7 @@ std::optional<Picture> embeddedPicture(const PDFPage& page) {
     if (page.rotation() != 0) {
         return std::nullopt;
     }
-    const auto jpeg = FullPageJPEG::of(page);
+    const auto jpeg = FullPageImage::jpeg(page);
     if (!jpeg) {
         return std::nullopt;
     }

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <ctime>
 
 namespace quillet::mupdf {
@@ -142,6 +143,49 @@ int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations
         return 0;
     }
     return 1;
+}
+
+// Decodes image object `number`, a 1-bit gray image of width x height, into `rows` packed with
+// 1 for black. 1 when it was one, 0 when it is something else, -1 when MuPDF failed (in `caught`).
+int tryDecodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsigned char* rows,
+                          int width, int height, Caught* caught) {
+    pdf_obj* object = nullptr;
+    fz_image* image = nullptr;
+    fz_stream* stream = nullptr;
+    int decoded = 0;
+    fz_var(object);
+    fz_var(image);
+    fz_var(stream);
+    fz_var(decoded);
+    fz_try(ctx) {
+        object = pdf_new_indirect(ctx, doc, number, 0);
+        image = pdf_load_image(ctx, doc, object);
+        fz_compressed_buffer* buffer = fz_compressed_image_buffer(ctx, image);
+        if (buffer && !image->imagemask && image->n == 1 && image->bpc == 1 && !image->mask &&
+            !image->use_colorkey && image->w == width && image->h == height) {
+            const std::size_t size = static_cast<std::size_t>((width + 7) / 8) * height;
+            stream = fz_open_compressed_buffer(ctx, buffer);
+            if (fz_read(ctx, stream, rows, size) == size) {
+                // Samples of 0 are black unless the decode array turns them round.
+                if (!(image->decode[0] > image->decode[1])) {
+                    for (std::size_t i = 0; i < size; ++i) {
+                        rows[i] = static_cast<unsigned char>(~rows[i]);
+                    }
+                }
+                decoded = 1;
+            }
+        }
+    }
+    fz_always(ctx) {
+        fz_drop_stream(ctx, stream);
+        fz_drop_image(ctx, image);
+        pdf_drop_obj(ctx, object);
+    }
+    fz_catch(ctx) {
+        remember(ctx, caught);
+        return -1;
+    }
+    return decoded;
 }
 
 // The ICC profile of the first output intent that has one, in a new buffer; null when none.
@@ -404,6 +448,16 @@ void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotati
                  colours, &caught)) {
         raise(caught);
     }
+}
+
+bool decodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsigned char* rows,
+                        int width, int height) {
+    Caught caught;
+    const int decoded = tryDecodeBilevelImage(ctx, doc, number, rows, width, height, &caught);
+    if (decoded < 0) {
+        raise(caught);
+    }
+    return decoded == 1;
 }
 
 std::vector<std::uint8_t> outputIntentProfile(fz_context* ctx, pdf_document* doc) {

@@ -216,6 +216,25 @@ PDFRenderer::PageSize PDFRenderer::Document::pageSize(int index) {
     }
 }
 
+std::optional<BilevelImage> PDFRenderer::Document::bilevelImage(int number, int width,
+                                                                int height) {
+    if (width < 1 || height < 1) {
+        return std::nullopt;
+    }
+    checkPixelCount(PixelSize{width, height}, impl_->file());
+    BilevelImage image(width, height);
+    try {
+        if (!mupdf::decodeBilevelImage(impl_->ctx.get(), impl_->doc.get(), number, image.row(0),
+                                       width, height)) {
+            return std::nullopt;
+        }
+    } catch (const mupdf::Error& error) {
+        throw RenderError(RenderError::Reason::renderFailed,
+                          fmt::format("{}: image {}: {}", impl_->file(), number, error.what()));
+    }
+    return image;
+}
+
 namespace {
 
 // What one run of a page collects. A font is kept alive while it is listed, so its address

@@ -12,6 +12,7 @@
 // a RenderError whose message names the file; MuPDF's own errors never escape as longjmp.
 #pragma once
 
+#include "platform/BilevelImage.hpp"
 #include "platform/Bitmap.hpp"
 #include "platform/RenderError.hpp"
 #include "platform/SafetyLimits.hpp"
@@ -127,6 +128,12 @@ class PDFRenderer::Document {
         bool complete = true;
     };
     PageGlyphs glyphs(int index);
+
+    /// The 1-bit gray image that is object `number` of the file, decoded at its own `width` x
+    /// `height` (a page that is only that image reads faster this way than drawn). Absent when
+    /// the object is no such image of that size; throws RenderError (renderFailed) when it cannot
+    /// be decoded, and what BilevelImage's constructor throws for sizes it refuses.
+    std::optional<BilevelImage> bilevelImage(int number, int width, int height);
 
     /// Renders one page. Throws RenderError: pageOutOfRange, invalidRequest (scale or size not
     /// positive and finite), tooLarge (above maxPixels, refused before allocating), renderFailed,

@@ -114,10 +114,20 @@ TEST(ScanCompression, BilevelScansComeBackBitForBit) {
             }
         }
     }
-    for (const auto tier : {CompressionQualityTier::highQuality, CompressionQualityTier::smallest}) {
+    // The same picture with its samples the other way round and a decode array to turn them.
+    std::string inverted = bits;
+    for (char& byte : inverted) {
+        byte = static_cast<char>(~byte);
+    }
+    for (const auto& [tier, decodeInverted] :
+         {std::pair{CompressionQualityTier::highQuality, false},
+          std::pair{CompressionQualityTier::smallest, true}}) {
         PDFBuilder builder;
         auto& page = builder.addPage(612, 792);
-        auto image = QPDFObjectHandle::newStream(&builder.qpdf(), bits);
+        auto image = QPDFObjectHandle::newStream(&builder.qpdf(), decodeInverted ? inverted : bits);
+        if (decodeInverted) {
+            image.getDict().replaceKey("/Decode", QPDFObjectHandle::parse("[1 0]"));
+        }
         image.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
         image.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/Image"));
         image.getDict().replaceKey("/Width", QPDFObjectHandle::newInteger(width));

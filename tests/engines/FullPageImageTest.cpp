@@ -1,4 +1,4 @@
-#include "engines/FullPageJPEG.hpp"
+#include "engines/FullPageImage.hpp"
 #include "platform/JPEGScaler.hpp"
 #include "platform/PDFDocument.hpp"
 #include "platform/PDFRenderer.hpp"
@@ -15,7 +15,7 @@ using test::PDFBuilder;
 
 std::string jpegFile() { return test::readFile(test::corpus("003-pdflatex-image/image.jpg")); }
 
-TEST(FullPageJPEG, RecognisesOnlyOneJPEGOverTheWholePage) {
+TEST(FullPageImage, RecognisesOnlyOneJPEGOverTheWholePage) {
     const std::string jpeg = jpegFile();
     ASSERT_FALSE(jpeg.empty());
     const ImageSpec spec{.width = 300, .height = 200, .color = ImageSpec::Color::rgb, .jpeg = jpeg};
@@ -36,7 +36,7 @@ TEST(FullPageJPEG, RecognisesOnlyOneJPEGOverTheWholePage) {
         PDFBuilder builder;
         c.build(builder.addPage(300, 200));
         auto document = PDFDocument::open(builder.bytes(), c.name);
-        const auto found = FullPageJPEG::of(document.page(0));
+        const auto found = FullPageImage::jpeg(document.page(0));
         EXPECT_EQ(found.has_value(), c.expected) << c.name;
         if (found) {
             EXPECT_EQ(*found, jpeg) << c.name;
@@ -45,7 +45,7 @@ TEST(FullPageJPEG, RecognisesOnlyOneJPEGOverTheWholePage) {
 }
 
 // The shortcut must give the picture a render gives.
-TEST(FullPageJPEG, ScaledJPEGMatchesARenderOfThePage) {
+TEST(FullPageImage, ScaledJPEGMatchesARenderOfThePage) {
     const std::string jpeg = jpegFile();
     PDFBuilder builder;
     builder.addPage(300, 200).image({.width = 300, .height = 200, .jpeg = jpeg}, 0, 0, 300, 200);

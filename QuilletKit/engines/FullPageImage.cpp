@@ -1,4 +1,4 @@
-#include "engines/FullPageJPEG.hpp"
+#include "engines/FullPageImage.hpp"
 
 #include "platform/StreamData.hpp"
 
@@ -95,32 +95,61 @@ bool plainJPEG(QPDFObjectHandle image) {
            !dict.hasKey("/DecodeParms") && !dict.getKey("/ImageMask").isBool();
 }
 
+bool bilevelImage(QPDFObjectHandle image) {
+    if (!image.isStream()) {
+        return false;
+    }
+    auto dict = image.getDict();
+    auto bits = dict.getKey("/BitsPerComponent");
+    return dict.getKey("/Subtype").isNameAndEquals("/Image") && bits.isInteger() &&
+           bits.getIntValue() == 1 && dict.getKey("/ColorSpace").isNameAndEquals("/DeviceGray") &&
+           !dict.hasKey("/SMask") && !dict.hasKey("/Mask") &&
+           !(dict.getKey("/ImageMask").isBool() && dict.getKey("/ImageMask").getBoolValue());
+}
+
+// The image that the page's content alone draws upright over its media box, or absent.
+std::optional<QPDFObjectHandle> fullPageImage(const PDFPage& page) {
+    auto object = page.object();
+    const auto content = pageContentData(object);
+    if (!content) {
+        return std::nullopt;
+    }
+    const auto placement = onlyPlacement(*content);
+    if (!placement) {
+        return std::nullopt;
+    }
+    const auto box = page.mediaBox();
+    const auto& m = placement->ctm;
+    const auto near = [](double a, double b) { return std::abs(a - b) <= 0.5; };
+    if (!near(m[0], box.width) || !near(m[3], box.height) || !near(m[1], 0) || !near(m[2], 0) ||
+        !near(m[4], box.x) || !near(m[5], box.y)) {
+        return std::nullopt;
+    }
+    auto resources = QPDFPageObjectHelper(object).getAttribute("/Resources", false);
+    return resources.getKey("/XObject").getKey(placement->name);
+}
+
 } // namespace
 
-std::optional<std::string> FullPageJPEG::of(const PDFPage& page) {
+std::optional<int> FullPageImage::bilevel(const PDFPage& page) {
     try {
-        auto object = page.object();
-        const auto content = pageContentData(object);
-        if (!content) {
+        auto image = fullPageImage(page);
+        if (!image || !bilevelImage(*image) || !image->isIndirect()) {
             return std::nullopt;
         }
-        const auto placement = onlyPlacement(*content);
-        if (!placement) {
+        return image->getObjectID();
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> FullPageImage::jpeg(const PDFPage& page) {
+    try {
+        auto image = fullPageImage(page);
+        if (!image || !plainJPEG(*image)) {
             return std::nullopt;
         }
-        auto resources = QPDFPageObjectHelper(object).getAttribute("/Resources", false);
-        auto image = resources.getKey("/XObject").getKey(placement->name);
-        if (!plainJPEG(image)) {
-            return std::nullopt;
-        }
-        const auto box = page.mediaBox();
-        const auto& m = placement->ctm;
-        const auto near = [](double a, double b) { return std::abs(a - b) <= 0.5; };
-        if (!near(m[0], box.width) || !near(m[3], box.height) || !near(m[1], 0) || !near(m[2], 0) ||
-            !near(m[4], box.x) || !near(m[5], box.y)) {
-            return std::nullopt;
-        }
-        auto raw = image.getRawStreamData();
+        auto raw = image->getRawStreamData();
         if (!raw || raw->getSize() == 0) {
             return std::nullopt;
         }

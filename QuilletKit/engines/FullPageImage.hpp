@@ -1,0 +1,28 @@
+// Recognises the commonest pages of a scanned document: one image drawn upright over the whole
+// page and nothing else. Such a page can be rasterized by decoding the image itself instead of
+// rendering the page, with the same picture as a result.
+#pragma once
+
+#include "platform/PDFPage.hpp"
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include <optional>
+#include <string>
+
+namespace quillet {
+
+class FullPageImage {
+  public:
+    /// The object number of the image when the page's content is only q/Q/cm and one Do of a
+    /// 1-bit DeviceGray image (not a stencil mask, no soft mask or colour-key mask) placed as
+    /// `jpeg` requires. Absent for every other page. Never throws.
+    static std::optional<int> bilevel(const PDFPage& page);
+
+    /// The JPEG bytes when the page's content is only q/Q/cm and one Do of a plain 8-bit gray or
+    /// RGB DCT image (no mask, decode array or colour transform) whose placement covers the media
+    /// box within half a point. Absent for every other page. Never throws.
+    static std::optional<std::string> jpeg(const PDFPage& page);
+};
+
+} // namespace quillet
