@@ -115,6 +115,29 @@ std::vector<QPDFObjectHandle> replaceContent(QPDF& qpdf, QPDFObjectHandle page,
         images.push_back(imageStream(qpdf, raster));
         xobjects.replaceKey(name, images.back());
         content += fmt::format("q {} {} Do Q\n", place, name);
+    } else if (raster.paper) {
+        content += fmt::format("q {:.4f} {:.4f} {:.4f} rg {:.4f} {:.4f} {:.4f} {:.4f} re f Q\n",
+                               (*raster.paper)[0] / 255.0, (*raster.paper)[1] / 255.0,
+                               (*raster.paper)[2] / 255.0, box.x, box.y, box.width, box.height);
+    }
+    for (const auto& patch : raster.patches) {
+        RasterizedPage photo;
+        photo.data = patch.jpeg;
+        photo.isJPEG = true;
+        photo.width = patch.width;
+        photo.height = patch.height;
+        photo.format = raster.format;
+        const std::string name = freeName(xobjects, "Photo");
+        images.push_back(imageStream(qpdf, photo));
+        xobjects.replaceKey(name, images.back());
+        // The box's share of the page, measured from the bottom as PDF does.
+        const double across = box.width / raster.maskWidth;
+        const double down = box.height / raster.maskHeight;
+        content += fmt::format("q {:.4f} 0 0 {:.4f} {:.4f} {:.4f} cm {} Do Q\n",
+                               across * (patch.box.right - patch.box.left),
+                               down * (patch.box.bottom - patch.box.top),
+                               box.x + across * patch.box.left,
+                               box.y + down * (raster.maskHeight - patch.box.bottom), name);
     }
     if (!raster.foreground.empty()) {
         // The inks' colours, painted where the mask has ink.
@@ -129,7 +152,7 @@ std::vector<QPDFObjectHandle> replaceContent(QPDF& qpdf, QPDFObjectHandle page,
         xobjects.replaceKey(name, images[images.size() - 2]);
         content += fmt::format("q {} {} Do Q\n", place, name);
     } else if (!raster.mask.empty()) {
-        const bool opaque = raster.data.empty();
+        const bool opaque = raster.data.empty() && !raster.paper;
         const std::string name = freeName(xobjects, "Ink");
         images.push_back(maskStream(qpdf, raster, opaque));
         xobjects.replaceKey(name, images.back());
@@ -335,16 +358,14 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
         return picture();
     }
-    // Paper alone needs little resolution; a background with photos keeps them at 150 DPI and
-    // quality 0.7, the text's bytes saved paying for them.
-    const int backgroundDpi =
-        reading.hasPhotos
-            ? std::max(setting.dpi, photoDpi)
-            : std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor)));
-    const double backgroundQuality =
-        reading.hasPhotos ? std::max(setting.quality, photoQuality) : setting.quality;
-    auto layers =
-        MixedRaster::split(scan, reading, plan.scanDpi, backgroundDpi, backgroundQuality);
+    // Paper alone needs little resolution; photos keep 150 DPI and quality 0.7 in pictures of
+    // their own, the text's bytes saved paying for them.
+    const MixedRaster::Setting background{
+        std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor))),
+        setting.quality};
+    const MixedRaster::Setting photos{std::max(setting.dpi, photoDpi),
+                                      std::max(setting.quality, photoQuality)};
+    auto layers = MixedRaster::split(scan, reading, plan.scanDpi, background, photos);
     if (!layers) {
         return picture();
     }

@@ -1,6 +1,7 @@
 #include "engines/MixedRaster.hpp"
 
 #include "engines/ImageCodec.hpp"
+#include "platform/AreaResampler.hpp"
 #include "platform/JBIG2Encoder.hpp"
 
 #include <algorithm>
@@ -186,8 +187,9 @@ void widenInto(const BilevelImage& ink, int radius, std::vector<std::uint8_t>& o
 // Clears every 8-connected region of set cells in `cells` smaller than `smallest` or covering
 // less than 30% of its bounding box, and fills the bounding box of every other: photos are
 // solid rectangles, and their dark or flat parts, which look like ink or paper, belong to them.
-void keepPhotoRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
-                      std::size_t smallest) {
+// Answers those boxes, in cells, right and bottom inclusive.
+std::vector<PixelBox> keepPhotoRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
+                                       std::size_t smallest) {
     std::vector<std::uint8_t> seen(cells.size(), 0);
     std::vector<std::size_t> region;
     struct Box {
@@ -232,10 +234,63 @@ void keepPhotoRegions(std::vector<std::uint8_t>& cells, int columns, int rows,
             boxes.push_back(box);
         }
     }
+    std::vector<PixelBox> kept;
     for (const Box& box : boxes) {
         for (int y = box.top; y <= box.bottom; ++y) {
             std::fill_n(cells.begin() + static_cast<std::ptrdiff_t>(y) * columns + box.left,
                         box.right - box.left + 1, std::uint8_t{1});
+        }
+        kept.push_back({box.left, box.top, box.right, box.bottom});
+    }
+    return kept;
+}
+
+// Grows each box (in cells, right and bottom inclusive) a strip at a time while more than half
+// of the strip just outside it is covered (a photo's dark or flat part, which is no mid-tone,
+// still leaves no paper; a line of text does), then merges boxes that overlap.
+void grownOverCoveredStrips(std::vector<PixelBox>& boxes, const std::vector<std::uint8_t>& covered,
+                            int columns, int rows) {
+    const auto coveredStrip = [&](int left, int top, int right, int bottom) {
+        int count = 0;
+        for (int y = top; y <= bottom; ++y) {
+            for (int x = left; x <= right; ++x) {
+                count += covered[static_cast<std::size_t>(y) * columns + x];
+            }
+        }
+        return 2 * count > (right - left + 1) * (bottom - top + 1);
+    };
+    for (PixelBox& b : boxes) {
+        for (bool grew = true; grew;) {
+            grew = false;
+            if (b.top > 0 && coveredStrip(b.left, b.top - 1, b.right, b.top - 1)) {
+                --b.top, grew = true;
+            }
+            if (b.bottom + 1 < rows && coveredStrip(b.left, b.bottom + 1, b.right, b.bottom + 1)) {
+                ++b.bottom, grew = true;
+            }
+            if (b.left > 0 && coveredStrip(b.left - 1, b.top, b.left - 1, b.bottom)) {
+                --b.left, grew = true;
+            }
+            if (b.right + 1 < columns && coveredStrip(b.right + 1, b.top, b.right + 1, b.bottom)) {
+                ++b.right, grew = true;
+            }
+        }
+    }
+    // Overlapping or touching boxes become their union, until none do.
+    for (bool merged = true; merged;) {
+        merged = false;
+        for (std::size_t i = 0; i < boxes.size() && !merged; ++i) {
+            for (std::size_t j = i + 1; j < boxes.size() && !merged; ++j) {
+                PixelBox& a = boxes[i];
+                const PixelBox& b = boxes[j];
+                if (a.left <= b.right + 1 && b.left <= a.right + 1 && a.top <= b.bottom + 1 &&
+                    b.top <= a.bottom + 1) {
+                    a = {std::min(a.left, b.left), std::min(a.top, b.top),
+                         std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+                    boxes.erase(boxes.begin() + static_cast<std::ptrdiff_t>(j));
+                    merged = true;
+                }
+            }
         }
     }
 }
@@ -413,6 +468,7 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     const int tileColumns = (width + tile - 1) / tile;
     const int tileRows = (height + tile - 1) / tile;
     std::vector<std::uint8_t> photo(static_cast<std::size_t>(tileColumns) * tileRows, 0);
+    std::vector<std::uint8_t> covered(photo.size(), 0); // less than bareShare of the tile is paper
     for (int ty = 0; ty < tileRows; ++ty) {
         for (int tx = 0; tx < tileColumns; ++tx) {
             const int level = paper[static_cast<std::size_t>(ty * tile / block) * columns +
@@ -429,12 +485,24 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
                 }
             }
             // Text, however light, leaves paper between its letters; a photo covers it.
+            covered[static_cast<std::size_t>(ty) * tileColumns + tx] = bare < bareShare * all;
             photo[static_cast<std::size_t>(ty) * tileColumns + tx] =
-                mid > photoShare * all && bare < bareShare * all;
+                mid > photoShare * all && covered[static_cast<std::size_t>(ty) * tileColumns + tx];
         }
     }
     // A thick coloured letter can look like a tile of photo; a photo is many tiles together.
-    keepPhotoRegions(photo, tileColumns, tileRows, smallestPhotoTiles);
+    auto boxes = keepPhotoRegions(photo, tileColumns, tileRows, smallestPhotoTiles);
+    grownOverCoveredStrips(boxes, covered, tileColumns, tileRows);
+    for (const PixelBox& box : boxes) {
+        for (int y = box.top; y <= box.bottom; ++y) {
+            std::fill_n(photo.begin() + static_cast<std::ptrdiff_t>(y) * tileColumns + box.left,
+                        box.right - box.left + 1, std::uint8_t{1});
+        }
+        // Widened by a tile, as below.
+        reading.photos.push_back({std::max(0, box.left - 1) * tile, std::max(0, box.top - 1) * tile,
+                                  std::min(width, (box.right + 2) * tile),
+                                  std::min(height, (box.bottom + 2) * tile)});
+    }
     std::vector<std::uint8_t> widenedPhoto(photo.size(), 0);
     std::size_t photoBlocks = 0;
     for (int ty = 0; ty < tileRows; ++ty) {
@@ -458,7 +526,24 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         return reading;
     }
 
-    // Ink: darker than its paper, outside photos.
+    // Ink: darker than its paper, outside photos. Soft print never reaches black: the lighter
+    // the median of what is surely ink, the further towards the paper its strokes' edges lie
+    // (60% of the paper plus half the ink's level), so blurred letters keep their weight.
+    std::vector<int> surelyInk(256, 0);
+    int sure = 0;
+    for (int y = 0; y < height; ++y) {
+        const int by = y / block;
+        for (int x = 0; x < width; ++x) {
+            const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
+            const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
+            const std::size_t i = static_cast<std::size_t>(y) * width + x;
+            if (!widenedPhoto[t] && luminance[i] * 100 < paper[b] * inkPercent) {
+                ++surelyInk[luminance[i]];
+                ++sure;
+            }
+        }
+    }
+    const int inkLevel = sure > 0 ? median(surelyInk, sure) : 0;
     BilevelImage candidates(width, height);
     std::vector<int> reds(256), greens(256), blues(256);
     int inked = 0;
@@ -468,7 +553,8 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
             const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
             const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
             const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (widenedPhoto[t] || luminance[i] * 100 >= paper[b] * inkPercent) {
+            if (widenedPhoto[t] ||
+                luminance[i] * 100 >= paper[b] * inkPercent + inkLevel * 50) {
                 continue;
             }
             candidates.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
@@ -512,10 +598,76 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     return reading;
 }
 
+namespace {
+
+// The one colour of a background whose every cell lies within a few levels of their mean (even
+// paper, its grain averaged away), as sRGB; absent when the paper has shades worth a picture,
+// however light (pale lettering that is not dark enough for the mask lives there).
+std::optional<std::array<std::uint8_t, 3>> flatColour(const Bitmap& background) {
+    constexpr int reach = 8;
+    const int bands = background.bands();
+    std::array<int, 3> low{255, 255, 255};
+    std::array<int, 3> high{0, 0, 0};
+    std::array<std::int64_t, 3> total{0, 0, 0};
+    const std::uint8_t* p = background.data();
+    for (std::int64_t i = 0; i < background.pixelCount(); ++i, p += bands) {
+        for (int c = 0; c < bands; ++c) {
+            low[c] = std::min<int>(low[c], p[c]);
+            high[c] = std::max<int>(high[c], p[c]);
+            total[c] += p[c];
+        }
+    }
+    std::array<std::uint8_t, 3> colour{};
+    for (int c = 0; c < 3; ++c) {
+        const int band = std::min(c, bands - 1);
+        const int mean = static_cast<int>(total[band] / background.pixelCount());
+        if (mean - low[band] > reach || high[band] - mean > reach) {
+            return std::nullopt;
+        }
+        colour[c] = static_cast<std::uint8_t>(mean);
+    }
+    return colour;
+}
+
+// The pixels of `box` at the photo setting's resolution and quality.
+std::optional<RasterizedPage::Patch> photoPatch(const Bitmap& scan, const PixelBox& box,
+                                                int scanDpi, MixedRaster::Setting photo) {
+    const int width = box.right - box.left;
+    const int height = box.bottom - box.top;
+    const std::size_t stride = static_cast<std::size_t>(scan.width()) * scan.bands();
+    const std::size_t offset = static_cast<std::size_t>(box.left) * scan.bands();
+    const double scale = std::min(1.0, static_cast<double>(photo.dpi) / scanDpi);
+    const Bitmap picture = AreaResampler::resample(
+        [&](int y) { return scan.data() + static_cast<std::size_t>(box.top + y) * stride + offset; },
+        width, height, scan.format(), std::max(1, static_cast<int>(std::lround(width * scale))),
+        std::max(1, static_cast<int>(std::lround(height * scale))));
+    auto jpeg = ImageCodec::data(picture, ImageOutputFormat::jpeg, photo.quality);
+    if (!jpeg) {
+        return std::nullopt;
+    }
+    return RasterizedPage::Patch{std::move(*jpeg), picture.width(), picture.height(), box};
+}
+
+} // namespace
+
 std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanReading& reading,
-                                                 int scanDpi, int backgroundDpi,
-                                                 double quality) {
+                                                 int scanDpi, Setting backgroundSetting,
+                                                 Setting photo) {
     try {
+        // Photos that fill a tenth of the page or more stay in one background at the photo's
+        // resolution, on the page's own grid of pixels: a picture of its own, drawn from a point
+        // between two of a render's pixels, is resampled out of step with the page and blurs.
+        // Smaller photos and figures get pictures of their own over a background of paper.
+        std::size_t photoArea = 0;
+        for (const PixelBox& box : reading.photos) {
+            photoArea += static_cast<std::size_t>(box.right - box.left) * (box.bottom - box.top);
+        }
+        const bool photoBackground =
+            photoArea * 10 >= static_cast<std::size_t>(scan.width()) * scan.height();
+        const std::vector<PixelBox> patched =
+            photoBackground ? std::vector<PixelBox>{} : reading.photos;
+        const int backgroundDpi = photoBackground ? photo.dpi : backgroundSetting.dpi;
+        const double quality = photoBackground ? photo.quality : backgroundSetting.quality;
         const int width = scan.width();
         const int height = scan.height();
         RasterizedPage layers;
@@ -533,9 +685,21 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
         std::vector<std::uint8_t> near;
         widenInto(reading.ink, inkEdge, near, edge);
         widenInto(reading.ink, ringingReach, near, ringing);
+        // Photos have pictures of their own: under them the background is paper, grown in
+        // from around.
+        std::vector<std::uint8_t> photoRows(static_cast<std::size_t>(height), 0);
+        for (const PixelBox& box : patched) {
+            std::fill(photoRows.begin() + box.top, photoRows.begin() + box.bottom, 1);
+        }
+        const auto inPhoto = [&](int x, int y) {
+            return photoRows[static_cast<std::size_t>(y)] &&
+                   std::any_of(patched.begin(), patched.end(), [&](const PixelBox& b) {
+                       return x >= b.left && x < b.right && y >= b.top && y < b.bottom;
+                   });
+        };
         const Bitmap background = cellAverages(scan, factor, 4, [&](int x, int y) {
             const std::size_t at = static_cast<std::size_t>(y) * width + x;
-            if (near[at] & edge) {
+            if ((near[at] & edge) || inPhoto(x, y)) {
                 return false;
             }
             if (!(near[at] & ringing) || reading.paper.empty()) {
@@ -546,15 +710,26 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
                                              static_cast<std::size_t>(x / block)];
             return reading.luminance[at] + ringingDepth >= paper;
         });
-        auto encoded = ImageCodec::data(background, ImageOutputFormat::jpeg, quality);
-        if (!encoded) {
-            return std::nullopt;
-        }
-        layers.data = std::move(*encoded);
-        layers.isJPEG = true;
-        layers.width = background.width();
-        layers.height = background.height();
         layers.format = background.format();
+        if (const auto flat = flatColour(background)) {
+            layers.paper = *flat;
+        } else {
+            auto encoded = ImageCodec::data(background, ImageOutputFormat::jpeg, quality);
+            if (!encoded) {
+                return std::nullopt;
+            }
+            layers.data = std::move(*encoded);
+            layers.isJPEG = true;
+            layers.width = background.width();
+            layers.height = background.height();
+        }
+        for (const PixelBox& box : patched) {
+            auto patch = photoPatch(scan, box, scanDpi, photo);
+            if (!patch) {
+                return std::nullopt;
+            }
+            layers.patches.push_back(std::move(*patch));
+        }
 
         if (!reading.oneInk) {
             // The inks' colours, each cell the average of its ink pixels.

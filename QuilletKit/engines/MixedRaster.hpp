@@ -6,7 +6,9 @@
 // How the page is read (a few passes over the pixels, by blocks and tiles):
 // - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
 //   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
-// - a pixel is ink when it is darker than 60% of its paper; isolated ink pixels are noise;
+// - a pixel is ink when it is darker than 60% of its paper plus half the level of the page's
+//   ink (the median of the pixels under 60%): soft print, never black, keeps its strokes'
+//   weight; isolated ink pixels are noise;
 // - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
 //   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
 //   otherwise lay a grey box behind each line;
@@ -14,7 +16,10 @@
 //   nor ink) and less than 30% bare paper, in a region of at least 64 such tiles that fills at
 //   least 30% of its bounding box (a smaller or sparser one is thick or blurred lettering), is
 //   part of a photo or halftone; so is the rest of the box (its shadows look like ink). Those
-//   pixels (and the neighbouring tiles') stay in the background, never in the mask;
+//   pixels (and the neighbouring tiles') never go in the mask: each such box becomes a picture
+//   of its own at a photo's resolution, laid over a background that needs only the paper's;
+// - a background whose cells all lie within 8 levels of their mean is even paper: one colour
+//   under the mask, no picture;
 // - the ink's colour is the median of the ink pixels; when other colours are inked too (a blue
 //   heading, a red stamp), the colours go in a small foreground picture painted through the
 //   mask, so every letter stays sharp in its own colour;
@@ -43,9 +48,10 @@ struct ScanReading {
     /// Whether nearly all the ink (98%) is that colour; otherwise the ink's colours are kept
     /// in a foreground picture.
     bool oneInk = true;
-    /// Whether some blocks are photo or halftone (kept in the background, which then keeps
-    /// more detail).
+    /// Whether some blocks are photo or halftone, and the boxes of scan pixels that hold them
+    /// (the neighbouring tiles included), top to bottom.
     bool hasPhotos = false;
+    std::vector<PixelBox> photos;
     /// The paper's luminance in each block of 32 x 32 pixels, row by row (text pages only).
     std::vector<int> paper;
     int paperColumns = 0;
@@ -59,10 +65,15 @@ class MixedRaster {
     static ScanReading read(const Bitmap& scan);
 
     /// The page as mixed raster content: the mask of `reading` coded as JBIG2 at the scan's
-    /// `scanDpi`, `scan` without the ink as a JPEG at `backgroundDpi` and `quality` (the page's
-    /// picture), and with more than one ink their colours at 40 DPI. Absent when encoding fails.
+    /// `scanDpi`, `scan` without the ink and the photos as a JPEG at `backgroundDpi` and
+    /// `quality` (the page's picture), each photo box as a JPEG at `photo`, and with more than
+    /// one ink their colours at 40 DPI. Absent when encoding fails.
+    struct Setting {
+        int dpi = 0;
+        double quality = 0;
+    };
     static std::optional<RasterizedPage> split(const Bitmap& scan, const ScanReading& reading,
-                                               int scanDpi, int backgroundDpi, double quality);
+                                               int scanDpi, Setting background, Setting photo);
 };
 
 } // namespace quillet

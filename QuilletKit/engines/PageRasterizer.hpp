@@ -11,6 +11,14 @@
 
 namespace quillet {
 
+/// A box of pixels: columns left..right-1, rows top..bottom-1, from the top-left corner.
+struct PixelBox {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+};
+
 struct RasterizedPage {
     /// The encoded file (JPEG, or PNG for lossless monochrome pages): its length is what the
     /// size predictions learn from.
@@ -25,6 +33,8 @@ struct RasterizedPage {
     /// `maskHeight` bits (1 = ink), painted in `ink` over the picture above. With no picture
     /// (`data` empty), the mask is the whole page, black on white: a bilevel page.
     std::vector<std::uint8_t> mask;
+    /// A mixed page on even paper has no picture (`data` empty) but this colour under the mask.
+    std::optional<std::array<std::uint8_t, 3>> paper;
     int maskWidth = 0;
     int maskHeight = 0;
     std::array<std::uint8_t, 3> ink{0, 0, 0};
@@ -34,8 +44,24 @@ struct RasterizedPage {
     int foregroundWidth = 0;
     int foregroundHeight = 0;
 
+    /// Photos of a mixed page, each a JPEG of `width` x `height` in the picture's format laid
+    /// over `box` of the mask's pixels, between the picture and the mask.
+    struct Patch {
+        std::vector<std::uint8_t> jpeg;
+        int width = 0;
+        int height = 0;
+        PixelBox box;
+    };
+    std::vector<Patch> patches;
+
     /// What the page's pictures weigh together.
-    std::size_t bytes() const { return data.size() + mask.size() + foreground.size(); }
+    std::size_t bytes() const {
+        std::size_t total = data.size() + mask.size() + foreground.size();
+        for (const auto& patch : patches) {
+            total += patch.jpeg.size();
+        }
+        return total;
+    }
 };
 
 class PageRasterizer {

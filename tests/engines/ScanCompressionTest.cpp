@@ -153,7 +153,7 @@ TEST(ScanCompression, BilevelScansComeBackBitForBit) {
 }
 
 // Two pages of a 300-DPI text scan at the smallest tier: the text as a mask at the scan's
-// resolution over a background at a fraction of the tier's, together far smaller than the JPEG
+// resolution over a background at a fraction of the tier's (or one colour), together far smaller than the JPEG
 // page the tier would otherwise write, and looking like the scan.
 TEST(ScanCompression, TextScansSplitIntoASharpMaskOverASmallBackground) {
     test::TempDir dir;
@@ -166,10 +166,13 @@ TEST(ScanCompression, TextScansSplitIntoASharpMaskOverASmallBackground) {
     EXPECT_TRUE(test::qpdfChecks(output));
     const auto analysis = PDFAnalysisEngine::analyze(output);
     for (const auto& page : analysis.pages) {
-        ASSERT_EQ(page.images.size(), 2u);
+        // The mask at the scan's DPI, over a background at 50 DPI or, on even paper, its colour.
+        ASSERT_TRUE(page.images.size() == 1 || page.images.size() == 2);
         const double inches = page.widthPoints / 72;
-        EXPECT_NEAR(page.images[1].pixelWidth, 300 * inches, 1); // the mask, at the scan's DPI
-        EXPECT_NEAR(page.images[0].pixelWidth, 50 * inches, 1);  // the background, at 50 DPI
+        EXPECT_NEAR(page.images.back().pixelWidth, 300 * inches, 1);
+        if (page.images.size() == 2) {
+            EXPECT_NEAR(page.images[0].pixelWidth, 50 * inches, 1);
+        }
     }
     EXPECT_LT(outcome.resultBytes, 200'000);
 
