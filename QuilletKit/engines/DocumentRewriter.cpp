@@ -42,7 +42,7 @@ struct PagePlan {
 constexpr double backgroundDivisor = 2.4;
 // A JPEG page at the setting's resolution is not smaller than this many bytes a pixel, so a
 // split under it needs no comparison (a 120 DPI JPEG text page weighs 0.05 to 0.1).
-constexpr double clearlySmaller = 0.02;
+constexpr double clearlySmaller = 0.04;
 // The background of a split page with photos.
 constexpr int photoDpi = 150;
 constexpr double photoQuality = 0.7;

@@ -152,23 +152,41 @@ void widenInto(const BilevelImage& ink, int radius, std::vector<std::uint8_t>& o
     const int height = ink.height();
     out.resize(static_cast<std::size_t>(width) * height, 0);
     // Down the columns with a running count, per column, of the rows in the window that have ink
-    // within `radius` across; each row's widening is made when it enters or leaves the window.
+    // within `radius` across. Each row is widened across once, when it enters the window, and
+    // kept in a ring until it leaves; a row without ink costs nothing.
+    const int span = 2 * radius + 1;
     std::vector<int> inWindow(static_cast<std::size_t>(width), 0);
-    std::vector<std::uint8_t> across(static_cast<std::size_t>(width));
+    std::vector<std::uint8_t> ring(static_cast<std::size_t>(span) * width);
+    std::vector<std::uint8_t> inked(static_cast<std::size_t>(span), 0);
+    const std::size_t rowBytes = ink.rowBytes();
     const auto addRow = [&](int y, int sign) {
         if (y < 0 || y >= height) {
             return;
         }
-        std::fill(across.begin(), across.end(), 0);
-        const std::uint8_t* row = ink.row(y);
-        for (int x = 0; x < width; ++x) {
-            if (row[x >> 3] & (0x80 >> (x & 7))) {
-                std::fill(across.begin() + std::max(0, x - radius),
-                          across.begin() + std::min(width, x + radius + 1), 1);
+        const auto slot = static_cast<std::size_t>(y % span);
+        std::uint8_t* across = ring.data() + slot * width;
+        if (sign > 0) {
+            const std::uint8_t* row = ink.row(y);
+            inked[slot] = std::any_of(row, row + rowBytes, [](std::uint8_t b) { return b != 0; });
+            if (!inked[slot]) {
+                return;
             }
+            // Distance to the nearest ink on the left, then on the right.
+            int since = radius + 1;
+            for (int x = 0; x < width; ++x) {
+                since = (row[x >> 3] & (0x80 >> (x & 7))) ? 0 : since + 1;
+                across[x] = since <= radius;
+            }
+            since = radius + 1;
+            for (int x = width - 1; x >= 0; --x) {
+                since = (row[x >> 3] & (0x80 >> (x & 7))) ? 0 : since + 1;
+                across[x] |= since <= radius;
+            }
+        } else if (!inked[slot]) {
+            return;
         }
         for (int x = 0; x < width; ++x) {
-            inWindow[static_cast<std::size_t>(x)] += sign * across[static_cast<std::size_t>(x)];
+            inWindow[static_cast<std::size_t>(x)] += sign * across[x];
         }
     };
     for (int y = 0; y < radius; ++y) {

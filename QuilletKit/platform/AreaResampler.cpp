@@ -1,6 +1,7 @@
 #include "platform/AreaResampler.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <cmath>
 #include <stdexcept>
 #include <vector>
@@ -89,9 +90,17 @@ Bitmap AreaResampler::resample(const RowSource& rows, int width, int height, Pix
         throw std::invalid_argument("resampling needs non-empty sizes");
     }
     const int bands = static_cast<int>(format);
+    const std::size_t outRow = static_cast<std::size_t>(outWidth) * bands;
+    if (width == outWidth && height == outHeight) {
+        // Nothing to average: the rows as they come.
+        Bitmap out(outWidth, outHeight, format);
+        for (int y = 0; y < height; ++y) {
+            std::memcpy(out.data() + static_cast<std::size_t>(y) * outRow, rows(y), outRow);
+        }
+        return out;
+    }
     const Taps across = areaTaps(width, outWidth);
     const Taps down = areaTaps(height, outHeight);
-    const std::size_t outRow = static_cast<std::size_t>(outWidth) * bands;
 
     // Horizontal pass on demand: an input row is shrunk to the output width when an output row
     // first needs it and kept in a ring of as many rows as one output row reads (each output row
