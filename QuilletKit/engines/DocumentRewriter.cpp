@@ -39,7 +39,7 @@ struct PagePlan {
 
 // Mixed raster content keeps the text at the scan's resolution and the background at the
 // tier's divided by this.
-constexpr double backgroundDivisor = 2.4;
+constexpr double backgroundDivisor = 4.8;
 // A JPEG page at the setting's resolution is not smaller than this many bytes a pixel, so a
 // split under it needs no comparison (a 120 DPI JPEG text page weighs 0.05 to 0.1).
 constexpr double clearlySmaller = 0.04;
@@ -143,6 +143,7 @@ std::vector<QPDFObjectHandle> replaceContent(QPDF& qpdf, QPDFObjectHandle page,
         // The inks' colours, painted where the mask has ink.
         RasterizedPage colours = raster;
         colours.data = raster.foreground;
+        colours.isJPEG = true; // even over a page of plain paper, which has no JPEG of its own
         colours.width = raster.foregroundWidth;
         colours.height = raster.foregroundHeight;
         const std::string name = freeName(xobjects, "Ink");
@@ -358,14 +359,16 @@ std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
     if (!setting.mixed || reading.kind != ScanReading::Kind::text) {
         return picture();
     }
-    // Paper alone needs little resolution; photos keep 150 DPI and quality 0.7 in pictures of
-    // their own, the text's bytes saved paying for them.
-    const MixedRaster::Setting background{
-        std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor))),
-        setting.quality};
-    const MixedRaster::Setting photos{std::max(setting.dpi, photoDpi),
-                                      std::max(setting.quality, photoQuality)};
-    auto layers = MixedRaster::split(scan, reading, plan.scanDpi, background, photos);
+    // Paper alone needs little resolution. Photos keep 150 DPI: a page mostly of photos in one
+    // background at quality 0.7, the text's bytes saved paying for them; smaller photos and
+    // figures in pictures of their own at the setting's quality.
+    const int photoResolution = std::max(setting.dpi, photoDpi);
+    const MixedRaster::Settings settings{
+        {std::max(1, static_cast<int>(std::lround(setting.dpi / backgroundDivisor))),
+         setting.quality},
+        {photoResolution, std::max(setting.quality, photoQuality)},
+        {photoResolution, setting.quality}};
+    auto layers = MixedRaster::split(scan, reading, plan.scanDpi, settings);
     if (!layers) {
         return picture();
     }

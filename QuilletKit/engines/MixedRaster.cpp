@@ -25,7 +25,7 @@ constexpr int tile = 16;
 // Photo regions of fewer tiles than this are letters.
 constexpr std::size_t smallestPhotoTiles = 64;
 // Letters change colour only from word to word: their colours need little resolution.
-constexpr int foregroundDpi = 40;
+constexpr int foregroundDpi = 25;
 constexpr double foregroundQuality = 0.7;
 // How far ink's soft edge reaches into the paper, in scan pixels: kept out of the background.
 constexpr int inkEdge = 2;
@@ -669,8 +669,7 @@ std::optional<RasterizedPage::Patch> photoPatch(const Bitmap& scan, const PixelB
 } // namespace
 
 std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanReading& reading,
-                                                 int scanDpi, Setting backgroundSetting,
-                                                 Setting photo) {
+                                                 int scanDpi, const Settings& settings) {
     try {
         // Photos that fill a tenth of the page or more stay in one background at the photo's
         // resolution, on the page's own grid of pixels: a picture of its own, drawn from a point
@@ -684,8 +683,9 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
             photoArea * 10 >= static_cast<std::size_t>(scan.width()) * scan.height();
         const std::vector<PixelBox> patched =
             photoBackground ? std::vector<PixelBox>{} : reading.photos;
-        const int backgroundDpi = photoBackground ? photo.dpi : backgroundSetting.dpi;
-        const double quality = photoBackground ? photo.quality : backgroundSetting.quality;
+        const Setting& paper = photoBackground ? settings.photos : settings.background;
+        const int backgroundDpi = paper.dpi;
+        const double quality = paper.quality;
         const int width = scan.width();
         const int height = scan.height();
         RasterizedPage layers;
@@ -742,7 +742,7 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
             layers.height = background.height();
         }
         for (const PixelBox& box : patched) {
-            auto patch = photoPatch(scan, box, scanDpi, photo);
+            auto patch = photoPatch(scan, box, scanDpi, settings.figures);
             if (!patch) {
                 return std::nullopt;
             }
@@ -769,7 +769,7 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
                 for (int c = 0; c < 3; ++c) {
                     distance += std::abs((cell[c] - l) - (ink[c] - inkLuminance));
                 }
-                if (distance <= 2 * colouredChroma) {
+                if (distance <= colouredChroma / 2) {
                     std::copy(ink.begin(), ink.end(), cell);
                 }
             }

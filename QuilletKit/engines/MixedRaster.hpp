@@ -64,16 +64,23 @@ class MixedRaster {
     /// What `scan` (the page at the scan's resolution) is made of.
     static ScanReading read(const Bitmap& scan);
 
-    /// The page as mixed raster content: the mask of `reading` coded as JBIG2 at the scan's
-    /// `scanDpi`, `scan` without the ink and the photos as a JPEG at `backgroundDpi` and
-    /// `quality` (the page's picture), each photo box as a JPEG at `photo`, and with more than
-    /// one ink their colours at 40 DPI. Absent when encoding fails.
+    /// A picture's resolution and JPEG quality.
     struct Setting {
         int dpi = 0;
         double quality = 0;
     };
+    struct Settings {
+        Setting background; // paper
+        Setting photos;     // the background of a page whose photos fill a tenth of it or more
+        Setting figures;    // the pictures of smaller photos and figures, each of its own
+    };
+
+    /// The page as mixed raster content: the mask of `reading` coded as JBIG2 at the scan's
+    /// `scanDpi`; `scan` without the ink as a JPEG background (or one colour, on even paper); the
+    /// photos in it or in pictures of their own; and with more than one ink, their colours at
+    /// 25 DPI. Absent when encoding fails.
     static std::optional<RasterizedPage> split(const Bitmap& scan, const ScanReading& reading,
-                                               int scanDpi, Setting background, Setting photo);
+                                               int scanDpi, const Settings& settings);
 };
 
 } // namespace quillet

@@ -157,7 +157,8 @@ TEST(ScanCompression, BilevelScansComeBackBitForBit) {
 // page the tier would otherwise write, and looking like the scan.
 TEST(ScanCompression, TextScansSplitIntoASharpMaskOverASmallBackground) {
     test::TempDir dir;
-    const auto input = test::scannedThesis(dir / "scan.pdf", 6, 7, 300, 90);
+    // Page 13 has red letters among the black: their colours ride in a foreground picture.
+    const auto input = test::scannedThesis(dir / "scan.pdf", 12, 13, 300, 90);
     CompressionOptions options;
     options.tier = CompressionQualityTier::smallest;
     const auto output = dir / "smallest.pdf";
@@ -166,26 +167,31 @@ TEST(ScanCompression, TextScansSplitIntoASharpMaskOverASmallBackground) {
     EXPECT_TRUE(test::qpdfChecks(output));
     const auto analysis = PDFAnalysisEngine::analyze(output);
     for (const auto& page : analysis.pages) {
-        // The mask at the scan's DPI, over a background at 50 DPI or, on even paper, its colour.
-        ASSERT_TRUE(page.images.size() == 1 || page.images.size() == 2);
+        // The mask at the scan's DPI (or, with red letters, the /Mask of their colours), over a
+        // background at 25 DPI or, on even paper, its colour: every picture but the mask a JPEG.
         const double inches = page.widthPoints / 72;
-        EXPECT_NEAR(page.images.back().pixelWidth, 300 * inches, 1);
-        if (page.images.size() == 2) {
-            EXPECT_NEAR(page.images[0].pixelWidth, 50 * inches, 1);
+        for (const auto& image : page.images) {
+            if (std::abs(image.pixelWidth - 300 * inches) > 1) {
+                EXPECT_TRUE(image.isJPEG);
+                EXPECT_LE(image.pixelWidth, 25 * inches + 1);
+            }
         }
     }
     EXPECT_LT(outcome.resultBytes, 200'000);
 
-    const auto scan = test::renderGray(input, 1, 100);
-    const auto result = test::renderGray(output, 1, 100);
-    ASSERT_EQ(result.pixels.size(), scan.pixels.size());
-    double difference = 0;
-    for (std::size_t i = 0; i < scan.pixels.size(); ++i) {
-        difference += std::abs(scan.pixels[i] - result.pixels[i]);
+    for (const int page : {1, 2}) {
+        SCOPED_TRACE(page);
+        const auto scan = test::renderGray(input, page, 100);
+        const auto result = test::renderGray(output, page, 100);
+        ASSERT_EQ(result.pixels.size(), scan.pixels.size());
+        double difference = 0;
+        for (std::size_t i = 0; i < scan.pixels.size(); ++i) {
+            difference += std::abs(scan.pixels[i] - result.pixels[i]);
+        }
+        EXPECT_LT(difference / static_cast<double>(scan.pixels.size()), 6.0);
+        const double ink = scan.darkPixels(0, 0, 612, 792, 100);
+        EXPECT_NEAR(result.darkPixels(0, 0, 612, 792, 100), ink, 0.15 * ink);
     }
-    EXPECT_LT(difference / static_cast<double>(scan.pixels.size()), 6.0);
-    const double ink = scan.darkPixels(0, 0, 612, 792, 100);
-    EXPECT_NEAR(result.darkPixels(0, 0, 612, 792, 100), ink, 0.15 * ink);
 }
 
 } // namespace
