@@ -27,6 +27,7 @@ CLIArgs CLIArgs::parse(const std::vector<std::string>& arguments) {
             option(argument.substr(1));
         } else if (pending) {
             args.values[*pending] = argument;
+            args.allValues[*pending].push_back(argument);
             pending.reset();
         } else {
             args.positional.push_back(argument);
@@ -40,6 +41,13 @@ std::optional<std::string> CLIArgs::value(const std::string& name) const {
         return it->second;
     }
     return std::nullopt;
+}
+
+std::vector<std::string> CLIArgs::all(const std::string& name) const {
+    if (auto it = allValues.find(name); it != allValues.end()) {
+        return it->second;
+    }
+    return {};
 }
 
 std::vector<std::filesystem::path> CLIArgs::inputs() const {

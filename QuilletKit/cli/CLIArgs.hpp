@@ -6,7 +6,8 @@
 // - There is no "--" end-of-options marker ("--" is a flag with an empty name) and no
 //   "--name=value" form (that is a flag whose name contains "=").
 // - A flag between a value option and its value leaves the option pending; a value option at the
-//   very end is dropped; a repeated value option keeps its last value.
+//   very end is dropped; a repeated value option keeps its last value in `value` (`all` has
+//   every one, for options that may be given many times).
 // - A value that looks like an option (such as "-5") is read as an option, not as the value.
 #pragma once
 
@@ -23,19 +24,22 @@
 namespace quillet {
 
 struct CLIArgs {
-    static constexpr std::array<std::string_view, 17> valueOptions{
-        "o",      "t",        "under", "ranges", "extract",       "every",
-        "by-size", "format",  "dpi",   "pages",  "page-size",     "fit",
-        "margin", "preset",   "password", "lang", "render-timeout"};
+    static constexpr std::array<std::string_view, 21> valueOptions{
+        "o",      "t",        "under",    "ranges", "extract",        "every", "by-size",
+        "format", "dpi",      "pages",    "page-size", "fit",         "margin", "preset",
+        "password", "lang",   "render-timeout", "text", "regex",      "area",  "fill"};
 
     std::vector<std::string> positional;
     std::set<std::string> flags;
     std::map<std::string, std::string> values;
+    std::map<std::string, std::vector<std::string>> allValues;
 
     static CLIArgs parse(const std::vector<std::string>& arguments);
 
     bool flag(const std::string& name) const { return flags.contains(name); }
     std::optional<std::string> value(const std::string& name) const;
+    /// Every value given to `name`, in order.
+    std::vector<std::string> all(const std::string& name) const;
 
     /// The positional arguments as paths, each taken as it stands. Throws CLIError "no input
     /// files" when there are none, and "file not found: " + path for the first that does not exist.

@@ -22,8 +22,8 @@ using OutputBody =
 ///   ignored and every input gets its own derived name.
 /// - `replace`: the output is the input itself (writers replace it atomically).
 /// - otherwise: "<stem>-<action>.pdf" beside the input, made unique, folder created if missing.
-///   `suffix` "compressed" names by the compress operation, "ocr" by ocr, any other word by
-///   clean.
+///   `suffix` "compressed" names by the compress operation, "ocr" by ocr, "redacted" by redact,
+///   any other word by clean.
 void withOutputs(const std::vector<std::filesystem::path>& inputs,
                  const std::optional<std::string>& explicitOut, bool replace,
                  const std::string& suffix, const OutputBody& body);

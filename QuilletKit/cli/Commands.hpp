@@ -23,6 +23,7 @@ void runClean(const Arguments& arguments, CommandIO& io);
 void runProtect(const Arguments& arguments, CommandIO& io);
 void runUnprotect(const Arguments& arguments, CommandIO& io);
 void runOCR(const Arguments& arguments, CommandIO& io);
+void runRedact(const Arguments& arguments, CommandIO& io);
 void runInfo(const Arguments& arguments, CommandIO& io);
 void runJob(const Arguments& arguments, CommandIO& io);
 

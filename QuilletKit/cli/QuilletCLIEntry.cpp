@@ -23,7 +23,7 @@ const std::map<std::string_view, Runner>& commandTable() {
         {"compress", runCompress}, {"merge", runMerge},         {"split", runSplit},
         {"convert", runConvert},   {"images", runImages},       {"clean", runClean},
         {"protect", runProtect},   {"unprotect", runUnprotect}, {"info", runInfo},
-        {"job", runJob},           {"ocr", runOCR},
+        {"job", runJob},           {"ocr", runOCR},             {"redact", runRedact},
     };
     return table;
 }

@@ -40,7 +40,8 @@ TemporaryFile reserveBeside(const std::filesystem::path& destination,
 
 void writeValidated(const PDFDocument& document, const std::filesystem::path& destination,
                     int expectedPageCount, const PDFPasswords* passwords,
-                    const std::string& unwritableFolderText) {
+                    const std::string& unwritableFolderText,
+                    const std::function<void(const std::filesystem::path&)>& proof) {
     auto temporary = reserveBeside(destination, unwritableFolderText);
     const auto writeFailed = PDFCoreError::writeFailed(destination.filename().string());
     try {
@@ -57,6 +58,9 @@ void writeValidated(const PDFDocument& document, const std::filesystem::path& de
                            : PDFDocumentEngine::validateOutput(temporary.path(), expectedPageCount);
     if (!check.ok) {
         throw PDFCoreError::validationFailed(check.message);
+    }
+    if (proof) {
+        proof(temporary.path());
     }
     try {
         temporary.commit(destination);

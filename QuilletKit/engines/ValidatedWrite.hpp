@@ -9,6 +9,7 @@
 #include "platform/PDFDocument.hpp"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace quillet {
@@ -21,10 +22,12 @@ namespace quillet {
 /// final rename fails, or `unwritableFolderText` (when not empty) when no temporary file can be
 /// made beside the destination (missing or read-only folder); validationFailed with the reason
 /// ("Could not re-open the generated PDF.", "Page count mismatch (ACTUAL vs EXPECTED).", ...) when
-/// the written file does not pass. On every failure the destination is unchanged and no
-/// temporary file is left.
+/// the written file does not pass. `proof`, when given, is called with the written file once it
+/// has passed, before the move, and may throw to refuse it. On every failure the destination is
+/// unchanged and no temporary file is left.
 void writeValidated(const PDFDocument& document, const std::filesystem::path& destination,
                     int expectedPageCount, const PDFPasswords* passwords = nullptr,
-                    const std::string& unwritableFolderText = {});
+                    const std::string& unwritableFolderText = {},
+                    const std::function<void(const std::filesystem::path&)>& proof = {});
 
 } // namespace quillet

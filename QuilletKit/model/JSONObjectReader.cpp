@@ -78,6 +78,28 @@ std::vector<std::int64_t> decodeIntList(const nlohmann::ordered_json& value, std
     return list;
 }
 
+std::vector<double> decodeDoubleList(const nlohmann::ordered_json& value, std::string_view key) {
+    if (!value.is_array()) {
+        throwMismatch(key, "a list of numbers", value);
+    }
+    std::vector<double> list;
+    for (const auto& element : value) {
+        list.push_back(decodeDouble(element, key));
+    }
+    return list;
+}
+
+std::vector<std::string> decodeStringList(const nlohmann::ordered_json& value, std::string_view key) {
+    if (!value.is_array()) {
+        throwMismatch(key, "a list of strings", value);
+    }
+    std::vector<std::string> list;
+    for (const auto& element : value) {
+        list.push_back(decodeString(element, key));
+    }
+    return list;
+}
+
 } // namespace json_detail
 
 JSONObjectReader::JSONObjectReader(const nlohmann::ordered_json& object) : object_(object) {
@@ -101,6 +123,24 @@ void JSONObjectReader::throwMissing(std::string_view key) {
 void JSONObjectReader::throwNull(std::string_view key) {
     throw JSONDecodingError(Kind::valueNotFound, std::string(key),
                             fmt::format("Key \"{}\" holds null", key));
+}
+
+std::vector<JSONObjectReader> JSONObjectReader::objects(std::string_view key) const {
+    const auto* found = find(key);
+    if (found == nullptr || found->is_null()) {
+        return {};
+    }
+    if (!found->is_array()) {
+        json_detail::throwMismatch(key, "a list of objects", *found);
+    }
+    std::vector<JSONObjectReader> readers;
+    for (const auto& element : *found) {
+        if (!element.is_object()) {
+            json_detail::throwMismatch(key, "a list of objects", element);
+        }
+        readers.emplace_back(element);
+    }
+    return readers;
 }
 
 } // namespace quillet

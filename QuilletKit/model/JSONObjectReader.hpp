@@ -1,8 +1,8 @@
 // Typed, key-checked reading of one JSON object, shared by every decoder that persists a model
 // value (parameters, output rules, task records).
 //
-// Supported value types: bool, std::int64_t, double, std::string, std::vector<std::int64_t> and
-// every enumeration with a `RawValueNames` specialisation (read from its raw string). Every
+// Supported value types: bool, std::int64_t, double, std::string, lists of integers, numbers and
+// strings, and every enumeration with a `RawValueNames` specialisation (read from its raw string). Every
 // failure is a `JSONDecodingError` naming the key:
 //   - `require` of a missing key: keyNotFound; of a null: valueNotFound;
 //   - a value of the wrong JSON type: typeMismatch (an integer accepts an integral float such as
@@ -40,6 +40,8 @@ std::int64_t decodeInt(const nlohmann::ordered_json& value, std::string_view key
 double decodeDouble(const nlohmann::ordered_json& value, std::string_view key);
 std::string decodeString(const nlohmann::ordered_json& value, std::string_view key);
 std::vector<std::int64_t> decodeIntList(const nlohmann::ordered_json& value, std::string_view key);
+std::vector<double> decodeDoubleList(const nlohmann::ordered_json& value, std::string_view key);
+std::vector<std::string> decodeStringList(const nlohmann::ordered_json& value, std::string_view key);
 
 template <typename T> T decode(const nlohmann::ordered_json& value, std::string_view key) {
     if constexpr (std::is_same_v<T, bool>) {
@@ -52,6 +54,10 @@ template <typename T> T decode(const nlohmann::ordered_json& value, std::string_
         return decodeString(value, key);
     } else if constexpr (std::is_same_v<T, std::vector<std::int64_t>>) {
         return decodeIntList(value, key);
+    } else if constexpr (std::is_same_v<T, std::vector<double>>) {
+        return decodeDoubleList(value, key);
+    } else if constexpr (std::is_same_v<T, std::vector<std::string>>) {
+        return decodeStringList(value, key);
     } else {
         static_assert(RawValueEnum<T>, "no JSON decoding for this type");
         auto text = decodeString(value, key);
@@ -93,6 +99,10 @@ class JSONObjectReader {
         auto present = ifPresent<T>(key);
         return present ? std::move(*present) : std::move(fallback);
     }
+
+    /// The objects of the list at `key`, each with a reader of its own (none when the key is
+    /// missing or null); typeMismatch when it is no list or holds anything but objects.
+    std::vector<JSONObjectReader> objects(std::string_view key) const;
 
   private:
     const nlohmann::ordered_json* find(std::string_view key) const;

@@ -15,6 +15,7 @@ std::string_view displayName(PDFOperationKind kind) {
     case PDFOperationKind::protect: return "Protect";
     case PDFOperationKind::unprotect: return "Remove Password";
     case PDFOperationKind::ocr: return "Make Searchable";
+    case PDFOperationKind::redact: return "Redact";
     }
     return {};
 }

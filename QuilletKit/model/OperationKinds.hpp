@@ -20,6 +20,7 @@ enum class PDFOperationKind {
     protect,
     unprotect,
     ocr,
+    redact,
 };
 
 /// The user-facing name of an operation ("PDF → Images", "Privacy Clean", ...).
@@ -39,9 +40,9 @@ constexpr bool supportsQuality(ImageOutputFormat format) {
 }
 
 template <> struct RawValueNames<PDFOperationKind> {
-    static constexpr std::array<std::string_view, 11> names{
-        "compress",    "targetSize",  "merge", "split",     "organize", "pdfToImages",
-        "imagesToPDF", "clean",       "protect", "unprotect", "ocr"};
+    static constexpr std::array<std::string_view, 12> names{
+        "compress",    "targetSize", "merge",     "split", "organize", "pdfToImages",
+        "imagesToPDF", "clean",      "protect",   "unprotect", "ocr", "redact"};
 };
 template <> struct RawValueNames<CompressionQualityTier> {
     static constexpr std::array<std::string_view, 4> names{"highQuality", "balanced", "smallest",

@@ -68,6 +68,37 @@ void encode(Json& json, const P::OCR& c) {
     json["languages"] = c.languages;
 }
 
+void encode(Json& json, const P::Redact& c) {
+    json["areas"] = Json::array();
+    for (const auto& area : c.areas) {
+        json["areas"].push_back({{"page", area.page}, {"rect", area.rect}});
+    }
+    json["patterns"] = Json::array();
+    for (const auto& pattern : c.patterns) {
+        json["patterns"].push_back(
+            {{"text", pattern.text}, {"regex", pattern.regex}, {"matchCase", pattern.matchCase}});
+    }
+    json["presets"] = c.presets;
+    json["fill"] = c.fill;
+    json["password"] = c.password;
+}
+
+P::Redact decodeRedact(const JSONObjectReader& r) {
+    P::Redact redact;
+    for (const auto& area : r.objects("areas")) {
+        redact.areas.push_back({area.require<std::int64_t>("page"),
+                                area.require<std::vector<double>>("rect")});
+    }
+    for (const auto& pattern : r.objects("patterns")) {
+        redact.patterns.push_back({pattern.require<std::string>("text"),
+                                   pattern.value("regex", false), pattern.value("matchCase", false)});
+    }
+    redact.presets = r.value<std::vector<std::string>>("presets", {});
+    redact.fill = r.value<std::string>("fill", "black");
+    redact.password = r.value<std::string>("password", "");
+    return redact;
+}
+
 // Decoders, one per kind: required keys through `require`, the rest with their defaults.
 
 P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
@@ -95,6 +126,7 @@ P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
                           r.value<std::string>("ownerPassword", "")};
     case PDFOperationKind::unprotect: return P::Unprotect{r.value<std::string>("password", "")};
     case PDFOperationKind::ocr: return P::OCR{r.value<std::string>("languages", "eng")};
+    case PDFOperationKind::redact: return decodeRedact(r);
     }
     return {};
 }

@@ -87,9 +87,29 @@ struct OCR {
     bool operator==(const OCR&) const = default;
 };
 
+struct RedactArea {
+    std::int64_t page = 1;            // one-based
+    std::vector<double> rect;         // x, y, width, height in points, from the top-left corner
+    bool operator==(const RedactArea&) const = default;
+};
+struct RedactPattern {
+    std::string text;
+    bool regex = false;
+    bool matchCase = false;
+    bool operator==(const RedactPattern&) const = default;
+};
+struct Redact {
+    std::vector<RedactArea> areas;
+    std::vector<RedactPattern> patterns;
+    std::vector<std::string> presets; // "email", "phone", "iban", "card", "date"
+    std::string fill = "black";       // "black", "white", "none" or "#RRGGBB"
+    std::string password;             // of an encrypted input; never kept in history
+    bool operator==(const Redact&) const = default;
+};
+
 /// Alternatives in `PDFOperationKind` order: the index is the kind.
 using Any = std::variant<Compress, TargetSize, Merge, Split, Organize, PDFToImages, ImagesToPDF,
-                         Clean, Protect, Unprotect, OCR>;
+                         Clean, Protect, Unprotect, OCR, Redact>;
 
 template <typename C, typename Variant> inline constexpr bool isAlternativeOf = false;
 template <typename C, typename... Alternatives>
@@ -113,6 +133,7 @@ struct OperationParameters {
     using Protect = parameter_cases::Protect;
     using Unprotect = parameter_cases::Unprotect;
     using OCR = parameter_cases::OCR;
+    using Redact = parameter_cases::Redact;
 
     using Case = parameter_cases::Any;
 

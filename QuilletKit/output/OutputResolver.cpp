@@ -44,6 +44,7 @@ std::string_view actionWord(PDFOperationKind operation) {
     case PDFOperationKind::protect: return "protected";
     case PDFOperationKind::unprotect: return "unlocked";
     case PDFOperationKind::ocr: return "ocr";
+    case PDFOperationKind::redact: return "redacted";
     }
     return "";
 }

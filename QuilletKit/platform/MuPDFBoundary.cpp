@@ -1,6 +1,7 @@
 #include "platform/MuPDFBoundary.hpp"
 
 #include "platform/ColourManagedDevice.hpp"
+#include "platform/MuPDFCaught.hpp"
 
 #include <climits>
 #include <cstdint>
@@ -11,19 +12,12 @@ namespace quillet::mupdf {
 
 namespace {
 
-// Everything between here and the end of the anonymous namespace is C-like on purpose: no object
-// with a destructor may be alive while MuPDF can longjmp, so errors are copied into this plain
-// struct and thrown only after the function has returned. Results assigned inside fz_try are
-// volatile so that a longjmp cannot leave them in a stale register.
-struct Caught {
-    int code = 0;
-    char message[256] = {};
-};
+using detail::Caught;
+using detail::raise;
+using detail::remember;
 
-void remember(fz_context* ctx, Caught* caught) {
-    caught->code = fz_caught(ctx);
-    fz_strlcpy(caught->message, fz_caught_message(ctx), sizeof caught->message);
-}
+// Everything between here and the end of the anonymous namespace is C-like on purpose (see
+// MuPDFCaught.hpp).
 
 void ignoreMessage(void*, const char*) {
 }
@@ -353,10 +347,6 @@ int tryRunForGlyphs(fz_context* ctx, fz_page* page, GlyphSink sink, void* user, 
 } // namespace
 
 namespace {
-
-[[noreturn]] void raise(const Caught& caught) {
-    throw Error(caught.code, caught.message);
-}
 
 void silence(fz_context* ctx) {
     fz_set_error_callback(ctx, ignoreMessage, nullptr);

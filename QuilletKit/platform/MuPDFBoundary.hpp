@@ -1,5 +1,5 @@
-// The only place where MuPDF functions that can fail are called (geometry helpers such as
-// fz_concat cannot, and are used freely).
+// With MuPDFEditor.cpp, the only place where MuPDF functions that can fail are called (geometry
+// helpers such as fz_concat cannot, and are used freely).
 //
 // MuPDF reports errors with setjmp/longjmp. A longjmp that crosses a C++ frame skips its
 // destructors, so every MuPDF call that can throw runs inside a small C-like function in

@@ -50,6 +50,13 @@ std::optional<std::string> parametersDataWithoutPasswords(const std::string& dat
             protect->ownerPassword.clear();
         } else if (auto* unprotect = std::get_if<OperationParameters::Unprotect>(&parameters.value)) {
             unprotect->password.clear();
+        } else if (auto* redact = std::get_if<OperationParameters::Redact>(&parameters.value)) {
+            // What a user wants gone is not written down anywhere else: the words and
+            // expressions go with the password; areas and presets stay.
+            redact->password.clear();
+            for (auto& pattern : redact->patterns) {
+                pattern.text.clear();
+            }
         }
         return encodedParameters(parameters);
     } catch (const std::exception&) {

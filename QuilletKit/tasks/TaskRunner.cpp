@@ -8,12 +8,14 @@
 #include "engines/PDFMergeEngine.hpp"
 #include "engines/PDFMetadataEngine.hpp"
 #include "engines/PDFOCREngine.hpp"
+#include "engines/PDFRedactionEngine.hpp"
 #include "engines/PDFOrganizeEngine.hpp"
 #include "engines/PDFSecurityEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
 #include "output/OutputResolver.hpp"
 #include "platform/FreeNames.hpp"
 #include "tasks/MergeSeparators.hpp"
+#include "tasks/RedactionRequest.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -277,6 +279,23 @@ FileBody ocrBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCan
     };
 }
 
+FileBody redactBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
+    const auto& parameters = requireParameters<P::Redact>(spec, "Missing redaction parameters.");
+    auto request = std::make_shared<RedactionRequest>(redactionRequest(parameters));
+    // A request that cannot work fails the job before any file is read or named.
+    PDFRedactionEngine::validate(*request);
+    return [&spec, request, &isCancelled](const fs::path& input,
+                                          const TaskRunner::Progress& progress) {
+        const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
+        RedactionOutcome outcome;
+        auto file = writtenFile(writeAndPlace(output, [&] {
+            outcome = PDFRedactionEngine::redact(input, output, *request, progress, isCancelled);
+        }));
+        file.note = redactionNote(outcome);
+        return file;
+    };
+}
+
 FileBody organizeBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
     const auto& parameters = requireParameters<P::Organize>(spec, "Missing organize parameters.");
     return [&spec, &parameters, &isCancelled](const fs::path& input,
@@ -350,6 +369,8 @@ FileBody bodyFor(const TaskSpec& spec, const TaskRunner::CancellationTest& isCan
         return organizeBody(spec, isCancelled);
     case PDFOperationKind::ocr:
         return ocrBody(spec, isCancelled);
+    case PDFOperationKind::redact:
+        return redactBody(spec, isCancelled);
     case PDFOperationKind::merge:
     case PDFOperationKind::imagesToPDF:
         break;

@@ -1,0 +1,267 @@
+#include "engines/PDFRedactionEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "engines/RedactedDrawing.hpp"
+#include "engines/RedactedExtras.hpp"
+#include "engines/ValidatedWrite.hpp"
+#include "platform/MuPDFBoundary.hpp"
+#include "platform/MuPDFEditor.hpp"
+#include "platform/TemporaryFile.hpp"
+
+#include <qpdf/Pl_String.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+using Box = MuPDFEditor::Box;
+using Area = RedactedDrawing::Area;
+
+std::optional<RedactedDrawing::Colour> fillColour(const std::string& fill) {
+    if (fill == "black") {
+        return RedactedDrawing::Colour{0, 0, 0};
+    }
+    if (fill == "white") {
+        return RedactedDrawing::Colour{1, 1, 1};
+    }
+    if (fill == "none") {
+        return std::nullopt;
+    }
+    const bool hex = fill.size() == 7 && fill[0] == '#' &&
+                     std::all_of(fill.begin() + 1, fill.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); });
+    if (!hex) {
+        throw PDFCoreError::invalidInput("Unknown fill \"" + fill +
+                                             "\" (black, white, none or #RRGGBB).");
+    }
+    const auto channel = [&](int at) { return std::stoi(fill.substr(static_cast<std::size_t>(at), 2), nullptr, 16) / 255.0; };
+    return RedactedDrawing::Colour{channel(1), channel(3), channel(5)};
+}
+
+void report(const PDFRedactionEngine::Progress& progress, double fraction) {
+    if (progress) {
+        progress(fraction);
+    }
+}
+
+void checkCancelled(const PDFRedactionEngine::Cancelled& cancelled) {
+    if (cancelled && cancelled()) {
+        throw CancellationError();
+    }
+}
+
+// The input opened for MuPDF, with the errors a user understands.
+MuPDFEditor openEditor(const fs::path& input, const std::string& password) {
+    // qpdf's reading names a missing, damaged or locked file as the other engines do.
+    (void)PDFDocumentEngine::openUnlock(input, password);
+    try {
+        return MuPDFEditor::open(input, password);
+    } catch (const MuPDFEditor::PasswordRequired&) {
+        throw PDFCoreError::wrongPassword();
+    } catch (const mupdf::Error& error) {
+        throw PDFCoreError::cannotOpen(input, error.what());
+    }
+}
+
+Box boxOf(const RedactionArea& area) {
+    return {area.x, area.y, area.x + area.width, area.y + area.height};
+}
+
+Area inUserSpace(const Box& box, const std::array<double, 6>& m) {
+    Area area{1e300, 1e300, -1e300, -1e300};
+    for (const auto& [x, y] : {std::pair{box.x0, box.y0}, std::pair{box.x1, box.y0},
+                               std::pair{box.x0, box.y1}, std::pair{box.x1, box.y1}}) {
+        const double ux = x * m[0] + y * m[2] + m[4];
+        const double uy = x * m[1] + y * m[3] + m[5];
+        area = {std::min(area.x0, ux), std::min(area.y0, uy), std::max(area.x1, ux),
+                std::max(area.y1, uy)};
+    }
+    return area;
+}
+
+std::string contentOf(QPDFPageObjectHelper page) {
+    std::string content;
+    Pl_String sink("page content", nullptr, content);
+    page.pipeContents(&sink);
+    return content;
+}
+
+// The written file read again: nothing under an area, no match anywhere.
+void prove(const fs::path& written, const std::map<int, std::vector<Box>>& boxes,
+           const RedactionFinder& finder) {
+    const auto fail = [](const std::string& why) {
+        throw PDFCoreError::validationFailed("The redaction could not be proven: " + why +
+                                             ". Nothing was written.");
+    };
+    std::optional<MuPDFEditor> reopened;
+    try {
+        reopened.emplace(MuPDFEditor::open(written));
+    } catch (const std::exception& error) {
+        fail(std::string("the written file cannot be read (") + error.what() + ")");
+    }
+    auto& editor = *reopened;
+    for (int index = 0; index < editor.pageCount(); ++index) {
+        const auto lines = editor.lines(index);
+        if (const auto found = boxes.find(index); found != boxes.end()) {
+            for (const auto& line : lines) {
+                for (const auto& glyph : line) {
+                    const double cx = (glyph.box.x0 + glyph.box.x1) / 2;
+                    const double cy = (glyph.box.y0 + glyph.box.y1) / 2;
+                    for (const Box& box : found->second) {
+                        if (cx > box.x0 && cx < box.x1 && cy > box.y0 && cy < box.y1) {
+                            fail(fmt::format("text remains under an area on page {}", index + 1));
+                        }
+                    }
+                }
+            }
+        }
+        if (const auto left = finder.find(lines); !left.empty()) {
+            fail(fmt::format("\"{}\" still matches on page {}", left.front().text, index + 1));
+        }
+    }
+    auto document = PDFDocumentEngine::openCG(written);
+    if (RedactedExtras::countMatches(document.qpdf(), finder) > 0) {
+        fail("a match remains in the document's metadata, outline, annotations or forms");
+    }
+}
+
+} // namespace
+
+void PDFRedactionEngine::validate(const RedactionRequest& request) {
+    if (request.areas.empty() && request.patterns.empty() && request.presets.empty()) {
+        throw PDFCoreError::invalidInput(
+            "Nothing to redact: give an area, some words, an expression or a preset.");
+    }
+    for (const auto& area : request.areas) {
+        if (area.page < 1) {
+            throw PDFCoreError::invalidInput(
+                fmt::format("Redaction area on page {}: pages are numbered from 1.", area.page));
+        }
+        if (!(area.width > 0) || !(area.height > 0)) {
+            throw PDFCoreError::invalidInput(fmt::format(
+                "Redaction area {}:{},{},{},{} has no width or height.", area.page, area.x,
+                area.y, area.width, area.height));
+        }
+    }
+    (void)fillColour(request.fill);
+    (void)RedactionFinder(request.patterns, request.presets);
+}
+
+std::vector<RedactionHit> PDFRedactionEngine::find(const fs::path& input,
+                                                   const RedactionRequest& request,
+                                                   const Progress& progress,
+                                                   const Cancelled& cancelled) {
+    validate(request);
+    const RedactionFinder finder(request.patterns, request.presets);
+    auto editor = openEditor(input, request.password);
+    std::vector<RedactionHit> hits;
+    const int count = editor.pageCount();
+    for (int index = 0; index < count; ++index) {
+        checkCancelled(cancelled);
+        for (auto& match : finder.find(editor.lines(index))) {
+            hits.push_back({index + 1, std::move(match)});
+        }
+        report(progress, static_cast<double>(index + 1) / count);
+    }
+    return hits;
+}
+
+RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::path& output,
+                                            const RedactionRequest& request,
+                                            const Progress& progress, const Cancelled& cancelled) {
+    validate(request);
+    const RedactionFinder finder(request.patterns, request.presets);
+    const auto fill = fillColour(request.fill);
+    auto editor = openEditor(input, request.password);
+    const int count = editor.pageCount();
+    RedactionOutcome outcome;
+    for (const auto& area : request.areas) {
+        if (area.page > count) {
+            throw PDFCoreError::invalidInput(
+                fmt::format("Redaction area on page {}: {} has {} pages.", area.page,
+                            input.filename().string(), count));
+        }
+    }
+
+    // MuPDF takes the glyphs and pixels out from under every area, page by page.
+    std::map<int, std::vector<Box>> boxes;
+    std::map<int, std::array<double, 6>> toUser;
+    try {
+        for (int index = 0; index < count; ++index) {
+            checkCancelled(cancelled);
+            auto& page = boxes[index];
+            for (const auto& area : request.areas) {
+                if (area.page == index + 1) {
+                    page.push_back(boxOf(area));
+                    ++outcome.areas;
+                }
+            }
+            if (!finder.empty()) {
+                for (const auto& match : finder.find(editor.lines(index))) {
+                    page.insert(page.end(), match.boxes.begin(), match.boxes.end());
+                    ++outcome.matchesByPattern[match.label];
+                    ++outcome.areas;
+                }
+            }
+            if (page.empty()) {
+                boxes.erase(index);
+                continue;
+            }
+            ++outcome.pages;
+            toUser[index] = editor.toUserSpace(index);
+            editor.redact(index, page);
+            report(progress, 0.6 * (index + 1) / count);
+        }
+    } catch (const mupdf::Error& error) {
+        throw PDFCoreError::invalidInput(input.filename().string() + ": " + error.what());
+    }
+
+    auto stage = TemporaryFile::inSystemTemporaryFolder(".pdf");
+    try {
+        editor.save(stage.path());
+    } catch (const mupdf::Error& error) {
+        throw PDFCoreError::writeFailed(output.filename().string() + ": " + error.what());
+    }
+    checkCancelled(cancelled);
+
+    // qpdf removes the drawing under the areas, paints them, and clears what lies elsewhere.
+    auto document = PDFDocumentEngine::openCG(stage.path());
+    auto pages = QPDFPageDocumentHelper(document.qpdf()).getAllPages();
+    for (const auto& [index, pageBoxes] : boxes) {
+        if (index >= static_cast<int>(pages.size())) {
+            break;
+        }
+        std::vector<Area> areas;
+        for (const Box& box : pageBoxes) {
+            areas.push_back(inUserSpace(box, toUser.at(index)));
+        }
+        auto& page = pages[static_cast<std::size_t>(index)];
+        int removed = 0;
+        const std::string content = RedactedDrawing::clipBefore(areas) +
+                                    RedactedDrawing::withoutPathsUnder(contentOf(page), areas,
+                                                                       removed) +
+                                    RedactedDrawing::fillAfter(areas, fill);
+        page.getObjectHandle().replaceKey(
+            "/Contents", QPDFObjectHandle::newStream(&document.qpdf(), content));
+        RedactedExtras::removeAnnotationsUnder(document.qpdf(), page.getObjectHandle(), areas);
+    }
+    outcome.matchesElsewhere = RedactedExtras::eraseMatches(document.qpdf(), finder);
+    if (outcome.areas == 0 && outcome.matchesElsewhere == 0) {
+        throw PDFCoreError::invalidInput(input.filename().string() + ": nothing to redact");
+    }
+    report(progress, 0.8);
+    writeValidated(document, output, count, nullptr, {},
+                   [&](const fs::path& written) { prove(written, boxes, finder); });
+    report(progress, 1.0);
+    return outcome;
+}
+
+} // namespace quillet
