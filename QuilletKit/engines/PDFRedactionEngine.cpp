@@ -16,8 +16,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
+#include <exception>
 #include <optional>
+#include <thread>
 
 namespace quillet {
 namespace fs = std::filesystem;
@@ -60,8 +63,10 @@ void checkCancelled(const PDFRedactionEngine::Cancelled& cancelled) {
 
 // The input opened for MuPDF, with the errors a user understands.
 MuPDFEditor openEditor(const fs::path& input, const std::string& password) {
-    // qpdf's reading names a missing, damaged or locked file as the other engines do.
-    (void)PDFDocumentEngine::openUnlock(input, password);
+    std::error_code missing;
+    if (!fs::is_regular_file(input, missing)) {
+        throw PDFCoreError::fileNotFound(input);
+    }
     try {
         return MuPDFEditor::open(input, password);
     } catch (const MuPDFEditor::PasswordRequired&) {
@@ -69,6 +74,61 @@ MuPDFEditor openEditor(const fs::path& input, const std::string& password) {
     } catch (const mupdf::Error& error) {
         throw PDFCoreError::cannotOpen(input, error.what());
     }
+}
+
+// Each page's matches, found on all cores: every thread reads its share of the pages with an
+// editor of its own (MuPDF contexts are not shared). Only the calling thread reports progress
+// and asks whether to stop; the others follow its word.
+std::vector<std::vector<RedactionMatch>> matchesOnPages(
+    const fs::path& input, const std::string& password, const RedactionFinder& finder, int count,
+    const PDFRedactionEngine::Progress& progress, const PDFRedactionEngine::Cancelled& cancelled,
+    double share) {
+    std::vector<std::vector<RedactionMatch>> found(static_cast<std::size_t>(count));
+    if (finder.empty() || count == 0) {
+        return found;
+    }
+    const int threads = static_cast<int>(
+        std::clamp<unsigned>(std::thread::hardware_concurrency(), 1u, static_cast<unsigned>(count)));
+    std::atomic<int> done{0};
+    std::atomic<bool> stop{false};
+    std::vector<std::exception_ptr> failures(static_cast<std::size_t>(threads));
+    const auto work = [&](int thread) {
+        try {
+            auto editor = MuPDFEditor::open(input, password);
+            for (int index = thread; index < count && !stop; index += threads) {
+                found[static_cast<std::size_t>(index)] = finder.find(editor.lines(index));
+                const int finished = ++done;
+                if (thread == 0) {
+                    if (cancelled && cancelled()) {
+                        stop = true;
+                    }
+                    report(progress, share * finished / count);
+                }
+            }
+        } catch (...) {
+            failures[static_cast<std::size_t>(thread)] = std::current_exception();
+            stop = true;
+        }
+    };
+    std::vector<std::thread> helpers;
+    for (int thread = 1; thread < threads; ++thread) {
+        helpers.emplace_back(work, thread);
+    }
+    work(0);
+    for (auto& helper : helpers) {
+        helper.join();
+    }
+    for (const auto& failure : failures) {
+        if (failure) {
+            try {
+                std::rethrow_exception(failure);
+            } catch (const mupdf::Error& error) {
+                throw PDFCoreError::invalidInput(input.filename().string() + ": " + error.what());
+            }
+        }
+    }
+    checkCancelled(cancelled);
+    return found;
 }
 
 Box boxOf(const RedactionArea& area) {
@@ -108,17 +168,17 @@ void prove(const fs::path& written, const std::map<int, std::vector<Box>>& boxes
         fail(std::string("the written file cannot be read (") + error.what() + ")");
     }
     auto& editor = *reopened;
-    for (int index = 0; index < editor.pageCount(); ++index) {
+    // Only the redacted pages changed: every other page shows the text it showed, in which
+    // nothing matched.
+    for (const auto& [index, pageBoxes] : boxes) {
         const auto lines = editor.lines(index);
-        if (const auto found = boxes.find(index); found != boxes.end()) {
-            for (const auto& line : lines) {
-                for (const auto& glyph : line) {
-                    const double cx = (glyph.box.x0 + glyph.box.x1) / 2;
-                    const double cy = (glyph.box.y0 + glyph.box.y1) / 2;
-                    for (const Box& box : found->second) {
-                        if (cx > box.x0 && cx < box.x1 && cy > box.y0 && cy < box.y1) {
-                            fail(fmt::format("text remains under an area on page {}", index + 1));
-                        }
+        for (const auto& line : lines) {
+            for (const auto& glyph : line) {
+                const double cx = (glyph.box.x0 + glyph.box.x1) / 2;
+                const double cy = (glyph.box.y0 + glyph.box.y1) / 2;
+                for (const Box& box : pageBoxes) {
+                    if (cx > box.x0 && cx < box.x1 && cy > box.y0 && cy < box.y1) {
+                        fail(fmt::format("text remains under an area on page {}", index + 1));
                     }
                 }
             }
@@ -161,15 +221,13 @@ std::vector<RedactionHit> PDFRedactionEngine::find(const fs::path& input,
                                                    const Cancelled& cancelled) {
     validate(request);
     const RedactionFinder finder(request.patterns, request.presets);
-    auto editor = openEditor(input, request.password);
+    const int count = openEditor(input, request.password).pageCount();
+    auto found = matchesOnPages(input, request.password, finder, count, progress, cancelled, 1.0);
     std::vector<RedactionHit> hits;
-    const int count = editor.pageCount();
     for (int index = 0; index < count; ++index) {
-        checkCancelled(cancelled);
-        for (auto& match : finder.find(editor.lines(index))) {
+        for (auto& match : found[static_cast<std::size_t>(index)]) {
             hits.push_back({index + 1, std::move(match)});
         }
-        report(progress, static_cast<double>(index + 1) / count);
     }
     return hits;
 }
@@ -192,11 +250,11 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
     }
 
     // MuPDF takes the glyphs and pixels out from under every area, page by page.
+    const auto found = matchesOnPages(input, request.password, finder, count, progress, cancelled, 0.5);
     std::map<int, std::vector<Box>> boxes;
     std::map<int, std::array<double, 6>> toUser;
     try {
         for (int index = 0; index < count; ++index) {
-            checkCancelled(cancelled);
             auto& page = boxes[index];
             for (const auto& area : request.areas) {
                 if (area.page == index + 1) {
@@ -204,22 +262,21 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
                     ++outcome.areas;
                 }
             }
-            if (!finder.empty()) {
-                for (const auto& match : finder.find(editor.lines(index))) {
-                    page.insert(page.end(), match.boxes.begin(), match.boxes.end());
-                    ++outcome.matchesByPattern[match.label];
-                    ++outcome.areas;
-                }
+            for (const auto& match : found[static_cast<std::size_t>(index)]) {
+                page.insert(page.end(), match.boxes.begin(), match.boxes.end());
+                ++outcome.matchesByPattern[match.label];
+                ++outcome.areas;
             }
             if (page.empty()) {
                 boxes.erase(index);
                 continue;
             }
+            checkCancelled(cancelled);
             ++outcome.pages;
             toUser[index] = editor.toUserSpace(index);
             editor.redact(index, page);
-            report(progress, 0.6 * (index + 1) / count);
         }
+        report(progress, 0.6);
     } catch (const mupdf::Error& error) {
         throw PDFCoreError::invalidInput(input.filename().string() + ": " + error.what());
     }

@@ -115,10 +115,16 @@ struct RedactionFinder::Matcher {
     std::wregex expression;
     bool wholeWords = false;
     bool (*accepts)(const std::wstring&) = nullptr;
+    // Text without any of these characters cannot match (empty: no such shortcut). Running an
+    // expression over a page costs far more than looking for one character.
+    std::wstring needs;
 
     // [start, end) pairs in `text`.
     std::vector<std::pair<std::size_t, std::size_t>> matches(const std::wstring& text) const {
         std::vector<std::pair<std::size_t, std::size_t>> found;
+        if (!needs.empty() && text.find_first_of(needs) == std::wstring::npos) {
+            return found;
+        }
         for (auto it = std::wsregex_iterator(text.begin(), text.end(), expression);
              it != std::wsregex_iterator(); ++it) {
             const auto start = static_cast<std::size_t>(it->position());
@@ -179,6 +185,7 @@ Matcher preset(const std::string& name) {
     auto m = std::make_unique<RedactionFinder::Matcher>();
     m->label = name;
     m->wholeWords = true;
+    m->needs = name == "email" ? L"@" : L"0123456789";
     if (name == "email") {
         m->expression = std::wregex(
             LR"([A-Za-z0-9._%+-]+@[A-Za-z0-9-]+(?:\.[A-Za-z0-9-]+)*\.[A-Za-z]{2,})", ECMAScript);
@@ -229,6 +236,15 @@ Matcher pattern(const RedactionPattern& given) {
                                              "\": " + error.what());
     }
     m->wholeWords = !given.regex;
+    if (!given.regex) {
+        // Words need their first letter, in either case.
+        const std::wstring words = decodeUTF8(given.text);
+        const auto first = words.find_first_not_of(L" \t\r\n");
+        if (first != std::wstring::npos) {
+            const auto c = static_cast<wint_t>(words[first]);
+            m->needs = {static_cast<wchar_t>(std::towlower(c)), static_cast<wchar_t>(std::towupper(c))};
+        }
+    }
     return m;
 }
 

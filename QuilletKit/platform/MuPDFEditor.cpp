@@ -141,7 +141,12 @@ MuPDFEditor::Box MuPDFEditor::pageBox(int index) {
 std::vector<MuPDFEditor::Line> MuPDFEditor::lines(int index) {
     Caught caught;
     fz_context* ctx = impl_->ctx.get();
-    fz_stext_page* text = tryText(ctx, impl_->page(index), &caught);
+    // Read and let go: only pages that are redacted stay loaded.
+    const auto kept = impl_->pages.find(index);
+    const mupdf::PagePtr loaded = kept == impl_->pages.end()
+                                      ? mupdf::loadPage(ctx, impl_->doc.get(), index)
+                                      : mupdf::PagePtr(nullptr, mupdf::PageDeleter{ctx});
+    fz_stext_page* text = tryText(ctx, loaded ? loaded.get() : kept->second.get(), &caught);
     if (!text) {
         raise(caught);
     }
