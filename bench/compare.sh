@@ -12,7 +12,7 @@ reports=$(mktemp)
 trap 'rm -f "$rows" "$reports"' EXIT
 export QUILLET_BENCH_ROWS="$rows"
 
-for script in info compress scans shrink split merge convert target-size ocr; do
+for script in info compress scans shrink split merge convert target-size ocr redact; do
     echo "running bench/$script.sh" >&2
     { echo "### bench/$script.sh"; echo; echo '```'; "$root/bench/$script.sh" 2>&1 | grep -v $'\r'; echo '```'; echo; } >>"$reports"
 done
