@@ -141,6 +141,17 @@ TEST(ParametersData, PasswordsAreEmptiedAndUndecodableTextIsDropped) {
     const auto unprotect =
         parametersDataWithoutPasswords(encodedParameters(OperationParameters::Unprotect{"pw"}));
     EXPECT_EQ(*unprotect, R"({"type":"unprotect","password":""})");
+    // What a user wants gone is not kept either: the words go, areas and presets stay.
+    OperationParameters::Redact redact;
+    redact.areas = {{2, {72, 90, 200, 14}}};
+    redact.patterns = {{"Jane Roe", false, true}};
+    redact.presets = {"iban"};
+    redact.password = "pw";
+    const auto kept = parametersDataWithoutPasswords(encodedParameters(redact));
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(*kept, R"({"type":"redact","areas":[{"page":2,"rect":[72.0,90.0,200.0,14.0]}],)"
+                     R"("patterns":[{"text":"","regex":false,"matchCase":true}],)"
+                     R"("presets":["iban"],"fill":"black","password":""})");
     EXPECT_FALSE(parametersDataWithoutPasswords("{\"password\":\"x\"}"));
 }
 
