@@ -341,6 +341,38 @@
         <source>Make searchable (OCR)</source>
         <translation>Make searchable (OCR)</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation>Redact</translation>
+    </message>
+    <message>
+        <source>Words to redact</source>
+        <translation>Words to redact</translation>
+    </message>
+    <message>
+        <source>Words, separated by commas</source>
+        <translation>Words, separated by commas</translation>
+    </message>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>E-mail addresses</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>Phone numbers</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBANs</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>Card numbers</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>Dates</translation>
+    </message>
 </context>
 <context>
     <name>quillet::BeforeAfterView</name>

@@ -333,6 +333,38 @@
         <source>Make searchable (OCR)</source>
         <translation>使文字可搜索（OCR）</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation>涂黑</translation>
+    </message>
+    <message>
+        <source>Words to redact</source>
+        <translation>要涂黑的词语</translation>
+    </message>
+    <message>
+        <source>Words, separated by commas</source>
+        <translation>词语，用逗号分隔</translation>
+    </message>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>电子邮件地址</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>电话号码</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBAN 账号</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>银行卡号</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>日期</translation>
+    </message>
 </context>
 <context>
     <name>quillet::BeforeAfterView</name>

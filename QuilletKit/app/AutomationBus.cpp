@@ -94,6 +94,17 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         "      </arg>\n"
         "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
         "    </method>\n"
+        "    <!-- Redact PDF: \"Redact PATTERNS in FILES\". Answers the redacted copies. -->\n"
+        "    <method name=\"RedactPDF\">\n"
+        "      <annotation name=\"org.freedesktop.DBus.Description\" value=\"Redact PDF: Redact patterns in files\"/>\n"
+        "      <arg name=\"files\" type=\"as\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"PDFs (absolute paths)\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"patterns\" type=\"as\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"Words, regex:EXPRESSION or preset:email|phone|iban|card|date\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
+        "    </method>\n"
         "  </interface>\n")
     // clang-format on
 
@@ -133,6 +144,18 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         answer(message, [&] {
             return Intent::makeSearchable(AutomationBus::absolutePaths(files),
                                           languages.toStdString());
+        });
+        return {};
+    }
+
+    QStringList RedactPDF(const QStringList& files, const QStringList& patterns,
+                          const QDBusMessage& message) {
+        answer(message, [&] {
+            std::vector<std::string> given;
+            for (const auto& pattern : patterns) {
+                given.push_back(pattern.toStdString());
+            }
+            return Intent::redact(AutomationBus::absolutePaths(files), given);
         });
         return {};
     }

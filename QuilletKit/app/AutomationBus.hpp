@@ -7,6 +7,7 @@
 //   ConvertPDFToImages(s file, i dpi) -> as
 //   CleanPDF(as files) -> as
 //   MakePDFSearchable(as files, s languages) -> as
+//   RedactPDF(as files, as patterns) -> as   (words, "regex:EXPRESSION" or "preset:NAME")
 //
 // Files are absolute paths; the answer is the absolute paths of the produced files. Each call is
 // queued on the IntentRunner and answered when its action ends (a delayed reply), so a caller

@@ -1,6 +1,8 @@
 #include "app/IntentRunner.hpp"
 
 #include "engines/PDFOCREngine.hpp"
+#include "engines/PDFRedactionEngine.hpp"
+#include "tasks/RedactionRequest.hpp"
 #include "platform/UUID.hpp"
 #include "tasks/queue/JobWorker.hpp"
 
@@ -63,6 +65,21 @@ Intent Intent::makeSearchable(std::vector<fs::path> files, std::string languages
     PDFOCREngine::requireLanguages(languages);
     return {"ocr", std::move(files), PDFOperationKind::ocr,
             OperationParameters::OCR{std::move(languages)}};
+}
+
+Intent Intent::redact(std::vector<fs::path> files, const std::vector<std::string>& patterns) {
+    OperationParameters::Redact redact;
+    for (const auto& pattern : patterns) {
+        if (pattern.starts_with("preset:")) {
+            redact.presets.push_back(pattern.substr(7));
+        } else if (pattern.starts_with("regex:")) {
+            redact.patterns.push_back({pattern.substr(6), true, false});
+        } else {
+            redact.patterns.push_back({pattern, false, false});
+        }
+    }
+    PDFRedactionEngine::validate(redactionRequest(redact));
+    return {"redact", std::move(files), PDFOperationKind::redact, std::move(redact)};
 }
 
 IntentRunner::IntentRunner(QStringList workerCommand, fs::path temporaryFolder, QObject* parent)

@@ -1,4 +1,4 @@
-// The automation actions: compress, merge, split, convert, clean and make searchable files
+// The automation actions: compress, merge, split, convert, clean, make searchable and redact files
 // handed in by a script, answering the files produced.
 //
 // Every action follows the same steps (`perform`): a fresh work folder
@@ -37,7 +37,7 @@ namespace quillet {
 
 /// One action as received: its word, the files and the operation to run on them.
 struct Intent {
-    std::string word; ///< "compress", "merge", "split", "convert", "clean" or "ocr"
+    std::string word; ///< "compress", "merge", "split", "convert", "clean", "ocr" or "redact"
     std::vector<std::filesystem::path> files;
     PDFOperationKind operation = PDFOperationKind::compress;
     OperationParameters parameters;
@@ -53,6 +53,10 @@ struct Intent {
     /// `languages` empty reads English. Throws PDFCoreError (invalidInput) naming a language
     /// that is not installed.
     static Intent makeSearchable(std::vector<std::filesystem::path> files, std::string languages);
+    /// Each pattern is words to find, or "regex:EXPRESSION", or "preset:email" (phone, iban,
+    /// card, date). Throws PDFCoreError (invalidInput) naming a pattern that cannot be used.
+    static Intent redact(std::vector<std::filesystem::path> files,
+                         const std::vector<std::string>& patterns);
 };
 
 class IntentRunner : public QObject {

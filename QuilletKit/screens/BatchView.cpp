@@ -5,6 +5,7 @@
 #include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -38,6 +39,7 @@ QString BatchView::label(BatchAction action) {
     case BatchAction::rotate90: return tr("Rotate 90°");
     case BatchAction::removePassword: return tr("Remove Password (known password)");
     case BatchAction::makeSearchable: return tr("Make searchable (OCR)");
+    case BatchAction::redact: return tr("Redact");
     }
     return {};
 }
@@ -54,6 +56,7 @@ PDFOperationKind BatchView::operation(BatchAction action) {
     case BatchAction::rotate90: return PDFOperationKind::organize;
     case BatchAction::removePassword: return PDFOperationKind::unprotect;
     case BatchAction::makeSearchable: return PDFOperationKind::ocr;
+    case BatchAction::redact: return PDFOperationKind::redact;
     }
     return PDFOperationKind::compress;
 }
@@ -73,8 +76,22 @@ OperationParameters BatchView::parameters(BatchAction action, const std::string&
     case BatchAction::rotate90: return P::Organize{};
     case BatchAction::removePassword: return P::Unprotect{password};
     case BatchAction::makeSearchable: return P::OCR{"eng"};
+    case BatchAction::redact: return P::Redact{};
     }
     return {};
+}
+
+OperationParameters::Redact BatchView::redaction(const QString& words, const QStringList& presets) {
+    OperationParameters::Redact redact;
+    for (const QString& word : words.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        if (const QString trimmed = word.trimmed(); !trimmed.isEmpty()) {
+            redact.patterns.push_back({trimmed.toStdString(), false, false});
+        }
+    }
+    for (const QString& preset : presets) {
+        redact.presets.push_back(preset.toStdString());
+    }
+    return redact;
 }
 
 BatchView::BatchView(const ScreenContext& context, QWidget* parent)
@@ -106,6 +123,32 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     passwordLayout->addWidget(passwordLabel);
     passwordLayout->addWidget(password_);
     passwordLayout->addWidget(passwordNote, 1);
+
+    redactRow_ = new QWidget(this);
+    auto* redactLayout = new QHBoxLayout(redactRow_);
+    redactLayout->setContentsMargins(0, 0, 0, 0);
+    redactLayout->setSpacing(8);
+    redactWords_ = new QLineEdit(redactRow_);
+    redactWords_->setObjectName(QStringLiteral("redactWords"));
+    redactWords_->setAccessibleName(tr("Words to redact"));
+    redactWords_->setPlaceholderText(tr("Words, separated by commas"));
+    redactWords_->setMinimumWidth(200);
+    auto* wordsLabel = new QLabel(tr("Words to redact"), redactRow_);
+    wordsLabel->setBuddy(redactWords_);
+    redactLayout->addWidget(wordsLabel);
+    redactLayout->addWidget(redactWords_, 1);
+    for (const auto& [preset, text] :
+         {std::pair{QStringLiteral("email"), tr("E-mail addresses")},
+          std::pair{QStringLiteral("phone"), tr("Phone numbers")},
+          std::pair{QStringLiteral("iban"), tr("IBANs")},
+          std::pair{QStringLiteral("card"), tr("Card numbers")},
+          std::pair{QStringLiteral("date"), tr("Dates")}}) {
+        auto* box = new QCheckBox(text, redactRow_);
+        box->setObjectName(QStringLiteral("preset-") + preset);
+        redactLayout->addWidget(box);
+        redactPresets_.emplace_back(preset, box);
+        connect(box, &QCheckBox::toggled, this, &BatchView::updateActions);
+    }
 
     auto* choice = new QHBoxLayout;
     choice->setSpacing(8);
@@ -140,11 +183,13 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     layout->setSpacing(12);
     layout->addLayout(choice);
     layout->addWidget(passwordRow_);
+    layout->addWidget(redactRow_);
     layout->addWidget(rows_, 1);
     layout->addWidget(bar_);
 
     connect(actions_, &QComboBox::currentIndexChanged, this, &BatchView::updateActions);
     connect(password_, &QLineEdit::textChanged, this, &BatchView::updateActions);
+    connect(redactWords_, &QLineEdit::textChanged, this, &BatchView::updateActions);
     AppModel& model = context_.model();
     connectWhenShown(&model, &AppModel::filesChanged, this, [this] {
         if (isVisible()) {
@@ -175,9 +220,22 @@ void BatchView::runBatch() {
         password_->setFocus();
         return;
     }
+    QStringList presets;
+    for (const auto& [preset, box] : redactPresets_) {
+        if (box->isChecked()) {
+            presets.append(preset);
+        }
+    }
+    const auto redact = redaction(redactWords_->text(), presets);
+    if (chosen == BatchAction::redact && redact.patterns.empty() && redact.presets.empty()) {
+        redactWords_->setFocus();
+        return;
+    }
     const OutputRule rule = context_.model().settings().outputRule();
     const auto kind = operation(chosen);
-    const auto chosenParameters = parameters(chosen, password_->text().toStdString());
+    const auto chosenParameters = chosen == BatchAction::redact
+                                      ? OperationParameters(redact)
+                                      : parameters(chosen, password_->text().toStdString());
     std::vector<TaskSpec> specs;
     specs.reserve(static_cast<std::size_t>(files.size()));
     for (const QString& file : files) {
@@ -285,6 +343,7 @@ void BatchView::updateActions() {
     const auto count = static_cast<int>(context_.model().files().size());
     const bool needsPassword = action() == BatchAction::removePassword;
     passwordRow_->setVisible(needsPassword);
+    redactRow_->setVisible(action() == BatchAction::redact);
     bar_->button().setText(tr("Run on %n files", nullptr, count));
     bar_->button().setEnabled(count > 0);
     bar_->showNote(count == 0 ? tr("Drop PDFs or a folder above.") : QString());

@@ -14,8 +14,10 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -44,19 +46,23 @@ class BatchView : public QWidget {
         rotate90,
         removePassword,
         makeSearchable,
+        redact,
     };
-    static constexpr int actionCount = 10;
+    static constexpr int actionCount = 11;
 
     /// The label the picker shows for `action`, translated.
     static QString label(BatchAction action);
-    /// The operation and parameters of the jobs `action` submits (`password` for removePassword).
+    /// The operation and parameters of the jobs `action` submits (`password` for removePassword;
+    /// redact takes its words and presets from `redaction`).
     static PDFOperationKind operation(BatchAction action);
     static OperationParameters parameters(BatchAction action, const std::string& password);
+    /// Redaction by the words given (separated by commas) and the presets ticked: no drawn areas.
+    static OperationParameters::Redact redaction(const QString& words, const QStringList& presets);
 
     BatchAction action() const;
     void setAction(BatchAction action);
-    /// Submits one job per loaded file; nothing without files, or for removePassword without a
-    /// password.
+    /// Submits one job per loaded file; nothing without files, for removePassword without a
+    /// password, or for redact without a word or a preset.
     void runBatch();
 
   protected:
@@ -72,6 +78,9 @@ class BatchView : public QWidget {
     QComboBox* actions_ = nullptr;
     QWidget* passwordRow_ = nullptr;
     QLineEdit* password_ = nullptr;
+    QWidget* redactRow_ = nullptr;
+    QLineEdit* redactWords_ = nullptr;
+    std::vector<std::pair<QString, QCheckBox*>> redactPresets_; ///< preset name, its box
     QTreeWidget* rows_ = nullptr;
     QHash<QString, QTreeWidgetItem*> itemByPath_;
     /// Rows made by `building_` and not yet in the list: they go in together, so that the list

@@ -109,6 +109,10 @@ void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
     QTest::newRow("the tenth action reads scans in English")
         << int(A::makeSearchable) << 2 << "" << 2 << int(PDFOperationKind::ocr)
         << R"({"type":"ocr","languages":"eng"})";
+    QTest::newRow("redact takes the words typed, separated by commas")
+        << int(A::redact) << 2 << " Jane Roe, ACME " << 2 << int(PDFOperationKind::redact)
+        << R"({"type":"redact","patterns":[{"text":"Jane Roe"},{"text":"ACME"}]})";
+    QTest::newRow("redact with nothing to look for, no job") << int(A::redact) << 2 << "" << 0 << 0 << "";
 }
 
 void SectionScreensTest::batchSubmitsOneJobPerFile() {
@@ -130,6 +134,7 @@ void SectionScreensTest::batchSubmitsOneJobPerFile() {
     BatchView view(screens.context());
     view.setAction(static_cast<BatchView::BatchAction>(action));
     view.findChild<QLineEdit*>("password")->setText(password);
+    view.findChild<QLineEdit*>("redactWords")->setText(password);
     QCOMPARE(view.findChild<QPushButton*>("run")->text(), QStringLiteral("Run on %1 files").arg(files));
     click(view);
 
