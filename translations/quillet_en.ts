@@ -1823,6 +1823,10 @@
         <source>Tick at least one language.</source>
         <translation>Tick at least one language.</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation>Redact</translation>
+    </message>
 </context>
 <context>
     <name>quillet::QueuePanel</name>
@@ -2296,6 +2300,135 @@
     <message>
         <source>Splitting %1: follow it in the queue.</source>
         <translation>Splitting %1: follow it in the queue.</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPanel</name>
+    <message>
+        <source>Previous</source>
+        <translation>Previous</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Remove boxes</source>
+        <translation>Remove boxes</translation>
+    </message>
+    <message>
+        <source>Words or an expression to remove</source>
+        <translation>Words or an expression to remove</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>Match case</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regular expression</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>E-mail addresses</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>Phone numbers</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBANs</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>Card numbers</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>Dates</translation>
+    </message>
+    <message>
+        <source>Matches to redact</source>
+        <translation>Matches to redact</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Page</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Found by</source>
+        <translation>Found by</translation>
+    </message>
+    <message>
+        <source>No PDF loaded.</source>
+        <translation>No PDF loaded.</translation>
+    </message>
+    <message>
+        <source>Boxes are drawn on %1.</source>
+        <translation>Boxes are drawn on %1.</translation>
+    </message>
+    <message>
+        <source>Reading the pages…</source>
+        <translation>Reading the pages…</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be shown.</source>
+        <translation>This PDF cannot be shown.</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message>
+        <source>Searching…</source>
+        <translation>Searching…</translation>
+    </message>
+    <message>
+        <source>Nothing found.</source>
+        <translation>Nothing found.</translation>
+    </message>
+    <message>
+        <source>Draw a box on the page, or search for words or a preset.</source>
+        <translation>Draw a box on the page, or search for words or a preset.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n match(es): untick one to keep it.</source>
+        <translation>
+            <numerusform>%n match: untick it to keep it.</numerusform>
+            <numerusform>%n matches: untick one to keep it.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPageView</name>
+    <message>
+        <source>Page to redact</source>
+        <translation>Page to redact</translation>
+    </message>
+    <message>
+        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
+        <translation>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</translation>
+    </message>
+    <message>
+        <source>Drop a PDF above to draw boxes on its pages.</source>
+        <translation>Drop a PDF above to draw boxes on its pages.</translation>
     </message>
 </context>
 </TS>

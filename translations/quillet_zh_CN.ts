@@ -1787,6 +1787,10 @@
         <source>Tick at least one language.</source>
         <translation>请至少勾选一种语言。</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation>涂黑</translation>
+    </message>
 </context>
 <context>
     <name>quillet::QueuePanel</name>
@@ -2252,6 +2256,134 @@
     <message>
         <source>Splitting %1: follow it in the queue.</source>
         <translation>正在拆分 %1，可在任务队列中查看进度。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPanel</name>
+    <message>
+        <source>Previous</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一页</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Remove boxes</source>
+        <translation>移除所有框</translation>
+    </message>
+    <message>
+        <source>Words or an expression to remove</source>
+        <translation>要移除的词语或表达式</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>区分大小写</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>正则表达式</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>查找</translation>
+    </message>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>电子邮件地址</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>电话号码</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBAN 账号</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>银行卡号</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>Matches to redact</source>
+        <translation>要涂黑的匹配项</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>页</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Found by</source>
+        <translation>查找依据</translation>
+    </message>
+    <message>
+        <source>No PDF loaded.</source>
+        <translation>未载入 PDF。</translation>
+    </message>
+    <message>
+        <source>Boxes are drawn on %1.</source>
+        <translation>在 %1 上绘制涂黑框。</translation>
+    </message>
+    <message>
+        <source>Reading the pages…</source>
+        <translation>正在读取页面…</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be shown.</source>
+        <translation>无法显示此 PDF。</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>第 %1 页，共 %2 页</translation>
+    </message>
+    <message>
+        <source>Searching…</source>
+        <translation>正在搜索…</translation>
+    </message>
+    <message>
+        <source>Nothing found.</source>
+        <translation>未找到任何内容。</translation>
+    </message>
+    <message>
+        <source>Draw a box on the page, or search for words or a preset.</source>
+        <translation>请在页面上绘制框，或搜索词语或选择预设。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n match(es): untick one to keep it.</source>
+        <translation>
+            <numerusform>%n 处匹配：取消勾选即可保留</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPageView</name>
+    <message>
+        <source>Page to redact</source>
+        <translation>要涂黑的页面</translation>
+    </message>
+    <message>
+        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
+        <translation>拖动以在要移除的内容上绘制框。Delete 键删除所选框，Ctrl+Z 撤销。</translation>
+    </message>
+    <message>
+        <source>Drop a PDF above to draw boxes on its pages.</source>
+        <translation>将 PDF 拖放到上方，即可在其页面上绘制框。</translation>
     </message>
 </context>
 </TS>

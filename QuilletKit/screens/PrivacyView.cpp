@@ -3,6 +3,7 @@
 #include "platform/TextRecognizer.hpp"
 #include "screens/Coalesced.hpp"
 #include "screens/ScreenParts.hpp"
+#include "screens/RedactPanel.hpp"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -97,7 +98,10 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
     tasks_->addTab(buildProtect(), tr("Add Password"));
     tasks_->addTab(buildRemovePassword(), tr("Remove Password"));
     tasks_->addTab(buildMakeSearchable(), tr("Make Searchable"));
+    redact_ = new RedactPanel(context_.app.renders(), tasks_);
+    tasks_->addTab(redact_, tr("Redact"));
     connect(tasks_, &QTabWidget::currentChanged, this, &PrivacyView::refresh);
+    connect(redact_, &RedactPanel::changed, this, &PrivacyView::refresh);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -111,6 +115,7 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
             context_.model().ensureAnalyses();
         }
         refreshMetadata();
+        redact_->setFiles(ScreenFiles::pdfs(context_.model()));
         refresh();
     });
     connectCoalesced(&model, &AppModel::analysisChanged, this, &PrivacyView::refreshMetadata);
@@ -136,6 +141,7 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
                 }
             });
     refreshMetadata();
+    redact_->setFiles(ScreenFiles::pdfs(context_.model()));
     refresh();
 }
 
@@ -328,13 +334,14 @@ QString PrivacyView::problem(bool running) const {
                                                      : QString();
     case Task::makeSearchable:
         return languages().empty() ? tr("Tick at least one language.") : QString();
+    case Task::redact: return redact_->problem(running);
     }
     return {};
 }
 
 void PrivacyView::refresh() {
     const QString actions[] = {tr("Clean"), tr("Protect"), tr("Remove Password"),
-                               tr("Make Searchable")};
+                               tr("Make Searchable"), tr("Redact")};
     bar_->button().setText(actions[tasks_->currentIndex()]);
     bar_->button().setEnabled(!context_.model().files().isEmpty());
     if (const QString why = problem(false); !why.isEmpty()) {
@@ -379,6 +386,12 @@ void PrivacyView::runTask() {
         break;
     case Task::makeSearchable:
         model.run(PDFOperationKind::ocr, OperationParameters::OCR{languages()}, pdfs);
+        break;
+    case Task::redact:
+        for (const auto& [pdf, redaction] : redact_->jobs(pdfs)) {
+            model.run(PDFOperationKind::redact, redaction, QStringList{pdf});
+        }
+        redact_->clearAfterQueued();
         break;
     }
     bar_->showNote(

@@ -1,7 +1,7 @@
-// The privacy screen, four tasks on the loaded PDFs: remove metadata (three presets, each saying
+// The privacy screen, five tasks on the loaded PDFs: remove metadata (three presets, each saying
 // what it removes, beside the personal details each file's analysis found), protect with a
-// password (typed twice; an owner password optional), remove a known password, and make scanned
-// pages searchable in the languages chosen. A recommendation followed from the home screen
+// password (typed twice; an owner password optional), remove a known password, make scanned
+// pages searchable in the languages chosen, and redact (RedactPanel). A recommendation followed from the home screen
 // preselects its task and preset; the scanned-document one also starts the job.
 //
 // Passwords go into the job and nowhere else: the fields are emptied once a job is queued, and
@@ -22,6 +22,7 @@ class QTreeWidget;
 namespace quillet {
 
 class ActionBar;
+class RedactPanel;
 
 class PrivacyView : public QWidget {
     Q_OBJECT
@@ -29,7 +30,7 @@ class PrivacyView : public QWidget {
   public:
     explicit PrivacyView(const ScreenContext& context, QWidget* parent = nullptr);
 
-    enum class Task { clean, protect, removePassword, makeSearchable };
+    enum class Task { clean, protect, removePassword, makeSearchable, redact };
     Task task() const;
     void selectTask(Task task);
     CleanPreset preset() const;
@@ -61,6 +62,7 @@ class PrivacyView : public QWidget {
     QLineEdit* owner_ = nullptr;
     QLineEdit* current_ = nullptr;
     QList<QPair<QString, QCheckBox*>> languages_; // code and its box
+    RedactPanel* redact_ = nullptr;
     ActionBar* bar_ = nullptr;
     SlicedLoop filling_;
 };

@@ -9,6 +9,7 @@
 #include "screens/HistoryView.hpp"
 #include "screens/MergeView.hpp"
 #include "screens/PrivacyView.hpp"
+#include "screens/RedactPageView.hpp"
 #include "screens/SplitView.hpp"
 #include "tasks/PersistedList.hpp"
 
@@ -21,6 +22,8 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTabWidget>
+#include <QTreeWidget>
+#include <QTest>
 
 
 using namespace quillet;
@@ -81,6 +84,7 @@ class SectionScreensTest : public QObject {
     void historyRunsAJobAgainWithItsParameters();
     void splitRangesFromTheScreenToPartsOnDisk();
     void privacyRefusesMismatchedPasswordsAndFollowsSuggestions();
+    void redactTabTurnsBoxesAndTickedMatchesIntoAJob();
     void mergeOrderFollowsDragsAndRemovals();
 };
 
@@ -273,6 +277,55 @@ void SectionScreensTest::privacyRefusesMismatchedPasswordsAndFollowsSuggestions(
     model.openWithSuggestion(AppModel::Section::compress, qpath(input),
                              OperationParameters::Clean{CleanPreset::safe});
     QCOMPARE(view.task(), PrivacyView::Task::makeSearchable);
+}
+
+// The Redact tab: a search lists its matches, an unticked one is kept, a box drawn with the mouse
+// is removed, and the job carries the boxes (in points of the page) rather than the words.
+void SectionScreensTest::redactTabTurnsBoxesAndTickedMatchesIntoAJob() {
+    TempDir dir;
+    Screens screens(dir, holdingWorker());
+    const auto input = dir.path() / "pages.pdf";
+    std::filesystem::copy_file(test::corpus("004-pdflatex-4-pages/pdflatex-4-pages.pdf"), input);
+    PrivacyView view(screens.context());
+    view.resize(1000, 800);
+    view.show();
+    screens.app.model().setFiles({qpath(input)});
+    view.selectTask(PrivacyView::Task::redact);
+    view.runTask();
+    QCOMPARE(message(view), QStringLiteral("Draw a box on the page, or search for words or a preset."));
+
+    view.findChild<QLineEdit*>("redactSearch")->setText("Huardest gefburn");
+    QTest::mouseClick(view.findChild<QPushButton*>("redactFind"), Qt::LeftButton);
+    auto* matches = view.findChild<QTreeWidget*>("redactMatches");
+    QTRY_VERIFY_WITH_TIMEOUT(matches->topLevelItemCount() > 5, 10000);
+    const int found = matches->topLevelItemCount();
+    matches->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+
+    auto* page = view.findChild<RedactPageView*>("redactPage");
+    const auto pagesRead = [&] {
+        for (const auto* label : view.findChildren<QLabel*>()) {
+            if (label->text() == QStringLiteral("Page 1 of 4")) {
+                return true;
+            }
+        }
+        return false;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(pagesRead(), 10000);
+    QTest::mousePress(page, Qt::LeftButton, {}, QPoint(page->width() / 2 - 40, page->height() / 2 - 20));
+    QTest::mouseMove(page, QPoint(page->width() / 2 + 40, page->height() / 2 + 20));
+    QTest::mouseRelease(page, Qt::LeftButton, {}, QPoint(page->width() / 2 + 40, page->height() / 2 + 20));
+    QCOMPARE(page->drawn().size(), 1);
+    view.runTask();
+    QCOMPARE(screens.app.queue().records().size(), 1u);
+    const auto queued = decoded(screens.app.queue().records()[0].parametersData);
+    const auto* redact = queued.as<OperationParameters::Redact>();
+    QVERIFY(redact);
+    QVERIFY(redact->patterns.empty());
+    QVERIFY(static_cast<int>(redact->areas.size()) >= found); // the drawn box and the ticked matches
+    const auto& drawn = redact->areas.front();
+    QCOMPARE(drawn.page, 1);
+    QVERIFY(drawn.rect[2] > 20 && drawn.rect[2] < 200); // points, not pixels
+    QVERIFY(page->drawn().isEmpty()); // what is to go is not kept on screen
 }
 
 void SectionScreensTest::mergeOrderFollowsDragsAndRemovals() {
