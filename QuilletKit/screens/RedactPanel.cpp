@@ -59,8 +59,10 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     pager->addWidget(pageLabel_);
     pager->addWidget(next_);
     pager->addStretch(1);
-    pager->addWidget(undo);
-    pager->addWidget(clear);
+    auto* editing = new QHBoxLayout;
+    editing->addWidget(undo);
+    editing->addWidget(clear);
+    editing->addStretch(1);
 
     search_ = new QLineEdit(this);
     search_->setObjectName(QStringLiteral("redactSearch"));
@@ -72,12 +74,13 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     find_ = new QPushButton(tr("Find"), this);
     find_->setObjectName(QStringLiteral("redactFind"));
     auto* searchRow = new QHBoxLayout;
-    searchRow->addWidget(search_, 1);
     searchRow->addWidget(matchCase_);
     searchRow->addWidget(regex_);
+    searchRow->addStretch(1);
     searchRow->addWidget(find_);
 
-    auto* presetRow = new QHBoxLayout;
+    auto* presetRow = new QGridLayout;
+    int presetAt = 0;
     for (const auto& [preset, text] :
          {std::pair{QStringLiteral("email"), tr("E-mail addresses")},
           std::pair{QStringLiteral("phone"), tr("Phone numbers")},
@@ -86,11 +89,12 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
           std::pair{QStringLiteral("date"), tr("Dates")}}) {
         auto* box = new QCheckBox(text, this);
         box->setObjectName(QStringLiteral("redactPreset-") + preset);
-        presetRow->addWidget(box);
+        presetRow->addWidget(box, presetAt / 3, presetAt % 3);
+        ++presetAt;
         presets_.emplace_back(preset, box);
         connect(box, &QCheckBox::toggled, this, &RedactPanel::find);
     }
-    presetRow->addStretch(1);
+    presetRow->setColumnStretch(3, 1);
 
     hitsList_ = new QTreeWidget(this);
     hitsList_->setObjectName(QStringLiteral("redactMatches"));
@@ -104,6 +108,7 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     status_->setForegroundRole(QPalette::PlaceholderText);
 
     auto* side = new QVBoxLayout;
+    side->addWidget(search_);
     side->addLayout(searchRow);
     side->addLayout(presetRow);
     side->addWidget(hitsList_, 1);
@@ -112,6 +117,7 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     left->addWidget(file_);
     left->addWidget(page_, 1);
     left->addLayout(pager);
+    left->addLayout(editing);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(left, 1);

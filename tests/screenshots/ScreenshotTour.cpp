@@ -22,6 +22,8 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
 #include <QRadioButton>
 #include <QLabel>
 #include <QElapsedTimer>
@@ -186,6 +188,16 @@ int main(int argc, char** argv) {
     model.setSection(AppModel::Section::privacy);
     window.findChild<PrivacyView*>()->selectTask(PrivacyView::Task::makeSearchable);
     save(window, prefix + QStringLiteral("17-privacy-searchable.png"));
+    // Redact: the four-page document searched for a made-up name, its matches shown on the page.
+    model.acceptDropped({QUrl::fromLocalFile(pdfs[1])});
+    auto* privacy = window.findChild<PrivacyView*>();
+    privacy->selectTask(PrivacyView::Task::redact);
+    privacy->findChild<QLineEdit*>("redactSearch")->setText(QStringLiteral("Huardest gefburn"));
+    privacy->findChild<QPushButton*>("redactFind")->click();
+    waitFor([&] { return privacy->findChild<QTreeWidget*>("redactMatches")->topLevelItemCount() > 0; },
+            20000);
+    settle();
+    save(window, prefix + QStringLiteral("17b-privacy-redact.png"));
 
     // Organize: a document with turned pages and a long one inserted after it, two pages
     // selected, one of them turned by hand.
