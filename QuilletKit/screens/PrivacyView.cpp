@@ -102,6 +102,8 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
     tasks_->addTab(redact_, tr("Redact"));
     connect(tasks_, &QTabWidget::currentChanged, this, &PrivacyView::refresh);
     connect(redact_, &RedactPanel::changed, this, &PrivacyView::refresh);
+    connect(&context_.model().queue(), &TaskQueueService::recordsChanged, redact_,
+            [this] { redact_->queueChanged(context_.model().queue().records()); });
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -389,7 +391,10 @@ void PrivacyView::runTask() {
         break;
     case Task::redact:
         for (const auto& [pdf, redaction] : redact_->jobs(pdfs)) {
-            model.run(PDFOperationKind::redact, redaction, QStringList{pdf});
+            const auto id = model.run(PDFOperationKind::redact, redaction, QStringList{pdf});
+            if (id && pdf == pdfs.front()) {
+                redact_->watch(*id); // the file shown: its result can be compared with it
+            }
         }
         redact_->clearAfterQueued();
         break;

@@ -3,9 +3,12 @@
 #include "engines/PDFRedactionEngine.hpp"
 #include "engines/RedactionFinder.hpp"
 #include "platform/MuPDFEditor.hpp"
+#include "screens/BeforeAfterView.hpp"
 #include "screens/RedactPageView.hpp"
+#include "screens/ScreenParts.hpp"
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -106,6 +109,9 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     status_ = new QLabel(this);
     status_->setWordWrap(true);
     status_->setForegroundRole(QPalette::PlaceholderText);
+    compare_ = new QPushButton(tr("Before and after"), this);
+    compare_->setObjectName(QStringLiteral("redactCompare"));
+    compare_->setVisible(false);
 
     auto* side = new QVBoxLayout;
     side->addWidget(search_);
@@ -113,6 +119,7 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     side->addLayout(presetRow);
     side->addWidget(hitsList_, 1);
     side->addWidget(status_);
+    side->addWidget(compare_, 0, Qt::AlignLeft);
     auto* left = new QVBoxLayout;
     left->addWidget(file_);
     left->addWidget(page_, 1);
@@ -129,6 +136,17 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     connect(clear, &QPushButton::clicked, page_, &RedactPageView::clearDrawn);
     connect(page_, &RedactPageView::drawnChanged, this, &RedactPanel::changed);
     connect(find_, &QPushButton::clicked, this, &RedactPanel::find);
+    connect(compare_, &QPushButton::clicked, this, [this] {
+        auto* dialog = new QDialog(this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->setWindowTitle(tr("Before and after"));
+        auto* view = new BeforeAfterView(renders_, dialog);
+        auto* layout = new QVBoxLayout(dialog);
+        layout->addWidget(view);
+        dialog->resize(900, 700);
+        dialog->show();
+        view->compare(original_, result_, static_cast<int>(pageSizes_.size()));
+    });
     connect(search_, &QLineEdit::returnPressed, this, &RedactPanel::find);
     connect(search_, &QLineEdit::textChanged, this, [this] {
         ++generation_; // a search under way no longer answers what is typed
@@ -359,6 +377,28 @@ QString RedactPanel::problem(bool running) const {
         return QString::fromUtf8(error.what());
     }
     return {};
+}
+
+void RedactPanel::watch(const std::string& id) {
+    watched_ = id;
+    original_ = path_;
+    compare_->setVisible(false);
+}
+
+void RedactPanel::queueChanged(const std::vector<TaskRecord>& records) {
+    for (const TaskRecord& record : records) {
+        if (watched_.empty() || record.id != watched_) {
+            continue;
+        }
+        if (record.state == TaskState::completed && !record.outputURLs.empty()) {
+            result_ = ScreenFiles::localPath(record.outputURLs.front());
+            watched_.clear();
+            compare_->setVisible(true);
+        } else if (record.state == TaskState::failed || record.state == TaskState::cancelled) {
+            watched_.clear();
+        }
+        return;
+    }
 }
 
 void RedactPanel::clearAfterQueued() {

@@ -12,11 +12,13 @@
 #pragma once
 
 #include "model/OperationParameters.hpp"
+#include "tasks/TaskRecords.hpp"
 
 #include <QSizeF>
 #include <QStringList>
 #include <QWidget>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -50,6 +52,11 @@ class RedactPanel : public QWidget {
     /// Forgets the drawn boxes and the search once their jobs are queued (what is to be removed
     /// is not kept on screen).
     void clearAfterQueued();
+    /// Follows job `id` (the shown file's): once it has finished, "Before and after" opens its
+    /// result beside the original.
+    void watch(const std::string& id);
+    /// The queue's records changed.
+    void queueChanged(const std::vector<TaskRecord>& records);
 
   signals:
     void changed();
@@ -87,6 +94,10 @@ class RedactPanel : public QWidget {
     std::vector<Hit> hits_;
     /// Bumped whenever the file (both) or the search (`generation_`) changes: results of older
     /// readings and searches are dropped.
+    std::string watched_;
+    QString original_;
+    QString result_;
+    QPushButton* compare_ = nullptr;
     int fileGeneration_ = 0;
     int generation_ = 0;
 };
