@@ -39,8 +39,13 @@ QStringList existing(const QStringList& list) {
     return found;
 }
 
-bool needsPassword(PDFOperationKind operation) {
-    return operation == PDFOperationKind::protect || operation == PDFOperationKind::unprotect;
+// The history keeps no password and no words to redact: such jobs are asked for again.
+bool asksAgain(const OperationParameters& parameters) {
+    if (const auto* redact = parameters.as<OperationParameters::Redact>()) {
+        return !redact->patterns.empty();
+    }
+    return parameters.kind() == PDFOperationKind::protect ||
+           parameters.kind() == PDFOperationKind::unprotect;
 }
 
 } // namespace
@@ -192,8 +197,8 @@ void HistoryView::runAgain() {
         bar_->showProblem(tr("The files of this job are no longer where they were."));
         return;
     }
-    if (needsPassword(entry->operation)) {
-        // The history keeps no password: the privacy screen asks for it again.
+    if (asksAgain(*parameters)) {
+        // The privacy screen asks for what the history did not keep.
         context_.model().openWithSuggestion(AppModel::Section::privacy, inputs, *parameters);
         return;
     }

@@ -135,6 +135,9 @@ PrivacyView::PrivacyView(const ScreenContext& context, QWidget* parent)
                 } else if (suggested.as<OperationParameters::Protect>() != nullptr) {
                     selectTask(Task::protect);
                     password_->setFocus();
+                } else if (const auto* redaction = suggested.as<OperationParameters::Redact>()) {
+                    selectTask(Task::redact);
+                    redact_->offer(*redaction);
                 } else if (suggested.as<OperationParameters::OCR>() != nullptr) {
                     // A scanned document found on the home screen: read it in the languages
                     // ticked here (English unless changed).

@@ -65,6 +65,14 @@ void RedactPageView::clearDrawn() {
     }
 }
 
+void RedactPageView::setDrawn(const QMap<int, QList<QRectF>>& boxes) {
+    remember();
+    drawn_ = boxes;
+    selected_ = -1;
+    update();
+    emit drawnChanged();
+}
+
 void RedactPageView::undo() {
     if (history_.isEmpty()) {
         return;

@@ -34,6 +34,8 @@ class RedactPageView : public QWidget {
     /// Every drawn box, by page index.
     const QMap<int, QList<QRectF>>& drawn() const { return drawn_; }
     void clearDrawn();
+    /// Replaces the drawn boxes of the file shown (a job taken up again).
+    void setDrawn(const QMap<int, QList<QRectF>>& boxes);
     void undo();
 
     QSize sizeHint() const override { return {420, 540}; }

@@ -183,6 +183,11 @@ void RedactPanel::setFiles(const QStringList& pdfs) {
     if (path.isEmpty()) {
         return;
     }
+    if (!offered_.isEmpty()) {
+        page_->showPage(path, 0, {}); // the boxes belong to this file
+        page_->setDrawn(offered_);
+        offered_.clear();
+    }
     status_->setText(tr("Reading the pages…"));
     const int generation = fileGeneration_;
     inBackground(
@@ -377,6 +382,31 @@ QString RedactPanel::problem(bool running) const {
         return QString::fromUtf8(error.what());
     }
     return {};
+}
+
+void RedactPanel::offer(const OperationParameters::Redact& redaction) {
+    offered_.clear();
+    for (const auto& area : redaction.areas) {
+        if (area.rect.size() == 4) {
+            offered_[static_cast<int>(area.page) - 1].append(
+                QRectF(area.rect[0], area.rect[1], area.rect[2], area.rect[3]));
+        }
+    }
+    for (const auto& [preset, box] : presets_) {
+        const QSignalBlocker quiet(box);
+        box->setChecked(std::find(redaction.presets.begin(), redaction.presets.end(),
+                                  preset.toStdString()) != redaction.presets.end());
+    }
+    if (!path_.isEmpty() && !offered_.isEmpty()) {
+        page_->showPage(path_, pageIndex_, pageSizes_.value(pageIndex_)); // the boxes' file
+        page_->setDrawn(offered_);
+        offered_.clear();
+    }
+    if (!redaction.patterns.empty()) {
+        status_->setText(tr("Type the words again: the history does not keep them."));
+        search_->setFocus();
+    }
+    emit changed();
 }
 
 void RedactPanel::watch(const std::string& id) {

@@ -14,6 +14,8 @@
 #include "model/OperationParameters.hpp"
 #include "tasks/TaskRecords.hpp"
 
+#include <QMap>
+#include <QRectF>
 #include <QSizeF>
 #include <QStringList>
 #include <QWidget>
@@ -52,6 +54,9 @@ class RedactPanel : public QWidget {
     /// Forgets the drawn boxes and the search once their jobs are queued (what is to be removed
     /// is not kept on screen).
     void clearAfterQueued();
+    /// Takes up a job from the history: its boxes and presets again, and the search field asks
+    /// for the words, which the history does not keep.
+    void offer(const OperationParameters::Redact& redaction);
     /// Follows job `id` (the shown file's): once it has finished, "Before and after" opens its
     /// result beside the original.
     void watch(const std::string& id);
@@ -94,6 +99,7 @@ class RedactPanel : public QWidget {
     std::vector<Hit> hits_;
     /// Bumped whenever the file (both) or the search (`generation_`) changes: results of older
     /// readings and searches are dropped.
+    QMap<int, QList<QRectF>> offered_; ///< boxes of a job taken up, shown once its file is
     std::string watched_;
     QString original_;
     QString result_;

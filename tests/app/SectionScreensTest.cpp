@@ -326,6 +326,18 @@ void SectionScreensTest::redactTabTurnsBoxesAndTickedMatchesIntoAJob() {
     QCOMPARE(drawn.page, 1);
     QVERIFY(drawn.rect[2] > 20 && drawn.rect[2] < 200); // points, not pixels
     QVERIFY(page->drawn().isEmpty()); // what is to go is not kept on screen
+
+    // Taken up again from the history: the boxes and presets come back, the words are asked for.
+    OperationParameters::Redact again;
+    again.areas = {{2, {72, 72, 100, 40}}};
+    again.patterns = {{"", false, false}};
+    again.presets = {"date"};
+    screens.app.model().openWithSuggestion(AppModel::Section::privacy, qpath(input), again);
+    QCOMPARE(view.task(), PrivacyView::Task::redact);
+    QVERIFY(view.findChild<QCheckBox*>("redactPreset-date")->isChecked());
+    QCOMPARE(page->drawn().value(1).size(), 1);
+    QVERIFY(view.findChild<QLineEdit*>("redactSearch")->hasFocus() ||
+            view.findChild<QLineEdit*>("redactSearch")->text().isEmpty());
 }
 
 void SectionScreensTest::mergeOrderFollowsDragsAndRemovals() {
