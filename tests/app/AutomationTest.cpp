@@ -92,6 +92,10 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
          "out-pdflatex-4-pages-part-part1\\.pdf,out-pdflatex-4-pages-part-part2\\.pdf"},
         {"MergePDFs", {QStringList{one, four}}, "merge", "out-merged-[0-9-]+\\.pdf"},
         {"ConvertPDFToImages", {one, 72}, "convert", "out-minimal-document-.*1\\.png"},
+        {"RedactPDF",
+         {QStringList{four}, QStringList{"Huardest gefburn", "preset:email"}},
+         "redact",
+         "out-pdflatex-4-pages-redacted\\.pdf"},
     };
     // All sent at once: the runner queues them and answers each.
     std::vector<QDBusPendingCall> pending;
@@ -133,6 +137,7 @@ void AutomationTest::errorsAnswerTheFailedError() {
         {intents("CleanPDF", {QStringList{"relative.pdf"}}), "not an absolute path"},
         {intents("MakePDFSearchable", {QStringList{one}, QString("eng+xyz")}),
          "tesseract-ocr-xyz"},
+        {intents("RedactPDF", {QStringList{one}, QStringList{"regex:(open"}}), "(open"},
     };
     for (const auto& [call, text] : cases) {
         QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), 60000);

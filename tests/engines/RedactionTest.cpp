@@ -131,19 +131,20 @@ TEST(Redaction, WordsGoWhereverTheyStandAndTheRestStaysAsItWas) {
     }
 }
 
-// A photo with an area over part of it and a signature drawn as paths, with no fill painted: the
-// photo's own pixels under the area are blanked, the signature's paths are gone from the content,
-// and a line crossing the area's edge keeps its part outside.
+// A photo with an area over part of it, a signature drawn as paths and a note, with no fill
+// painted: the photo's own pixels under the area are blanked, the signature's paths are gone from
+// the content, a line crossing the area's edge keeps its part outside, and the note goes.
 TEST(Redaction, PixelsAndDrawingsUnderAnAreaAreGone) {
     test::TempDir dir;
     PDFBuilder builder;
     auto& page = builder.addPage();
     page.image({.width = 300, .height = 200, .grain = 40}, 100, 400, 300, 200);
+    page.textNote("initialled here"); // at the top left, under the third area
     page.content("q 2 w 120 120 m 150 160 170 100 200 140 c S Q");
     page.content("q 1 w 50 110 m 400 110 l S Q");
     const auto input = builder.write(dir / "signed.pdf");
     RedactionRequest request;
-    request.areas = {{1, 150, 250, 100, 80}, {1, 110, 625, 100, 75}};
+    request.areas = {{1, 150, 250, 100, 80}, {1, 110, 625, 100, 75}, {1, 40, 40, 20, 10}};
     request.fill = "none";
     const auto output = dir / "signed-redacted.pdf";
     PDFRedactionEngine::redact(input, output, request);
@@ -154,6 +155,8 @@ TEST(Redaction, PixelsAndDrawingsUnderAnAreaAreGone) {
     const auto content = test::pageContents(qpdf.getAllPages().front());
     EXPECT_EQ(content.find("200 140 c"), std::string::npos) << content;
     EXPECT_NE(content.find("400 110 l"), std::string::npos) << content;
+    auto annots = QPDFObjectHandle(qpdf.getAllPages().front()).getKey("/Annots");
+    EXPECT_FALSE(annots.isArray() && annots.getArrayNItems() > 0);
 
     const std::vector<MuPDFEditor::Box> photo{{150, 250, 250, 330}};
     const std::vector<MuPDFEditor::Box> signature{{110, 625, 210, 700}};
