@@ -353,26 +353,6 @@
         <source>Words, separated by commas</source>
         <translation>Words, separated by commas</translation>
     </message>
-    <message>
-        <source>E-mail addresses</source>
-        <translation>E-mail addresses</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>Phone numbers</translation>
-    </message>
-    <message>
-        <source>IBANs</source>
-        <translation>IBANs</translation>
-    </message>
-    <message>
-        <source>Card numbers</source>
-        <translation>Card numbers</translation>
-    </message>
-    <message>
-        <source>Dates</source>
-        <translation>Dates</translation>
-    </message>
 </context>
 <context>
     <name>quillet::BeforeAfterView</name>
@@ -2341,26 +2321,6 @@
         <translation>Find</translation>
     </message>
     <message>
-        <source>E-mail addresses</source>
-        <translation>E-mail addresses</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>Phone numbers</translation>
-    </message>
-    <message>
-        <source>IBANs</source>
-        <translation>IBANs</translation>
-    </message>
-    <message>
-        <source>Card numbers</source>
-        <translation>Card numbers</translation>
-    </message>
-    <message>
-        <source>Dates</source>
-        <translation>Dates</translation>
-    </message>
-    <message>
         <source>Matches to redact</source>
         <translation>Matches to redact</translation>
     </message>
@@ -2429,6 +2389,29 @@
     <message>
         <source>Drop a PDF above to draw boxes on its pages.</source>
         <translation>Drop a PDF above to draw boxes on its pages.</translation>
+    </message>
+</context>
+<context>
+    <name>RedactionPresets</name>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>E-mail addresses</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>Phone numbers</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBANs</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>Card numbers</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>Dates</translation>
     </message>
 </context>
 </TS>

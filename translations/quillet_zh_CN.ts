@@ -345,26 +345,6 @@
         <source>Words, separated by commas</source>
         <translation>词语，用逗号分隔</translation>
     </message>
-    <message>
-        <source>E-mail addresses</source>
-        <translation>电子邮件地址</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>电话号码</translation>
-    </message>
-    <message>
-        <source>IBANs</source>
-        <translation>IBAN 账号</translation>
-    </message>
-    <message>
-        <source>Card numbers</source>
-        <translation>银行卡号</translation>
-    </message>
-    <message>
-        <source>Dates</source>
-        <translation>日期</translation>
-    </message>
 </context>
 <context>
     <name>quillet::BeforeAfterView</name>
@@ -2297,26 +2277,6 @@
         <translation>查找</translation>
     </message>
     <message>
-        <source>E-mail addresses</source>
-        <translation>电子邮件地址</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>电话号码</translation>
-    </message>
-    <message>
-        <source>IBANs</source>
-        <translation>IBAN 账号</translation>
-    </message>
-    <message>
-        <source>Card numbers</source>
-        <translation>银行卡号</translation>
-    </message>
-    <message>
-        <source>Dates</source>
-        <translation>日期</translation>
-    </message>
-    <message>
         <source>Matches to redact</source>
         <translation>要涂黑的匹配项</translation>
     </message>
@@ -2384,6 +2344,29 @@
     <message>
         <source>Drop a PDF above to draw boxes on its pages.</source>
         <translation>将 PDF 拖放到上方，即可在其页面上绘制框。</translation>
+    </message>
+</context>
+<context>
+    <name>RedactionPresets</name>
+    <message>
+        <source>E-mail addresses</source>
+        <translation>电子邮件地址</translation>
+    </message>
+    <message>
+        <source>Phone numbers</source>
+        <translation>电话号码</translation>
+    </message>
+    <message>
+        <source>IBANs</source>
+        <translation>IBAN 账号</translation>
+    </message>
+    <message>
+        <source>Card numbers</source>
+        <translation>银行卡号</translation>
+    </message>
+    <message>
+        <source>Dates</source>
+        <translation>日期</translation>
     </message>
 </context>
 </TS>

@@ -1,5 +1,7 @@
 #include "engines/FullPageImage.hpp"
 
+#include "engines/ContentMatrix.hpp"
+
 #include "platform/StreamData.hpp"
 
 #include <qpdf/Buffer.hh>
@@ -15,13 +17,7 @@
 namespace quillet {
 namespace {
 
-using Matrix = std::array<double, 6>;
-
-Matrix concatenated(const Matrix& m, const Matrix& ctm) {
-    return {m[0] * ctm[0] + m[1] * ctm[2],          m[0] * ctm[1] + m[1] * ctm[3],
-            m[2] * ctm[0] + m[3] * ctm[2],          m[2] * ctm[1] + m[3] * ctm[3],
-            m[4] * ctm[0] + m[5] * ctm[2] + ctm[4], m[4] * ctm[1] + m[5] * ctm[3] + ctm[5]};
-}
+using Matrix = ContentMatrix;
 
 struct Placement {
     std::string name;

@@ -1,6 +1,7 @@
 #include "engines/PDFRedactionEngine.hpp"
 
 #include "engines/PDFCoreError.hpp"
+#include "engines/ContentMatrix.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/RedactedDrawing.hpp"
 #include "engines/RedactedExtras.hpp"
@@ -139,8 +140,7 @@ Area inUserSpace(const Box& box, const std::array<double, 6>& m) {
     Area area{1e300, 1e300, -1e300, -1e300};
     for (const auto& [x, y] : {std::pair{box.x0, box.y0}, std::pair{box.x1, box.y0},
                                std::pair{box.x0, box.y1}, std::pair{box.x1, box.y1}}) {
-        const double ux = x * m[0] + y * m[2] + m[4];
-        const double uy = x * m[1] + y * m[3] + m[5];
+        const auto [ux, uy] = transformed(x, y, m);
         area = {std::min(area.x0, ux), std::min(area.y0, uy), std::max(area.x1, ux),
                 std::max(area.y1, uy)};
     }

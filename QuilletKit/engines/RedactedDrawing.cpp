@@ -1,5 +1,7 @@
 #include "engines/RedactedDrawing.hpp"
 
+#include "engines/ContentMatrix.hpp"
+
 #include <qpdf/Buffer.hh>
 #include <qpdf/BufferInputSource.hh>
 #include <qpdf/QPDFTokenizer.hh>
@@ -16,13 +18,7 @@
 namespace quillet {
 namespace {
 
-using Matrix = std::array<double, 6>;
-
-Matrix concatenated(const Matrix& m, const Matrix& ctm) {
-    return {m[0] * ctm[0] + m[1] * ctm[2],          m[0] * ctm[1] + m[1] * ctm[3],
-            m[2] * ctm[0] + m[3] * ctm[2],          m[2] * ctm[1] + m[3] * ctm[3],
-            m[4] * ctm[0] + m[5] * ctm[2] + ctm[4], m[4] * ctm[1] + m[5] * ctm[3] + ctm[5]};
-}
+using Matrix = ContentMatrix;
 
 const std::set<std::string> constructing{"m", "l", "c", "v", "y", "h", "re"};
 const std::set<std::string> painting{"S", "s", "f", "F", "f*", "B", "B*", "b", "b*", "n"};
@@ -41,8 +37,7 @@ struct Path {
     bool clips = false;
 
     void add(double x, double y, const Matrix& m) {
-        const double ux = x * m[0] + y * m[2] + m[4];
-        const double uy = x * m[1] + y * m[3] + m[5];
+        const auto [ux, uy] = transformed(x, y, m);
         x0 = std::min(x0, ux), y0 = std::min(y0, uy), x1 = std::max(x1, ux), y1 = std::max(y1, uy);
     }
     bool empty() const { return x0 > x1; }

@@ -137,16 +137,9 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     wordsLabel->setBuddy(redactWords_);
     redactLayout->addWidget(wordsLabel);
     redactLayout->addWidget(redactWords_, 1);
-    for (const auto& [preset, text] :
-         {std::pair{QStringLiteral("email"), tr("E-mail addresses")},
-          std::pair{QStringLiteral("phone"), tr("Phone numbers")},
-          std::pair{QStringLiteral("iban"), tr("IBANs")},
-          std::pair{QStringLiteral("card"), tr("Card numbers")},
-          std::pair{QStringLiteral("date"), tr("Dates")}}) {
-        auto* box = new QCheckBox(text, redactRow_);
-        box->setObjectName(QStringLiteral("preset-") + preset);
+    redactPresets_ = redactionPresetBoxes(redactRow_, QStringLiteral("preset-"));
+    for (const auto& [preset, box] : redactPresets_) {
         redactLayout->addWidget(box);
-        redactPresets_.emplace_back(preset, box);
         connect(box, &QCheckBox::toggled, this, &BatchView::updateActions);
     }
 

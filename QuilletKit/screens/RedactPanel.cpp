@@ -84,17 +84,10 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
 
     auto* presetRow = new QGridLayout;
     int presetAt = 0;
-    for (const auto& [preset, text] :
-         {std::pair{QStringLiteral("email"), tr("E-mail addresses")},
-          std::pair{QStringLiteral("phone"), tr("Phone numbers")},
-          std::pair{QStringLiteral("iban"), tr("IBANs")},
-          std::pair{QStringLiteral("card"), tr("Card numbers")},
-          std::pair{QStringLiteral("date"), tr("Dates")}}) {
-        auto* box = new QCheckBox(text, this);
-        box->setObjectName(QStringLiteral("redactPreset-") + preset);
+    presets_ = redactionPresetBoxes(this, QStringLiteral("redactPreset-"));
+    for (const auto& [preset, box] : presets_) {
         presetRow->addWidget(box, presetAt / 3, presetAt % 3);
         ++presetAt;
-        presets_.emplace_back(preset, box);
         connect(box, &QCheckBox::toggled, this, &RedactPanel::find);
     }
     presetRow->setColumnStretch(3, 1);

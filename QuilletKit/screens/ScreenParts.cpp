@@ -1,5 +1,7 @@
 #include "screens/ScreenParts.hpp"
 
+#include <QCheckBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 
 #include "app/AppModel.hpp"
@@ -149,6 +151,23 @@ QFormLayout* formLayout(QWidget* page, int margin) {
     // Only what asks to grow does: the notes take the width, the fields keep theirs.
     layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     return layout;
+}
+
+std::vector<std::pair<QString, QCheckBox*>> redactionPresetBoxes(QWidget* parent,
+                                                                 const QString& objectPrefix) {
+    const auto text = [](const char* source) {
+        return QCoreApplication::translate("RedactionPresets", source);
+    };
+    std::vector<std::pair<QString, QCheckBox*>> boxes;
+    for (const auto& [preset, label] :
+         {std::pair{"email", text("E-mail addresses")}, std::pair{"phone", text("Phone numbers")},
+          std::pair{"iban", text("IBANs")}, std::pair{"card", text("Card numbers")},
+          std::pair{"date", text("Dates")}}) {
+        auto* box = new QCheckBox(label, parent);
+        box->setObjectName(objectPrefix + QLatin1String(preset));
+        boxes.emplace_back(QString::fromLatin1(preset), box);
+    }
+    return boxes;
 }
 
 namespace ScreenFiles {

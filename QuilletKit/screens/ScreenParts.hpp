@@ -10,11 +10,14 @@
 #include <QWidget>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 class QFormLayout;
 class QLabel;
 class QPushButton;
+
+class QCheckBox;
 
 namespace quillet {
 
@@ -72,6 +75,11 @@ struct PageSelection {
 QLabel* noteLabel(const QString& text, QWidget* parent);
 /// A form on `page` whose notes take the width while its fields keep theirs.
 QFormLayout* formLayout(QWidget* page, int margin = 0);
+
+/// A box for each redaction preset (email, phone, iban, card, date), named `objectPrefix` + the
+/// preset, labelled in the user's language; answered with the preset names.
+std::vector<std::pair<QString, QCheckBox*>> redactionPresetBoxes(QWidget* parent,
+                                                                 const QString& objectPrefix);
 
 namespace ScreenFiles {
 
