@@ -240,6 +240,9 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
     const auto fill = fillColour(request.fill);
     auto editor = openEditor(input, request.password);
     const int count = editor.pageCount();
+    if (count < 1) {
+        throw PDFCoreError::cannotOpen(input, "no page of it can be read");
+    }
     RedactionOutcome outcome;
     for (const auto& area : request.areas) {
         if (area.page > count) {
