@@ -132,6 +132,24 @@ std::vector<std::vector<RedactionMatch>> matchesOnPages(
     return found;
 }
 
+// `areas` grown over every glyph they touch: a glyph is removed whole or not at all, so an area
+// drawn across a word takes the letters it cuts, and their place is filled too.
+std::vector<Box> wholeGlyphs(std::vector<Box> areas, const std::vector<MuPDFEditor::Line>& lines) {
+    for (Box& area : areas) {
+        const Box drawn = area;
+        for (const auto& line : lines) {
+            for (const auto& glyph : line) {
+                const Box& g = glyph.box;
+                if (g.x0 < drawn.x1 && drawn.x0 < g.x1 && g.y0 < drawn.y1 && drawn.y0 < g.y1) {
+                    area = {std::min(area.x0, g.x0), std::min(area.y0, g.y0),
+                            std::max(area.x1, g.x1), std::max(area.y1, g.y1)};
+                }
+            }
+        }
+    }
+    return areas;
+}
+
 Box boxOf(const RedactionArea& area) {
     return {area.x, area.y, area.x + area.width, area.y + area.height};
 }
@@ -259,11 +277,15 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
     try {
         for (int index = 0; index < count; ++index) {
             auto& page = boxes[index];
+            std::vector<Box> drawn;
             for (const auto& area : request.areas) {
                 if (area.page == index + 1) {
-                    page.push_back(boxOf(area));
+                    drawn.push_back(boxOf(area));
                     ++outcome.areas;
                 }
+            }
+            if (!drawn.empty()) {
+                page = wholeGlyphs(drawn, editor.lines(index));
             }
             for (const auto& match : found[static_cast<std::size_t>(index)]) {
                 page.insert(page.end(), match.boxes.begin(), match.boxes.end());

@@ -220,6 +220,15 @@ TEST(Redaction, RefusesWhatItCannotDoAndWritesNothing) {
             << error.errorDescription();
         EXPECT_FALSE(fs::exists(output));
     }
+    // An area drawn across letters takes them whole (the proof would refuse a half-removed one).
+    RedactionRequest across;
+    across.areas = {{1, 80, 85, 5, 6}};
+    const auto cut = dir / "cut.pdf";
+    PDFRedactionEngine::redact(plain, cut, across);
+    const auto left = textOf(cut);
+    EXPECT_EQ(left.find("Nothing"), std::string::npos) << left;
+    EXPECT_NE(left.find("personal"), std::string::npos) << left;
+
     // With its password the locked file is redacted, and the result opens without one.
     RedactionRequest request;
     request.areas = {{1, 50, 50, 200, 100}};
