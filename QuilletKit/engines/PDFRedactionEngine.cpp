@@ -334,6 +334,7 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
         page.getObjectHandle().replaceKey(
             "/Contents", QPDFObjectHandle::newStream(&document.qpdf(), content));
         RedactedExtras::removeAnnotationsUnder(document.qpdf(), page.getObjectHandle(), areas);
+        page.getObjectHandle().removeKey("/Thumb"); // a picture of the page as it was
     }
     outcome.matchesElsewhere = RedactedExtras::eraseMatches(document.qpdf(), finder);
     if (outcome.areas == 0 && outcome.matchesElsewhere == 0) {

@@ -69,6 +69,7 @@ class TextPlaces {
             }
         }
         fields(root.getKey("/AcroForm").getKey("/Fields"), root.getKey("/AcroForm"));
+        structure(root.getKey("/StructTreeRoot"), 0);
         names(root.getKey("/Names").getKey("/EmbeddedFiles"), 0);
         return found_;
     }
@@ -122,6 +123,21 @@ class TextPlaces {
             if (!seen(field)) {
                 continue;
             }
+            strings(field, {"/TU"});
+            auto options = field.getKey("/Opt");
+            for (int o = 0; options.isArray() && o < options.getArrayNItems(); ++o) {
+                auto option = options.getArrayItem(o);
+                auto texts = option.isArray() ? option : QPDFObjectHandle::newArray({option});
+                for (int t = 0; t < texts.getArrayNItems(); ++t) {
+                    if (auto text = texts.getArrayItem(t); text.isString()) {
+                        if (auto replaced = visit(text.getUTF8Value())) {
+                            (option.isArray() ? option : options)
+                                .setArrayItem(option.isArray() ? t : o,
+                                              QPDFObjectHandle::newUnicodeString(*replaced));
+                        }
+                    }
+                }
+            }
             if (strings(field, {"/V", "/DV"})) {
                 // Its widgets' pictures still show the old value: the viewer draws them anew.
                 field.removeKey("/AP");
@@ -135,6 +151,21 @@ class TextPlaces {
             }
             fields(field.getKey("/Kids"), form);
         }
+    }
+
+    // The structure tree's alternate, actual and expanded texts.
+    void structure(QPDFObjectHandle node, int depth) {
+        if (depth > 64 || !(node.isDictionary() || node.isArray()) || !seen(node)) {
+            return;
+        }
+        if (node.isArray()) {
+            for (int i = 0; i < node.getArrayNItems(); ++i) {
+                structure(node.getArrayItem(i), depth + 1);
+            }
+            return;
+        }
+        strings(node, {"/Alt", "/ActualText", "/E", "/T"});
+        structure(node.getKey("/K"), depth + 1);
     }
 
     void names(QPDFObjectHandle node, int depth) {
@@ -202,6 +233,14 @@ int RedactedExtras::removeAnnotationsUnder(QPDF& qpdf, QPDFObjectHandle page,
             if (field.isDictionary()) {
                 field.removeKey("/V");
                 field.removeKey("/DV");
+                // Its other widgets (on other pages) would still show the old value.
+                auto widgets = field.getKey("/Kids");
+                for (int k = 0; widgets.isArray() && k < widgets.getArrayNItems(); ++k) {
+                    widgets.getArrayItem(k).removeKey("/AP");
+                }
+                if (form.isDictionary()) {
+                    form.replaceKey("/NeedAppearances", QPDFObjectHandle::newBool(true));
+                }
             }
             auto parent = annot.getKey("/Parent");
             removeFrom(parent, "/Kids", annot);

@@ -2,8 +2,9 @@
 // areas, and the matches of the patterns wherever a document keeps text of its own.
 //
 // Places searched: the document information dictionary, the XMP metadata stream, the outline's
-// titles, every annotation's /Contents, /T, /Subj and /RC, every form field's /V and /DV (text
-// strings), and the names and descriptions of embedded files. Strings are read and written as
+// titles, every annotation's /Contents, /T, /Subj and /RC, every form field's /V, /DV, /TU and
+// choices (text strings), the structure tree's /Alt, /ActualText, /E and /T, and the names and
+// descriptions of embedded files. Strings are read and written as
 // text strings (PDFDocEncoding or UTF-16); the XMP packet as UTF-8.
 #pragma once
 

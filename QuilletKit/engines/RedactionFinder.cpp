@@ -125,27 +125,39 @@ struct RedactionFinder::Matcher {
         if (!needs.empty() && text.find_first_of(needs) == std::wstring::npos) {
             return found;
         }
-        for (auto it = std::wsregex_iterator(text.begin(), text.end(), expression);
-             it != std::wsregex_iterator(); ++it) {
-            const auto start = static_cast<std::size_t>(it->position());
-            auto end = start + static_cast<std::size_t>(it->length());
-            if (end == start) {
-                continue;
+        // By hand rather than with an iterator: a greedy candidate cut back to pass its check
+        // (a number run into the next word) resumes the search where it ended, and a candidate
+        // refused resumes one character on, so the number after it is still found.
+        const auto edge = [&](std::size_t at) { return at < text.size() && isWordCharacter(text[at]); };
+        std::size_t from = 0;
+        std::wsmatch match;
+        while (from < text.size()) {
+            const auto flags = from > 0 ? std::regex_constants::match_prev_avail
+                                        : std::regex_constants::match_default;
+            if (!std::regex_search(text.cbegin() + static_cast<std::ptrdiff_t>(from), text.cend(),
+                                   match, expression, flags)) {
+                break;
             }
-            if (wholeWords && ((start > 0 && isWordCharacter(text[start - 1])) ||
-                               (end < text.size() && isWordCharacter(text[end])))) {
+            const std::size_t start = from + static_cast<std::size_t>(match.position(0));
+            std::size_t end = start + static_cast<std::size_t>(match.length(0));
+            from = start + 1;
+            if (end == start || (wholeWords && start > 0 && isWordCharacter(text[start - 1]))) {
                 continue;
             }
             if (accepts) {
-                while (end > start && !accepts(text.substr(start, end - start))) {
+                while (end > start && (!accepts(text.substr(start, end - start)) ||
+                                       (wholeWords && edge(end)))) {
                     --end;
                 }
                 // A shorter candidate must still end on a digit or letter.
                 if (end == start || !std::iswalnum(static_cast<wint_t>(text[end - 1]))) {
                     continue;
                 }
+            } else if (wholeWords && edge(end)) {
+                continue;
             }
             found.emplace_back(start, end);
+            from = end;
         }
         return found;
     }
@@ -328,7 +340,9 @@ std::vector<RedactionMatch> RedactionFinder::find(const std::vector<MuPDFEditor:
             for (const auto& [line, box] : byLine) {
                 match.boxes.push_back(box);
             }
-            found.push_back(std::move(match));
+            if (!match.boxes.empty()) { // an expression may match only the space between lines
+                found.push_back(std::move(match));
+            }
         }
     }
     std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) {

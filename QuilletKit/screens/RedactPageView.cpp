@@ -74,7 +74,7 @@ void RedactPageView::setDrawn(const QMap<int, QList<QRectF>>& boxes) {
 }
 
 void RedactPageView::undo() {
-    if (history_.isEmpty()) {
+    if (history_.isEmpty() || drag_ != Drag::none) {
         return;
     }
     drawn_ = history_.takeLast();
@@ -241,9 +241,13 @@ void RedactPageView::mouseReleaseEvent(QMouseEvent*) {
         (boxes[selected_].width() < smallestBox || boxes[selected_].height() < smallestBox)) {
         boxes.removeAt(selected_); // a click on the page, not a box
         selected_ = -1;
-        history_.removeLast();
+        if (!history_.isEmpty()) {
+            history_.removeLast();
+        }
     } else if (!changed && drag_ != Drag::drawing) {
-        history_.removeLast(); // a click that selected a box
+        if (!history_.isEmpty()) {
+            history_.removeLast(); // a click that selected a box
+        }
     } else {
         emit drawnChanged();
     }

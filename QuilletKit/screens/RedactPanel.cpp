@@ -7,6 +7,7 @@
 #include "screens/RedactPageView.hpp"
 #include "screens/ScreenParts.hpp"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
 #include <QFileInfo>
@@ -32,8 +33,10 @@ void inBackground(QObject* owner, Work work, Deliver deliver) {
     QThreadPool::globalInstance()->start([guard, work = std::move(work),
                                           deliver = std::move(deliver)]() mutable {
         auto result = work();
+        // Posted to the application, which outlives the panel; the panel is asked for only
+        // there, on its own thread.
         QMetaObject::invokeMethod(
-            guard.data(),
+            qApp,
             [guard, deliver = std::move(deliver), result = std::move(result)]() mutable {
                 if (guard) {
                     deliver(std::move(result));
@@ -141,6 +144,14 @@ RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
         view->compare(original_, result_, static_cast<int>(pageSizes_.size()));
     });
     connect(search_, &QLineEdit::returnPressed, this, &RedactPanel::find);
+    // The list always shows what the job would remove: new flags, new search.
+    for (QCheckBox* flag : {matchCase_, regex_}) {
+        connect(flag, &QCheckBox::toggled, this, [this] {
+            if (!search_->text().trimmed().isEmpty()) {
+                find();
+            }
+        });
+    }
     connect(search_, &QLineEdit::textChanged, this, [this] {
         ++generation_; // a search under way no longer answers what is typed
         hits_.clear();

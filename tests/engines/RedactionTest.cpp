@@ -248,6 +248,8 @@ TEST(RedactionFinder, PresetsFindWhatTheyNameAndNothingElse) {
         {"email", "jane at example dot org", 0},
         {"iban", "IBAN DE89 3704 0044 0532 0130 00, thanks", 1},
         {"iban", "IBAN DE89 3704 0044 0532 0130 01", 0},
+        {"iban", "DE89 3704 0044 0532 0130 00 Commerzbank Frankfurt", 1}, // not run into the bank
+        {"card", "4111 1111 1111 1111 4012 8888 8888 1881", 2},           // two, one after the other
         {"card", "card 4111 1111 1111 1111 exp", 1},
         {"card", "card 4111 1111 1111 1112 exp", 0},
         {"phone", "call +49 30 1234567 now", 1},
@@ -275,6 +277,10 @@ TEST(RedactionFinder, PresetsFindWhatTheyNameAndNothingElse) {
         RedactionFinder({{"confidential"}}, {}).find({line("strictly confi-", 0), line("dential data", 20)});
     ASSERT_EQ(matches.size(), 1u);
     ASSERT_EQ(matches[0].boxes.size(), 2u);
+    // An expression that matches only the space joining two lines finds nothing to box.
+    for (const auto& match : RedactionFinder({{"\\s", true}}, {}).find({line("a", 0), line("b", 20)})) {
+        EXPECT_FALSE(match.boxes.empty());
+    }
     EXPECT_EQ(matches[0].boxes[0].x1, 149); // through the hyphen
     EXPECT_EQ(matches[0].boxes[1].x1, 69);
 }
