@@ -547,16 +547,20 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     // Ink: darker than its paper, outside photos. Soft print never reaches black: the lighter
     // the median of what is surely ink, the further towards the paper its strokes' edges lie
     // (60% of the paper plus half the ink's level), so blurred letters keep their weight.
+    // Whether the pixel at (x, y) is outside photos and darker than `inkPercent` of its paper
+    // plus `raise` hundredths of a level.
+    const auto isInk = [&](int x, int y, int raise) {
+        const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
+        const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
+        const std::size_t i = static_cast<std::size_t>(y) * width + x;
+        return !widenedPhoto[t] && luminance[i] * 100 < paper[b] * inkPercent + raise;
+    };
     std::vector<int> surelyInk(256, 0);
     int sure = 0;
     for (int y = 0; y < height; ++y) {
-        const int by = y / block;
         for (int x = 0; x < width; ++x) {
-            const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
-            const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
-            const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (!widenedPhoto[t] && luminance[i] * 100 < paper[b] * inkPercent) {
-                ++surelyInk[luminance[i]];
+            if (isInk(x, y, 0)) {
+                ++surelyInk[luminance[static_cast<std::size_t>(y) * width + x]];
                 ++sure;
             }
         }
@@ -566,15 +570,11 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     std::vector<int> reds(256), greens(256), blues(256);
     int inked = 0;
     for (int y = 0; y < height; ++y) {
-        const int by = y / block;
         for (int x = 0; x < width; ++x) {
-            const std::size_t b = static_cast<std::size_t>(by) * columns + x / block;
-            const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
-            const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            if (widenedPhoto[t] ||
-                luminance[i] * 100 >= paper[b] * inkPercent + inkLevel * 50) {
+            if (!isInk(x, y, inkLevel * 50)) {
                 continue;
             }
+            const std::size_t i = static_cast<std::size_t>(y) * width + x;
             candidates.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
             const std::uint8_t* p = scan.data() + i * static_cast<std::size_t>(pixels.bands);
             ++reds[p[0]];

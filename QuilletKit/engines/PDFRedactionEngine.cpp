@@ -173,10 +173,11 @@ std::string contentOf(QPDFPageObjectHelper page) {
 }
 
 // The written file read again: nothing under an area, no match anywhere.
-void prove(const fs::path& written, const std::map<int, std::vector<Box>>& boxes,
-           const RedactionFinder& finder) {
-    const auto fail = [](const std::string& why) {
-        throw PDFCoreError::validationFailed("The redaction could not be proven: " + why +
+void prove(const fs::path& input, const fs::path& written,
+           const std::map<int, std::vector<Box>>& boxes, const RedactionFinder& finder) {
+    const auto fail = [&input](const std::string& why) {
+        throw PDFCoreError::validationFailed(input.filename().string() +
+                                             ": the redaction could not be proven: " + why +
                                              ". Nothing was written.");
     };
     std::optional<MuPDFEditor> reopened;
@@ -342,7 +343,7 @@ RedactionOutcome PDFRedactionEngine::redact(const fs::path& input, const fs::pat
     }
     report(progress, 0.8);
     writeValidated(document, output, count, nullptr, {},
-                   [&](const fs::path& written) { prove(written, boxes, finder); });
+                   [&](const fs::path& written) { prove(input, written, boxes, finder); });
     report(progress, 1.0);
     return outcome;
 }
