@@ -7,7 +7,7 @@ packages=(
     build-essential cmake ninja-build ccache pkg-config
     libqpdf-dev
     libmupdf-dev libmujs-dev libgumbo-dev libjbig2dec0-dev libopenjp2-7-dev
-    libharfbuzz-dev libfreetype-dev libjpeg-dev
+    libharfbuzz-dev libfreetype-dev libfontconfig-dev libjpeg-dev
     libvips-dev libheif-dev libdeflate-dev liblcms2-dev libgs-common
     libtesseract-dev tesseract-ocr-eng tesseract-ocr-chi-sim
     nlohmann-json3-dev libfmt-dev

@@ -1,7 +1,7 @@
 // The parsed arguments of one command (everything after the command word).
 //
 // Parsing rules users may trip over, kept on purpose:
-// - Seventeen option names take a value (`valueOptions`); every other option is a flag.
+// - The names in `valueOptions` take a value; every other option is a flag.
 // - "-x" (exactly two characters) and "--x" are the same option.
 // - There is no "--" end-of-options marker ("--" is a flag with an empty name) and no
 //   "--name=value" form (that is a flag whose name contains "=").
@@ -24,10 +24,12 @@
 namespace quillet {
 
 struct CLIArgs {
-    static constexpr std::array<std::string_view, 21> valueOptions{
-        "o",      "t",        "under",    "ranges", "extract",        "every", "by-size",
-        "format", "dpi",      "pages",    "page-size", "fit",         "margin", "preset",
-        "password", "lang",   "render-timeout", "text", "regex",      "area",  "fill"};
+    static constexpr std::array<std::string_view, 32> valueOptions{
+        "o",        "t",      "under",          "ranges", "extract",  "every",    "by-size",
+        "format",   "dpi",    "pages",          "page-size", "fit",   "margin",   "preset",
+        "password", "lang",   "render-timeout", "text",   "regex",    "area",     "fill",
+        "page-numbers", "bates", "start",       "digits", "image",    "width",    "position",
+        "size",     "color",  "opacity",        "rotation"};
 
     std::vector<std::string> positional;
     std::set<std::string> flags;

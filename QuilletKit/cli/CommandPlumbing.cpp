@@ -25,6 +25,7 @@ void withOutputs(const std::vector<fs::path>& inputs, const std::optional<std::s
     const auto operation = suffix == "compressed" ? PDFOperationKind::compress
                            : suffix == "ocr"      ? PDFOperationKind::ocr
                            : suffix == "redacted" ? PDFOperationKind::redact
+                           : suffix == "stamped"  ? PDFOperationKind::stamp
                                                   : PDFOperationKind::clean;
     for (const auto& input : inputs) {
         if (replace) {

@@ -24,6 +24,7 @@ void runProtect(const Arguments& arguments, CommandIO& io);
 void runUnprotect(const Arguments& arguments, CommandIO& io);
 void runOCR(const Arguments& arguments, CommandIO& io);
 void runRedact(const Arguments& arguments, CommandIO& io);
+void runStamp(const Arguments& arguments, CommandIO& io);
 void runInfo(const Arguments& arguments, CommandIO& io);
 void runJob(const Arguments& arguments, CommandIO& io);
 

@@ -24,6 +24,7 @@ const std::map<std::string_view, Runner>& commandTable() {
         {"convert", runConvert},   {"images", runImages},       {"clean", runClean},
         {"protect", runProtect},   {"unprotect", runUnprotect}, {"info", runInfo},
         {"job", runJob},           {"ocr", runOCR},             {"redact", runRedact},
+        {"stamp", runStamp},
     };
     return table;
 }

@@ -16,6 +16,7 @@ std::string_view displayName(PDFOperationKind kind) {
     case PDFOperationKind::unprotect: return "Remove Password";
     case PDFOperationKind::ocr: return "Make Searchable";
     case PDFOperationKind::redact: return "Redact";
+    case PDFOperationKind::stamp: return "Stamp";
     }
     return {};
 }

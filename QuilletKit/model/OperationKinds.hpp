@@ -21,6 +21,7 @@ enum class PDFOperationKind {
     unprotect,
     ocr,
     redact,
+    stamp,
 };
 
 /// The user-facing name of an operation ("PDF → Images", "Privacy Clean", ...).
@@ -40,9 +41,9 @@ constexpr bool supportsQuality(ImageOutputFormat format) {
 }
 
 template <> struct RawValueNames<PDFOperationKind> {
-    static constexpr std::array<std::string_view, 12> names{
-        "compress",    "targetSize", "merge",     "split", "organize", "pdfToImages",
-        "imagesToPDF", "clean",      "protect",   "unprotect", "ocr", "redact"};
+    static constexpr std::array<std::string_view, 13> names{
+        "compress",    "targetSize", "merge",   "split",     "organize", "pdfToImages", "imagesToPDF",
+        "clean",       "protect",    "unprotect", "ocr",     "redact",   "stamp"};
 };
 template <> struct RawValueNames<CompressionQualityTier> {
     static constexpr std::array<std::string_view, 4> names{"highQuality", "balanced", "smallest",

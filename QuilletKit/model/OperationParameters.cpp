@@ -99,6 +99,38 @@ P::Redact decodeRedact(const JSONObjectReader& r) {
     return redact;
 }
 
+void encode(Json& json, const P::Stamp& c) {
+    json["marks"] = Json::array();
+    for (const auto& m : c.marks) {
+        json["marks"].push_back({{"kind", m.kind},         {"format", m.format},
+                                 {"start", m.start},       {"digits", m.digits},
+                                 {"prefix", m.prefix},     {"suffix", m.suffix},
+                                 {"text", m.text},         {"image", m.image},
+                                 {"width", m.width},       {"pages", m.pages},
+                                 {"skipFirst", m.skipFirst}, {"position", m.position},
+                                 {"margin", m.margin},     {"fontSize", m.fontSize},
+                                 {"color", m.color},       {"opacity", m.opacity},
+                                 {"rotation", m.rotation}, {"layer", m.layer}});
+    }
+}
+
+P::Stamp decodeStamp(const JSONObjectReader& r) {
+    P::Stamp stamp;
+    const P::StampMark d;
+    for (const auto& m : r.objects("marks")) {
+        stamp.marks.push_back({m.require<std::string>("kind"), m.value("format", d.format),
+                               m.value("start", d.start), m.value("digits", d.digits),
+                               m.value("prefix", d.prefix), m.value("suffix", d.suffix),
+                               m.value("text", d.text), m.value("image", d.image),
+                               m.value("width", d.width), m.value("pages", d.pages),
+                               m.value("skipFirst", d.skipFirst), m.value("position", d.position),
+                               m.value("margin", d.margin), m.value("fontSize", d.fontSize),
+                               m.value("color", d.color), m.value("opacity", d.opacity),
+                               m.value("rotation", d.rotation), m.value("layer", d.layer)});
+    }
+    return stamp;
+}
+
 // Decoders, one per kind: required keys through `require`, the rest with their defaults.
 
 P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
@@ -127,6 +159,7 @@ P decodeCase(PDFOperationKind kind, const JSONObjectReader& r) {
     case PDFOperationKind::unprotect: return P::Unprotect{r.value<std::string>("password", "")};
     case PDFOperationKind::ocr: return P::OCR{r.value<std::string>("languages", "eng")};
     case PDFOperationKind::redact: return decodeRedact(r);
+    case PDFOperationKind::stamp: return decodeStamp(r);
     }
     return {};
 }

@@ -107,9 +107,45 @@ struct Redact {
     bool operator==(const Redact&) const = default;
 };
 
+/// One mark of a stamp job. `kind` says which of the fields below it reads:
+///   "pageNumber": `format` with the tokens {n} and {total}, numbered from `start`;
+///   "bates": `prefix`, the number from `start` zero-padded to `digits`, `suffix`, running on
+///            across the files of one job;
+///   "text": `text` with the tokens {n}, {total}, {date} and {name};
+///   "picture": the PNG or JPEG file `image`, `width` points wide.
+/// Every mark is placed on the pages of `pages` (split's range grammar; empty: every page), the
+/// first of them skipped with `skipFirst`, at `position` ("top-left" ... "bottom-right" or
+/// "center"), `margin` points from the visible edges, turned by `rotation` degrees, with
+/// `opacity` 0...1, above (`layer` "over") or below ("under") the page's own content.
+struct StampMark {
+    std::string kind = "pageNumber";
+    std::string format = "{n}";
+    std::int64_t start = 1;
+    std::int64_t digits = 6;
+    std::string prefix;
+    std::string suffix;
+    std::string text;
+    std::string image;
+    double width = 144;
+    std::string pages;
+    bool skipFirst = false;
+    std::string position = "bottom-center";
+    double margin = 24;
+    double fontSize = 10;
+    std::string color = "#000000";
+    double opacity = 1;
+    double rotation = 0;
+    std::string layer = "over";
+    bool operator==(const StampMark&) const = default;
+};
+struct Stamp {
+    std::vector<StampMark> marks;
+    bool operator==(const Stamp&) const = default;
+};
+
 /// Alternatives in `PDFOperationKind` order: the index is the kind.
 using Any = std::variant<Compress, TargetSize, Merge, Split, Organize, PDFToImages, ImagesToPDF,
-                         Clean, Protect, Unprotect, OCR, Redact>;
+                         Clean, Protect, Unprotect, OCR, Redact, Stamp>;
 
 template <typename C, typename Variant> inline constexpr bool isAlternativeOf = false;
 template <typename C, typename... Alternatives>
@@ -134,6 +170,8 @@ struct OperationParameters {
     using Unprotect = parameter_cases::Unprotect;
     using OCR = parameter_cases::OCR;
     using Redact = parameter_cases::Redact;
+    using StampMark = parameter_cases::StampMark;
+    using Stamp = parameter_cases::Stamp;
 
     using Case = parameter_cases::Any;
 

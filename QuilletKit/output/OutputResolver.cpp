@@ -45,6 +45,7 @@ std::string_view actionWord(PDFOperationKind operation) {
     case PDFOperationKind::unprotect: return "unlocked";
     case PDFOperationKind::ocr: return "ocr";
     case PDFOperationKind::redact: return "redacted";
+    case PDFOperationKind::stamp: return "stamped";
     }
     return "";
 }

@@ -67,6 +67,15 @@ std::optional<Bitmap> toBitmap(VImage image) {
                   std::vector<std::uint8_t>(begin, begin + size));
 }
 
+std::optional<Bitmap> bandsAsBitmap(VImage image, PixelFormat format) {
+    image = image.cast(VIPS_FORMAT_UCHAR);
+    std::size_t size = 0;
+    std::unique_ptr<void, GFree> memory(image.write_to_memory(&size));
+    const auto* begin = static_cast<const std::uint8_t*>(memory.get());
+    return Bitmap(image.width(), image.height(), format,
+                  std::vector<std::uint8_t>(begin, begin + size));
+}
+
 vips::VOption* loadOptions() {
     return VImage::option()
         ->set("access", VIPS_ACCESS_SEQUENTIAL)
@@ -113,6 +122,46 @@ bool ImageIO::initialise() noexcept {
     static bool started = false;
     std::call_once(once, [] { started = startVips(); });
     return started;
+}
+
+std::optional<ImageIO::WithAlpha>
+ImageIO::decodeKeepingAlpha(const std::filesystem::path& path) noexcept {
+    if (!initialise()) {
+        return std::nullopt;
+    }
+    try {
+        auto source = vips::VSource::new_from_file(path.c_str());
+        auto image = VImage::new_from_source(source, "", loadOptions());
+        if (!image.has_alpha()) {
+            auto colour = toBitmap(image);
+            return colour ? std::optional<WithAlpha>(WithAlpha{std::move(*colour), std::nullopt})
+                          : std::nullopt;
+        }
+        const auto format = image.bands() <= 2 ? PixelFormat::gray : PixelFormat::rgb;
+        if (static_cast<std::int64_t>(image.width()) * image.height() > maxDecodePixels ||
+            !Bitmap::byteCount(image.width(), image.height(), format)) {
+            return std::nullopt;
+        }
+        const int alphaBand = image.bands() - 1;
+        // Copied to memory once: the sequential loader cannot be read twice.
+        image = image.copy_memory();
+        auto alpha = image.extract_band(alphaBand);
+        if (image.format() == VIPS_FORMAT_USHORT) {
+            alpha = alpha / 257;
+        }
+        auto colour = image.extract_band(0, VImage::option()->set("n", alphaBand))
+                          .colourspace(format == PixelFormat::gray ? VIPS_INTERPRETATION_B_W
+                                                                   : VIPS_INTERPRETATION_sRGB);
+        auto colourBitmap = bandsAsBitmap(colour, format);
+        auto alphaBitmap = bandsAsBitmap(alpha, PixelFormat::gray);
+        if (!colourBitmap || !alphaBitmap) {
+            return std::nullopt;
+        }
+        return WithAlpha{std::move(*colourBitmap), std::move(*alphaBitmap)};
+    } catch (...) {
+        vips_error_clear();
+        return std::nullopt;
+    }
 }
 
 std::optional<Bitmap> ImageIO::decode(const std::filesystem::path& path) noexcept {

@@ -37,6 +37,14 @@ class ImageIO {
     static std::optional<Bitmap> decode(const std::filesystem::path& path) noexcept;
     static std::optional<Bitmap> decode(std::span<const std::uint8_t> bytes) noexcept;
 
+    /// As `decode`, with the alpha channel kept apart instead of composited: the colour
+    /// unchanged under it, and the alpha as a gray bitmap (absent for an opaque image).
+    struct WithAlpha {
+        Bitmap colour;
+        std::optional<Bitmap> alpha;
+    };
+    static std::optional<WithAlpha> decodeKeepingAlpha(const std::filesystem::path& path) noexcept;
+
     /// Quality 0 ... 1 as the encoders' Q 1 ... 100 (rounded; out-of-range values clamp, NaN
     /// counts as 0).
     static int qualityFactor(double quality) noexcept;

@@ -12,6 +12,7 @@
 #include "engines/PDFOrganizeEngine.hpp"
 #include "engines/PDFSecurityEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
+#include "engines/PDFStampEngine.hpp"
 #include "output/OutputResolver.hpp"
 #include "platform/FreeNames.hpp"
 #include "tasks/MergeSeparators.hpp"
@@ -296,6 +297,26 @@ FileBody redactBody(const TaskSpec& spec, const TaskRunner::CancellationTest& is
     };
 }
 
+FileBody stampBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
+    const auto& parameters = requireParameters<P::Stamp>(spec, "Missing stamp parameters.");
+    PDFStampEngine::validate(parameters);
+    // Bates numbers run on from one file to the next, in input order.
+    auto context = std::make_shared<StampContext>();
+    return [&spec, &parameters, context, &isCancelled](const fs::path& input,
+                                                       const TaskRunner::Progress& progress) {
+        const auto output = replaceableOutput(input, spec.outputRule, spec.operation);
+        StampOutcome outcome;
+        auto file = writtenFile(writeAndPlace(output, [&] {
+            outcome = PDFStampEngine::stamp(input, output, parameters, *context, progress, isCancelled);
+        }));
+        file.note = std::to_string(outcome.pagesStamped) + " pages stamped";
+        if (outcome.bates) {
+            *file.note += ", Bates " + outcome.bates->first + "–" + outcome.bates->second;
+        }
+        return file;
+    };
+}
+
 FileBody organizeBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isCancelled) {
     const auto& parameters = requireParameters<P::Organize>(spec, "Missing organize parameters.");
     return [&spec, &parameters, &isCancelled](const fs::path& input,
@@ -371,6 +392,8 @@ FileBody bodyFor(const TaskSpec& spec, const TaskRunner::CancellationTest& isCan
         return ocrBody(spec, isCancelled);
     case PDFOperationKind::redact:
         return redactBody(spec, isCancelled);
+    case PDFOperationKind::stamp:
+        return stampBody(spec, isCancelled);
     case PDFOperationKind::merge:
     case PDFOperationKind::imagesToPDF:
         break;

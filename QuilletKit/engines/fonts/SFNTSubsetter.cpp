@@ -1,5 +1,6 @@
 #include "engines/fonts/SFNTSubsetter.hpp"
 
+#include "engines/fonts/CFFCharset.hpp"
 #include "engines/fonts/GlyphProof.hpp"
 
 #include <hb-subset.h>
@@ -37,78 +38,6 @@ std::string bytesOf(hb_blob_t* blob) {
     unsigned length = 0;
     const char* data = hb_blob_get_data(blob, &length);
     return data ? std::string(data, length) : std::string();
-}
-
-// The CharStrings count of a bare CFF font: the INDEX at the offset its Top DICT gives (operator
-// 17). Zero when the font cannot be read that far.
-unsigned cffGlyphCount(std::string_view cff) {
-    const auto byte = [&](std::size_t at) -> unsigned {
-        return at < cff.size() ? static_cast<unsigned char>(cff[at]) : 0u;
-    };
-    const auto skipIndex = [&](std::size_t at, std::size_t* firstData, std::size_t* count) {
-        *count = byte(at) << 8 | byte(at + 1);
-        if (*count == 0) {
-            return at + 2;
-        }
-        const unsigned offSize = byte(at + 2);
-        if (offSize < 1 || offSize > 4) {
-            return cff.size();
-        }
-        const auto offset = [&](std::size_t i) {
-            std::size_t value = 0;
-            for (unsigned k = 0; k < offSize; ++k) {
-                value = value << 8 | byte(at + 3 + i * offSize + k);
-            }
-            return value;
-        };
-        *firstData = at + 3 + (*count + 1) * offSize - 1;
-        return *firstData + offset(*count);
-    };
-    std::size_t count = 0;
-    std::size_t data = 0;
-    std::size_t at = skipIndex(byte(2), &data, &count); // Name INDEX
-    std::size_t topData = 0;
-    const std::size_t topEnd = skipIndex(at, &topData, &count);
-    if (count < 1 || topEnd > cff.size()) {
-        return 0;
-    }
-    // Top DICT of the first font: operands, then operator 17 takes the last one.
-    std::size_t p = topData + 1; // offsets are 1-based
-    long last = 0;
-    while (p < topEnd) {
-        const unsigned b0 = byte(p);
-        if (b0 == 28) {
-            last = static_cast<short>(byte(p + 1) << 8 | byte(p + 2));
-            p += 3;
-        } else if (b0 == 29) {
-            last = static_cast<long>(byte(p + 1) << 24 | byte(p + 2) << 16 | byte(p + 3) << 8 |
-                                     byte(p + 4));
-            p += 5;
-        } else if (b0 == 30) {
-            while (p < topEnd && (byte(p) & 0x0f) != 0x0f && (byte(p) >> 4) != 0x0f) {
-                ++p;
-            }
-            ++p;
-        } else if (b0 >= 32 && b0 <= 246) {
-            last = static_cast<long>(b0) - 139;
-            ++p;
-        } else if (b0 >= 247 && b0 <= 250) {
-            last = (static_cast<long>(b0) - 247) * 256 + byte(p + 1) + 108;
-            p += 2;
-        } else if (b0 >= 251 && b0 <= 254) {
-            last = -(static_cast<long>(b0) - 251) * 256 - byte(p + 1) - 108;
-            p += 2;
-        } else if (b0 == 17) {
-            if (last <= 0 || static_cast<std::size_t>(last) + 2 > cff.size()) {
-                return 0;
-            }
-            return byte(static_cast<std::size_t>(last)) << 8 |
-                   byte(static_cast<std::size_t>(last) + 1);
-        } else {
-            p += b0 == 12 ? 2 : 1;
-        }
-    }
-    return 0;
 }
 
 // A bare CFF font in the smallest OpenType wrapper the subsetter reads: the CFF table and a maxp

@@ -1,0 +1,500 @@
+#include "engines/PDFStampEngine.hpp"
+
+#include "engines/PDFCoreError.hpp"
+#include "engines/PDFDocumentEngine.hpp"
+#include "engines/PDFSplitEngine.hpp"
+#include "engines/PageImage.hpp"
+#include "engines/StampFonts.hpp"
+#include "engines/StampPlacement.hpp"
+#include "engines/ValidatedWrite.hpp"
+#include "platform/ImageIO.hpp"
+#include "platform/PNGPredictor.hpp"
+
+#include <qpdf/QPDFPageDocumentHelper.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <map>
+#include <set>
+
+namespace quillet {
+namespace fs = std::filesystem;
+namespace {
+
+using Mark = OperationParameters::StampMark;
+using Stamp = OperationParameters::Stamp;
+
+constexpr std::array<std::string_view, 4> kinds{"pageNumber", "bates", "text", "picture"};
+
+struct Colour {
+    double red = 0, green = 0, blue = 0;
+};
+
+std::optional<Colour> parseColour(std::string_view text) {
+    if (text.size() != 7 || text[0] != '#') {
+        return std::nullopt;
+    }
+    unsigned value = 0;
+    for (char c : text.substr(1)) {
+        const int digit = c >= '0' && c <= '9'   ? c - '0'
+                          : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                          : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                 : -1;
+        if (digit < 0) {
+            return std::nullopt;
+        }
+        value = value << 4 | static_cast<unsigned>(digit);
+    }
+    return Colour{(value >> 16) / 255.0, (value >> 8 & 0xFF) / 255.0, (value & 0xFF) / 255.0};
+}
+
+std::string number(double value) {
+    auto text = fmt::format("{:.4f}", value);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') {
+        text.pop_back();
+    }
+    return text == "-0" ? "0" : text;
+}
+
+std::string replaced(std::string text, std::string_view token, std::string_view value) {
+    for (auto at = text.find(token); at != std::string::npos; at = text.find(token, at + value.size())) {
+        text.replace(at, token.size(), value);
+    }
+    return text;
+}
+
+std::string today() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[16];
+    return std::string(text, std::strftime(text, sizeof text, "%Y-%m-%d", &local));
+}
+
+std::string batesNumber(const Mark& mark, std::int64_t value) {
+    return mark.prefix + fmt::format("{:0{}}", value, static_cast<int>(mark.digits)) + mark.suffix;
+}
+
+/// A picture ready to embed: a JPEG's own bytes, or pixels with their transparency.
+class Picture {
+  public:
+    static std::optional<Picture> load(const fs::path& path) {
+        auto image = PageImage::load(path);
+        if (image && image->keepsJPEGBytes()) {
+            return Picture(std::move(*image), std::nullopt);
+        }
+        auto decoded = ImageIO::decodeKeepingAlpha(path);
+        if (!decoded) {
+            return std::nullopt;
+        }
+        return Picture(PageImage::fromBitmap(std::move(decoded->colour)), std::move(decoded->alpha));
+    }
+
+    double aspect() const { return static_cast<double>(image_.height()) / image_.width(); }
+
+    QPDFObjectHandle embed(QPDF& qpdf) const {
+        auto object = image_.embed(qpdf);
+        if (alpha_) {
+            auto mask = qpdf.newStream();
+            mask.replaceDict(QPDFObjectHandle::parse(fmt::format(
+                "<< /Type /XObject /Subtype /Image /Width {} /Height {} /ColorSpace /DeviceGray "
+                "/BitsPerComponent 8 >>",
+                alpha_->width(), alpha_->height())));
+            const std::string_view samples(reinterpret_cast<const char*>(alpha_->data()),
+                                           static_cast<std::size_t>(alpha_->width()) * alpha_->height());
+            mask.replaceStreamData(
+                PNGPredictor::predictedAndDeflated(samples, static_cast<std::size_t>(alpha_->width()), 1),
+                QPDFObjectHandle::newName("/FlateDecode"),
+                QPDFObjectHandle::parse(fmt::format(
+                    "<< /Predictor 12 /Colors 1 /BitsPerComponent 8 /Columns {} >>", alpha_->width())));
+            object.getDict().replaceKey("/SMask", mask);
+        }
+        return object;
+    }
+
+  private:
+    Picture(PageImage image, std::optional<Bitmap> alpha)
+        : image_(std::move(image)), alpha_(std::move(alpha)) {}
+
+    PageImage image_;
+    std::optional<Bitmap> alpha_;
+};
+
+[[noreturn]] void refuse(std::size_t index, const std::string& text) {
+    throw PDFCoreError::invalidInput(fmt::format("Mark {}: {}", index + 1, text));
+}
+
+/// The zero-based pages a mark goes on, in page order.
+std::vector<int> markedPages(const Mark& mark, int pageCount) {
+    std::set<int> pages;
+    if (mark.pages.find_first_not_of(" \t,;") == std::string::npos) {
+        for (int page = 0; page < pageCount; ++page) {
+            pages.insert(page);
+        }
+    } else {
+        for (const auto& range : PDFSplitEngine::parseRanges(mark.pages, pageCount)) {
+            for (int page = range.lower; page <= range.upper && page <= pageCount; ++page) {
+                pages.insert(page - 1);
+            }
+        }
+    }
+    std::vector<int> ordered(pages.begin(), pages.end());
+    if (mark.skipFirst && !ordered.empty()) {
+        ordered.erase(ordered.begin());
+    }
+    return ordered;
+}
+
+/// One mark on one page: what it shows.
+struct Placed {
+    std::size_t mark = 0;
+    std::string text; // empty for a picture
+};
+
+/// The visible page: the crop box within the media box, and the rotation.
+VisiblePage visiblePage(QPDFObjectHandle page) {
+    QPDFPageObjectHelper helper(page);
+    const auto rectangle = [](QPDFObjectHandle box) {
+        auto r = box.isArray() ? box.getArrayAsRectangle() : QPDFObjectHandle::Rectangle();
+        return QPDFObjectHandle::Rectangle(std::min(r.llx, r.urx), std::min(r.lly, r.ury),
+                                           std::max(r.llx, r.urx), std::max(r.lly, r.ury));
+    };
+    const auto media = rectangle(helper.getMediaBox());
+    auto crop = rectangle(helper.getCropBox());
+    crop.llx = std::max(crop.llx, media.llx);
+    crop.lly = std::max(crop.lly, media.lly);
+    crop.urx = std::min(crop.urx, media.urx);
+    crop.ury = std::min(crop.ury, media.ury);
+    if (crop.urx <= crop.llx || crop.ury <= crop.lly) {
+        crop = media;
+    }
+    int rotation = 0;
+    if (auto rotate = helper.getAttribute("/Rotate", false); rotate.isInteger()) {
+        rotation = static_cast<int>(((rotate.getIntValue() % 360) + 360) % 360);
+        if (rotation % 90 != 0) {
+            rotation = 0;
+        }
+    }
+    return {crop.llx, crop.lly, crop.urx - crop.llx, crop.ury - crop.lly, rotation};
+}
+
+/// Stamps the pages of `document` (all of them, or `onlyPage`) in memory.
+class Stamper {
+  public:
+    Stamper(PDFDocument& document, const Stamp& stamp, StampContext& context, std::string fileName)
+        : document_(document), stamp_(stamp), context_(context), fileName_(std::move(fileName)) {}
+
+    StampOutcome run(std::optional<int> onlyPage, const PDFStampEngine::Progress& progress,
+                     const PDFStampEngine::Cancelled& cancelled) {
+        QPDF& qpdf = document_.qpdf();
+        QPDFPageDocumentHelper(qpdf).pushInheritedAttributesToPage();
+        const int pageCount = document_.pageCount();
+        if (context_.nextBates.size() < stamp_.marks.size()) {
+            for (std::size_t i = context_.nextBates.size(); i < stamp_.marks.size(); ++i) {
+                context_.nextBates.push_back(stamp_.marks[i].start);
+            }
+        }
+        if (context_.date.empty()) {
+            context_.date = today();
+        }
+
+        // What each page shows, mark by mark; texts are shaped once each.
+        StampOutcome outcome;
+        std::map<int, std::vector<Placed>> placed;
+        for (std::size_t m = 0; m < stamp_.marks.size(); ++m) {
+            const Mark& mark = stamp_.marks[m];
+            const auto pages = markedPages(mark, pageCount);
+            const std::int64_t first = mark.kind == "bates" ? context_.nextBates[m] : mark.start;
+            const std::int64_t last = first + static_cast<std::int64_t>(pages.size()) - 1;
+            for (std::size_t k = 0; k < pages.size(); ++k) {
+                if (onlyPage && pages[k] != *onlyPage) {
+                    continue;
+                }
+                placed[pages[k]].push_back({m, content(mark, first + static_cast<std::int64_t>(k), last)});
+            }
+            if (mark.kind == "bates" && !pages.empty()) {
+                if (!outcome.bates) {
+                    outcome.bates.emplace(batesNumber(mark, first), batesNumber(mark, last));
+                }
+                context_.nextBates[m] = last + 1;
+            }
+        }
+        for (auto& [page, marks] : placed) {
+            for (const auto& mark : marks) {
+                if (stamp_.marks[mark.mark].kind != "picture" && !shaped_.contains(mark.text)) {
+                    shaped_.emplace(mark.text, fonts_.shape(mark.text));
+                }
+            }
+        }
+        fonts_.embed(qpdf);
+
+        std::size_t done = 0;
+        for (const auto& [index, marks] : placed) {
+            if (cancelled && cancelled()) {
+                throw CancellationError();
+            }
+            stampPage(qpdf, document_.page(index).object(), marks);
+            ++outcome.pagesStamped;
+            if (progress) {
+                progress(0.5 * static_cast<double>(++done) / static_cast<double>(placed.size()));
+            }
+        }
+        return outcome;
+    }
+
+  private:
+    std::string content(const Mark& mark, std::int64_t n, std::int64_t total) const {
+        if (mark.kind == "bates") {
+            return batesNumber(mark, n);
+        }
+        if (mark.kind == "picture") {
+            return {};
+        }
+        std::string text = mark.kind == "pageNumber" ? mark.format : mark.text;
+        text = replaced(std::move(text), "{n}", std::to_string(n));
+        text = replaced(std::move(text), "{total}", std::to_string(total));
+        if (mark.kind == "text") {
+            text = replaced(std::move(text), "{date}", context_.date);
+            text = replaced(std::move(text), "{name}", fileName_);
+        }
+        return text;
+    }
+
+    /// The mark's XObject and its own box; the same mark with the same text is made once.
+    std::pair<QPDFObjectHandle, StampBox> form(QPDF& qpdf, const Placed& placed) {
+        const auto key = std::make_pair(placed.mark, placed.text);
+        if (auto found = forms_.find(key); found != forms_.end()) {
+            return found->second;
+        }
+        const Mark& mark = stamp_.marks[placed.mark];
+        const auto colour = parseColour(mark.color).value_or(Colour{});
+        auto resources = QPDFObjectHandle::newDictionary();
+        std::string ops = "q\n";
+        if (mark.opacity < 1) {
+            resources.replaceKey("/ExtGState", QPDFObjectHandle::parse(fmt::format(
+                                                   "<< /G0 << /Type /ExtGState /ca {0} /CA {0} >> >>",
+                                                   number(mark.opacity))));
+            ops += "/G0 gs\n";
+        }
+        StampBox box;
+        if (mark.kind == "picture") {
+            auto& picture = pictures_.at(placed.mark);
+            if (!pictureObjects_.contains(placed.mark)) {
+                pictureObjects_.emplace(placed.mark, picture.embed(qpdf));
+            }
+            box = {0, 0, mark.width, mark.width * picture.aspect()};
+            resources.replaceKey("/XObject", QPDFObjectHandle::newDictionary(
+                                                 {{"/I0", pictureObjects_.at(placed.mark)}}));
+            ops += fmt::format("{} 0 0 {} 0 0 cm /I0 Do\n", number(box.width), number(box.height));
+        } else {
+            const ShapedText& text = shaped_.at(placed.text);
+            const double scale = mark.fontSize / 1000;
+            box = {0, text.descent * scale, text.width * scale, (text.ascent - text.descent) * scale};
+            auto fonts = QPDFObjectHandle::newDictionary();
+            for (const auto& [name, font] : fonts_.resources(text)) {
+                fonts.replaceKey(name, font);
+            }
+            resources.replaceKey("/Font", fonts);
+            ops += fmt::format("{} {} {} rg\nBT\n{}ET\n", number(colour.red), number(colour.green),
+                               number(colour.blue), fonts_.show(text, mark.fontSize));
+        }
+        ops += "Q\n";
+        auto stream = QPDFObjectHandle::newStream(&qpdf, ops);
+        auto dict = stream.getDict();
+        dict.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
+        dict.replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
+        dict.replaceKey("/BBox", QPDFObjectHandle::newArray(QPDFObjectHandle::Rectangle(
+                                     box.x, box.y, box.x + box.width, box.y + box.height)));
+        dict.replaceKey("/Resources", resources);
+        return forms_.emplace(key, std::make_pair(stream, box)).first->second;
+    }
+
+    void stampPage(QPDF& qpdf, QPDFObjectHandle page, const std::vector<Placed>& marks) {
+        // The page's own resources, copied so that pages sharing them do not share our names.
+        auto resources = page.getKey("/Resources");
+        resources = resources.isDictionary() ? resources.shallowCopy() : QPDFObjectHandle::newDictionary();
+        auto xobjects = resources.getKey("/XObject");
+        xobjects = xobjects.isDictionary() ? xobjects.shallowCopy() : QPDFObjectHandle::newDictionary();
+        const VisiblePage visible = visiblePage(page);
+        std::string under;
+        std::string over;
+        int next = 0;
+        for (const auto& placed : marks) {
+            const Mark& mark = stamp_.marks[placed.mark];
+            auto [object, box] = form(qpdf, placed);
+            std::string name;
+            do {
+                name = "/QStamp" + std::to_string(next++);
+            } while (xobjects.hasKey(name));
+            xobjects.replaceKey(name, object);
+            const auto m = stampMatrix(visible, box, *stampPosition(mark.position), mark.margin,
+                                       mark.rotation);
+            (mark.layer == "under" ? under : over) +=
+                fmt::format("q {} {} {} {} {} {} cm {} Do Q\n", number(m[0]), number(m[1]),
+                            number(m[2]), number(m[3]), number(m[4]), number(m[5]), name);
+        }
+        resources.replaceKey("/XObject", xobjects);
+        page.replaceKey("/Resources", resources);
+        QPDFPageObjectHelper helper(page);
+        // The page's content inside q/Q, so whatever state it leaves cannot move the marks.
+        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, "q\n"), true);
+        if (!under.empty()) {
+            helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, under), true);
+        }
+        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, "\nQ\n" + over), false);
+    }
+
+  public:
+    std::map<std::size_t, Picture> pictures_;
+
+  private:
+    PDFDocument& document_;
+    const Stamp& stamp_;
+    StampContext& context_;
+    std::string fileName_;
+    StampFonts fonts_;
+    std::map<std::string, ShapedText> shaped_;
+    std::map<std::pair<std::size_t, std::string>, std::pair<QPDFObjectHandle, StampBox>> forms_;
+    std::map<std::size_t, QPDFObjectHandle> pictureObjects_;
+};
+
+/// The pictures of the marks, read once per document; a picture that cannot be read refuses.
+void loadPictures(const Stamp& stamp, std::map<std::size_t, Picture>& pictures) {
+    for (std::size_t m = 0; m < stamp.marks.size(); ++m) {
+        if (stamp.marks[m].kind == "picture") {
+            auto picture = Picture::load(stamp.marks[m].image);
+            if (!picture) {
+                refuse(m, fmt::format("the picture {} cannot be read.",
+                                      fs::path(stamp.marks[m].image).filename().string()));
+            }
+            pictures.emplace(m, std::move(*picture));
+        }
+    }
+}
+
+StampOutcome stampInMemory(PDFDocument& document, const Stamp& stamp, StampContext& context,
+                           const fs::path& input, std::optional<int> onlyPage,
+                           const PDFStampEngine::Progress& progress,
+                           const PDFStampEngine::Cancelled& cancelled) {
+    Stamper stamper(document, stamp, context, input.filename().string());
+    loadPictures(stamp, stamper.pictures_);
+    try {
+        return stamper.run(onlyPage, progress, cancelled);
+    } catch (const PDFCoreError&) {
+        throw;
+    } catch (const CancellationError&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw PDFCoreError::cannotOpen(input, error.what());
+    }
+}
+
+} // namespace
+
+void PDFStampEngine::validate(const Stamp& stamp) {
+    if (stamp.marks.empty()) {
+        throw PDFCoreError::invalidInput("Nothing to stamp: add a page number, a Bates number, a text or a picture.");
+    }
+    for (std::size_t m = 0; m < stamp.marks.size(); ++m) {
+        const Mark& mark = stamp.marks[m];
+        if (std::find(kinds.begin(), kinds.end(), mark.kind) == kinds.end()) {
+            refuse(m, fmt::format("unknown kind \"{}\" (pageNumber, bates, text or picture).", mark.kind));
+        }
+        const auto blank = [](const std::string& text) {
+            return text.find_first_not_of(" \t\r\n") == std::string::npos;
+        };
+        if (mark.kind == "pageNumber" && blank(mark.format)) {
+            refuse(m, "the page number format is empty.");
+        }
+        if (mark.kind == "text" && blank(mark.text)) {
+            refuse(m, "the text is empty.");
+        }
+        if (mark.kind == "bates" && (mark.digits < 1 || mark.digits > 18)) {
+            refuse(m, fmt::format("{} digits: a Bates number has 1 to 18.", mark.digits));
+        }
+        if (mark.start < 0 || mark.start > 999'999'999'999'999'999) {
+            refuse(m, fmt::format("the first number {} is out of range.", mark.start));
+        }
+        if (mark.kind == "picture" && mark.image.empty()) {
+            refuse(m, "no picture file is given.");
+        }
+        if (mark.kind == "picture" && !(mark.width > 0 && mark.width <= 14400)) {
+            refuse(m, fmt::format("the width {} is not between 0 and 14400 points.", number(mark.width)));
+        }
+        if (!stampPosition(mark.position)) {
+            refuse(m, fmt::format("unknown position \"{}\" (top-left, top-center, top-right, center, "
+                                  "bottom-left, bottom-center or bottom-right).",
+                                  mark.position));
+        }
+        if (mark.layer != "over" && mark.layer != "under") {
+            refuse(m, fmt::format("unknown layer \"{}\" (over or under).", mark.layer));
+        }
+        if (!parseColour(mark.color)) {
+            refuse(m, fmt::format("the colour \"{}\" is not #RRGGBB.", mark.color));
+        }
+        if (!(mark.opacity >= 0 && mark.opacity <= 1)) {
+            refuse(m, fmt::format("the opacity {} is not between 0 and 1.", number(mark.opacity)));
+        }
+        if (mark.kind != "picture" && !(mark.fontSize > 0 && mark.fontSize <= 1000)) {
+            refuse(m, fmt::format("the font size {} is not between 0 and 1000.", number(mark.fontSize)));
+        }
+        if (!(mark.margin >= 0 && mark.margin <= 14400)) {
+            refuse(m, fmt::format("the margin {} is out of range.", number(mark.margin)));
+        }
+        if (!std::isfinite(mark.rotation)) {
+            refuse(m, "the rotation is not a number.");
+        }
+        if (mark.pages.find_first_not_of(" \t,;") != std::string::npos &&
+            PDFSplitEngine::parseRanges(mark.pages, 1).empty()) {
+            refuse(m, fmt::format("the pages \"{}\" name no page.", mark.pages));
+        }
+        if (mark.kind == "picture") {
+            std::map<std::size_t, Picture> probe;
+            loadPictures(Stamp{{mark}}, probe);
+        }
+    }
+}
+
+StampOutcome PDFStampEngine::stamp(const fs::path& input, const fs::path& output,
+                                   const Stamp& stamp, StampContext& context,
+                                   const Progress& progress, const Cancelled& cancelled) {
+    validate(stamp);
+    PDFDocument document = PDFDocumentEngine::openUnlock(input, "");
+    const int pageCount = document.pageCount();
+    if (pageCount == 0) {
+        throw PDFCoreError::emptyDocument();
+    }
+    auto outcome = stampInMemory(document, stamp, context, input, std::nullopt, progress, cancelled);
+    if (cancelled && cancelled()) {
+        throw CancellationError();
+    }
+    writeValidated(document, output, pageCount);
+    if (progress) {
+        progress(1);
+    }
+    return outcome;
+}
+
+void PDFStampEngine::preview(const fs::path& input, int pageIndex, const Stamp& stamp,
+                             const fs::path& output) {
+    PDFDocument document = PDFDocumentEngine::openUnlock(input, "");
+    if (pageIndex < 0 || pageIndex >= document.pageCount()) {
+        throw PDFCoreError::invalidInput(fmt::format("{} has no page {}.", input.filename().string(), pageIndex + 1));
+    }
+    StampContext context;
+    stampInMemory(document, stamp, context, input, pageIndex, {}, {});
+    PDFDocument single = PDFDocument::empty();
+    single.insertPageCopy(document, pageIndex, 0);
+    try {
+        single.write(output);
+    } catch (const std::exception&) {
+        throw PDFCoreError::writeFailed(output.filename().string());
+    }
+}
+
+} // namespace quillet
