@@ -12,7 +12,7 @@ reports=$(mktemp)
 trap 'rm -f "$rows" "$reports"' EXIT
 export QUILLET_BENCH_ROWS="$rows"
 
-for script in info compress scans shrink split merge convert target-size ocr redact; do
+for script in info compress scans shrink split merge convert target-size ocr redact stamp; do
     echo "running bench/$script.sh" >&2
     { echo "### bench/$script.sh"; echo; echo '```'; "$root/bench/$script.sh" 2>&1 | grep -v $'\r'; echo '```'; echo; } >>"$reports"
 done
@@ -83,6 +83,8 @@ trap 'rm -f "$rows" "$reports" "$stall"' EXIT
     echo "  photographs made from the corpus's photos (bench/target-size.sh)."
     echo "- ocr: pages 20-39 of the Octave manual rendered at 300 DPI to JPEG (quality 90) and stored"
     echo "  unchanged; recall is measured against the manual's own text of those pages."
+    echo "- stamp: the first 1,000 pages of the Octave manual; qpdf --overlay lays over each of them one"
+    echo "  page stamped by quillet on a blank letter page."
     echo
     echo "## Reports"
     echo

@@ -16,7 +16,7 @@ namespace quillet {
 namespace {
 
 constexpr std::array<const char*, AppModel::sectionCount> sectionNames{
-    "home", "compress", "merge", "split", "organize", "convert", "privacy", "batch", "history"};
+    "home", "compress", "merge", "split", "organize", "stamp", "convert", "privacy", "batch", "history"};
 
 bool isPDFPath(const QString& path) {
     return QFileInfo(path).suffix().compare(QStringLiteral("pdf"), Qt::CaseInsensitive) == 0;

@@ -40,8 +40,9 @@ class AppModel : public QObject {
     Q_OBJECT
 
   public:
-    enum class Section { home, compress, merge, split, organize, convert, privacy, batch, history };
-    static constexpr int sectionCount = 9;
+    enum class Section {
+        home, compress, merge, split, organize, stamp, convert, privacy, batch, history };
+    static constexpr int sectionCount = 10;
 
     /// What the open dialog is asked for; the window answers with the chosen locations (none
     /// when the user cancels).

@@ -105,6 +105,17 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
         "      </arg>\n"
         "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
         "    </method>\n"
+        "    <!-- Stamp PDF: \"Stamp MARKS on FILES\". Answers the stamped copies. -->\n"
+        "    <method name=\"StampPDF\">\n"
+        "      <annotation name=\"org.freedesktop.DBus.Description\" value=\"Stamp PDF: Stamp marks on files\"/>\n"
+        "      <arg name=\"files\" type=\"as\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"PDFs (absolute paths)\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"marks\" type=\"s\" direction=\"in\">\n"
+        "        <annotation name=\"org.freedesktop.DBus.Description\" value=\"A JSON array of marks: [{&quot;kind&quot;:&quot;pageNumber&quot;,&quot;format&quot;:&quot;Page {n} of {total}&quot;}]\"/>\n"
+        "      </arg>\n"
+        "      <arg name=\"outputs\" type=\"as\" direction=\"out\"/>\n"
+        "    </method>\n"
         "  </interface>\n")
     // clang-format on
 
@@ -156,6 +167,14 @@ class IntentsAdaptor : public QDBusAbstractAdaptor {
                 given.push_back(pattern.toStdString());
             }
             return Intent::redact(AutomationBus::absolutePaths(files), given);
+        });
+        return {};
+    }
+
+    QStringList StampPDF(const QStringList& files, const QString& marks,
+                         const QDBusMessage& message) {
+        answer(message, [&] {
+            return Intent::stamp(AutomationBus::absolutePaths(files), marks.toStdString());
         });
         return {};
     }

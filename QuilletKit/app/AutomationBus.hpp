@@ -8,6 +8,7 @@
 //   CleanPDF(as files) -> as
 //   MakePDFSearchable(as files, s languages) -> as
 //   RedactPDF(as files, as patterns) -> as   (words, "regex:EXPRESSION" or "preset:NAME")
+//   StampPDF(as files, s marks) -> as         (a JSON array of marks, as a stamp job holds them)
 //
 // Files are absolute paths; the answer is the absolute paths of the produced files. Each call is
 // queued on the IntentRunner and answered when its action ends (a delayed reply), so a caller

@@ -1,7 +1,9 @@
 #include "app/IntentRunner.hpp"
 
+#include "engines/PDFCoreError.hpp"
 #include "engines/PDFOCREngine.hpp"
 #include "engines/PDFRedactionEngine.hpp"
+#include "engines/PDFStampEngine.hpp"
 #include "tasks/RedactionRequest.hpp"
 #include "platform/UUID.hpp"
 #include "tasks/queue/JobWorker.hpp"
@@ -80,6 +82,21 @@ Intent Intent::redact(std::vector<fs::path> files, const std::vector<std::string
     }
     PDFRedactionEngine::validate(redactionRequest(redact));
     return {"redact", std::move(files), PDFOperationKind::redact, std::move(redact)};
+}
+
+Intent Intent::stamp(std::vector<fs::path> files, const std::string& marks) {
+    OperationParameters parameters;
+    try {
+        auto json = nlohmann::ordered_json::object();
+        json["type"] = "stamp";
+        json["marks"] = nlohmann::ordered_json::parse(marks);
+        parameters = OperationParameters::fromJSON(json);
+    } catch (const std::exception& error) {
+        throw PDFCoreError::invalidInput(std::string("The marks are not a JSON array of marks: ") +
+                                         error.what());
+    }
+    PDFStampEngine::validate(*parameters.as<OperationParameters::Stamp>());
+    return {"stamp", std::move(files), PDFOperationKind::stamp, std::move(parameters)};
 }
 
 IntentRunner::IntentRunner(QStringList workerCommand, fs::path temporaryFolder, QObject* parent)

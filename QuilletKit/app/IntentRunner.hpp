@@ -1,4 +1,4 @@
-// The automation actions: compress, merge, split, convert, clean, make searchable and redact files
+// The automation actions: compress, merge, split, convert, clean, make searchable, redact and stamp files
 // handed in by a script, answering the files produced.
 //
 // Every action follows the same steps (`perform`): a fresh work folder
@@ -37,7 +37,7 @@ namespace quillet {
 
 /// One action as received: its word, the files and the operation to run on them.
 struct Intent {
-    std::string word; ///< "compress", "merge", "split", "convert", "clean", "ocr" or "redact"
+    std::string word; ///< "compress", "merge", "split", "convert", "clean", "ocr", "redact" or "stamp"
     std::vector<std::filesystem::path> files;
     PDFOperationKind operation = PDFOperationKind::compress;
     OperationParameters parameters;
@@ -57,6 +57,9 @@ struct Intent {
     /// card, date). Throws PDFCoreError (invalidInput) naming a pattern that cannot be used.
     static Intent redact(std::vector<std::filesystem::path> files,
                          const std::vector<std::string>& patterns);
+    /// `marks` is a JSON array of marks as a stamp job holds them ({"kind":"pageNumber",...}).
+    /// Throws PDFCoreError (invalidInput) naming what is wrong with them.
+    static Intent stamp(std::vector<std::filesystem::path> files, const std::string& marks);
 };
 
 class IntentRunner : public QObject {

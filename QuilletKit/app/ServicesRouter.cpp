@@ -5,7 +5,8 @@ namespace quillet::ServicesRouter {
 const QStringList& words() {
     static const QStringList all{QStringLiteral("compress"), QStringLiteral("merge"),
                                  QStringLiteral("convert"), QStringLiteral("clean"),
-                                 QStringLiteral("images"),  QStringLiteral("ocr")};
+                                 QStringLiteral("images"),  QStringLiteral("ocr"),
+                                 QStringLiteral("pagenumbers")};
     return all;
 }
 
@@ -30,6 +31,11 @@ std::optional<Plan> plan(const std::optional<QString>& userData) {
     }
     if (word == QLatin1String("ocr")) {
         return Plan{PDFOperationKind::ocr, OperationParameters::OCR{"eng"}};
+    }
+    if (word == QLatin1String("pagenumbers")) {
+        // A mark's defaults are a page number "{n}" at the bottom center.
+        return Plan{PDFOperationKind::stamp,
+                    OperationParameters::Stamp{{OperationParameters::StampMark{}}}};
     }
     if (word == QLatin1String("images")) {
         return Plan{PDFOperationKind::imagesToPDF,

@@ -22,7 +22,8 @@ struct Plan {
     OperationParameters parameters;
 };
 
-/// The five words, in menu order: "compress", "merge", "convert", "clean", "images".
+/// The words, in menu order: "compress", "merge", "convert", "clean", "images", "ocr",
+/// "pagenumbers" (numbers at the bottom center).
 const QStringList& words();
 
 std::optional<Plan> plan(const std::optional<QString>& userData);

@@ -22,6 +22,8 @@ QString operationName(PDFOperationKind kind) {
         QT_TRANSLATE_NOOP("Operation", "Protect"),
         QT_TRANSLATE_NOOP("Operation", "Remove Password"),
         QT_TRANSLATE_NOOP("Operation", "Make Searchable"),
+        QT_TRANSLATE_NOOP("Operation", "Redact"),
+        QT_TRANSLATE_NOOP("Operation", "Stamp"),
     };
     const auto name = displayName(kind);
     return QCoreApplication::translate("Operation", std::string(name).c_str());

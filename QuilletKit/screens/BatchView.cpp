@@ -40,6 +40,8 @@ QString BatchView::label(BatchAction action) {
     case BatchAction::removePassword: return tr("Remove Password (known password)");
     case BatchAction::makeSearchable: return tr("Make searchable (OCR)");
     case BatchAction::redact: return tr("Redact");
+    case BatchAction::pageNumbers: return tr("Add page numbers");
+    case BatchAction::watermark: return tr("Watermark");
     }
     return {};
 }
@@ -57,6 +59,8 @@ PDFOperationKind BatchView::operation(BatchAction action) {
     case BatchAction::removePassword: return PDFOperationKind::unprotect;
     case BatchAction::makeSearchable: return PDFOperationKind::ocr;
     case BatchAction::redact: return PDFOperationKind::redact;
+    case BatchAction::pageNumbers:
+    case BatchAction::watermark: return PDFOperationKind::stamp;
     }
     return PDFOperationKind::compress;
 }
@@ -77,6 +81,8 @@ OperationParameters BatchView::parameters(BatchAction action, const std::string&
     case BatchAction::removePassword: return P::Unprotect{password};
     case BatchAction::makeSearchable: return P::OCR{"eng"};
     case BatchAction::redact: return P::Redact{};
+    case BatchAction::pageNumbers: return P::Stamp{{P::StampMark{}}};
+    case BatchAction::watermark: return P::Stamp{};
     }
     return {};
 }
@@ -92,6 +98,18 @@ OperationParameters::Redact BatchView::redaction(const QString& words, const QSt
         redact.presets.push_back(preset.toStdString());
     }
     return redact;
+}
+
+OperationParameters::Stamp BatchView::watermark(const QString& text) {
+    OperationParameters::StampMark mark;
+    mark.kind = "text";
+    mark.text = text.trimmed().toStdString();
+    mark.position = "center";
+    mark.fontSize = 72;
+    mark.color = "#808080";
+    mark.opacity = 0.3;
+    mark.rotation = 45;
+    return {{mark}};
 }
 
 BatchView::BatchView(const ScreenContext& context, QWidget* parent)
@@ -143,6 +161,20 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
         connect(box, &QCheckBox::toggled, this, &BatchView::updateActions);
     }
 
+    watermarkRow_ = new QWidget(this);
+    auto* watermarkLayout = new QHBoxLayout(watermarkRow_);
+    watermarkLayout->setContentsMargins(0, 0, 0, 0);
+    watermarkLayout->setSpacing(8);
+    watermarkText_ = new QLineEdit(watermarkRow_);
+    watermarkText_->setObjectName(QStringLiteral("watermarkText"));
+    watermarkText_->setAccessibleName(tr("Watermark text"));
+    watermarkText_->setPlaceholderText(tr("CONFIDENTIAL"));
+    watermarkText_->setMinimumWidth(200);
+    auto* watermarkLabel = new QLabel(tr("Watermark text"), watermarkRow_);
+    watermarkLabel->setBuddy(watermarkText_);
+    watermarkLayout->addWidget(watermarkLabel);
+    watermarkLayout->addWidget(watermarkText_, 1);
+
     auto* choice = new QHBoxLayout;
     choice->setSpacing(8);
     choice->addWidget(actionLabel);
@@ -177,6 +209,7 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     layout->addLayout(choice);
     layout->addWidget(passwordRow_);
     layout->addWidget(redactRow_);
+    layout->addWidget(watermarkRow_);
     layout->addWidget(rows_, 1);
     layout->addWidget(bar_);
 
@@ -224,11 +257,16 @@ void BatchView::runBatch() {
         redactWords_->setFocus();
         return;
     }
+    if (chosen == BatchAction::watermark && watermarkText_->text().trimmed().isEmpty()) {
+        watermarkText_->setFocus();
+        return;
+    }
     const OutputRule rule = context_.model().settings().outputRule();
     const auto kind = operation(chosen);
-    const auto chosenParameters = chosen == BatchAction::redact
-                                      ? OperationParameters(redact)
-                                      : parameters(chosen, password_->text().toStdString());
+    const auto chosenParameters =
+        chosen == BatchAction::redact      ? OperationParameters(redact)
+        : chosen == BatchAction::watermark ? OperationParameters(watermark(watermarkText_->text()))
+                                           : parameters(chosen, password_->text().toStdString());
     std::vector<TaskSpec> specs;
     specs.reserve(static_cast<std::size_t>(files.size()));
     for (const QString& file : files) {
@@ -337,6 +375,7 @@ void BatchView::updateActions() {
     const bool needsPassword = action() == BatchAction::removePassword;
     passwordRow_->setVisible(needsPassword);
     redactRow_->setVisible(action() == BatchAction::redact);
+    watermarkRow_->setVisible(action() == BatchAction::watermark);
     bar_->button().setText(tr("Run on %n files", nullptr, count));
     bar_->button().setEnabled(count > 0);
     bar_->showNote(count == 0 ? tr("Drop PDFs or a folder above.") : QString());

@@ -47,8 +47,10 @@ class BatchView : public QWidget {
         removePassword,
         makeSearchable,
         redact,
+        pageNumbers,
+        watermark,
     };
-    static constexpr int actionCount = 11;
+    static constexpr int actionCount = 13;
 
     /// The label the picker shows for `action`, translated.
     static QString label(BatchAction action);
@@ -58,11 +60,13 @@ class BatchView : public QWidget {
     static OperationParameters parameters(BatchAction action, const std::string& password);
     /// Redaction by the words given (separated by commas) and the presets ticked: no drawn areas.
     static OperationParameters::Redact redaction(const QString& words, const QStringList& presets);
+    /// A diagonal watermark of `text`: large, gray, a third opaque, in the middle of each page.
+    static OperationParameters::Stamp watermark(const QString& text);
 
     BatchAction action() const;
     void setAction(BatchAction action);
     /// Submits one job per loaded file; nothing without files, for removePassword without a
-    /// password, or for redact without a word or a preset.
+    /// password, for redact without a word or a preset, or for watermark without a text.
     void runBatch();
 
   protected:
@@ -80,6 +84,8 @@ class BatchView : public QWidget {
     QLineEdit* password_ = nullptr;
     QWidget* redactRow_ = nullptr;
     QLineEdit* redactWords_ = nullptr;
+    QWidget* watermarkRow_ = nullptr;
+    QLineEdit* watermarkText_ = nullptr;
     std::vector<std::pair<QString, QCheckBox*>> redactPresets_; ///< preset name, its box
     QTreeWidget* rows_ = nullptr;
     QHash<QString, QTreeWidgetItem*> itemByPath_;

@@ -9,6 +9,7 @@
 #include "screens/OrganizeView.hpp"
 #include "screens/PrivacyView.hpp"
 #include "screens/SplitView.hpp"
+#include "screens/StampView.hpp"
 
 namespace quillet {
 
@@ -20,6 +21,7 @@ QWidget* makeSectionBody(AppModel::Section section, const ScreenContext& context
     case Section::merge: return new MergeView(context);
     case Section::split: return new SplitView(context);
     case Section::organize: return new OrganizeView(context);
+    case Section::stamp: return new StampView(context);
     case Section::convert: return new ConvertView(context);
     case Section::privacy: return new PrivacyView(context);
     case Section::batch: return new BatchView(context);

@@ -40,6 +40,10 @@ SectionTexts texts(Section section) {
     case Section::organize:
         return {SectionView::tr("Reorder, rotate, delete, duplicate, extract and insert pages."),
                 SectionView::tr("Drop a PDF to organize pages"), QString()};
+    case Section::stamp:
+        return {SectionView::tr("Add page numbers, Bates numbers, headers, footers and watermarks "
+                                "as real text or pictures."),
+                SectionView::tr("Drop PDFs to stamp"), QString()};
     case Section::convert:
         return {SectionView::tr("Turn PDF pages into PNG, JPEG, TIFF or HEIC images, or images "
                                 "into a PDF."),
@@ -70,6 +74,7 @@ QString SectionView::title(Section section) {
     case Section::merge: return tr("Merge");
     case Section::split: return tr("Split");
     case Section::organize: return tr("Organize");
+    case Section::stamp: return tr("Stamp");
     case Section::convert: return tr("Convert");
     case Section::privacy: return tr("Privacy");
     case Section::batch: return tr("Batch");

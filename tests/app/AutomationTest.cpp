@@ -96,6 +96,10 @@ void AutomationTest::callsOverTheBusAnswerTheOutFiles() {
          {QStringList{four}, QStringList{"Huardest gefburn", "preset:email"}},
          "redact",
          "out-pdflatex-4-pages-redacted\\.pdf"},
+        {"StampPDF",
+         {QStringList{one, four}, QString(R"([{"kind":"bates","prefix":"X-"}])")},
+         "stamp",
+         "out-minimal-document-stamped\\.pdf,out-pdflatex-4-pages-stamped\\.pdf"},
     };
     // All sent at once: the runner queues them and answers each.
     std::vector<QDBusPendingCall> pending;
@@ -138,6 +142,8 @@ void AutomationTest::errorsAnswerTheFailedError() {
         {intents("MakePDFSearchable", {QStringList{one}, QString("eng+xyz")}),
          "tesseract-ocr-xyz"},
         {intents("RedactPDF", {QStringList{one}, QStringList{"regex:(open"}}), "(open"},
+        {intents("StampPDF", {QStringList{one}, QString(R"([{"kind":"text","color":"red"}])")}),
+         "Mark 1: the text is empty."},
     };
     for (const auto& [call, text] : cases) {
         QTRY_VERIFY_WITH_TIMEOUT(call.isFinished(), 60000);

@@ -117,6 +117,14 @@ void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
         << int(A::redact) << 2 << " Jane Roe, ACME " << 2 << int(PDFOperationKind::redact)
         << R"({"type":"redact","patterns":[{"text":"Jane Roe"},{"text":"ACME"}]})";
     QTest::newRow("redact with nothing to look for, no job") << int(A::redact) << 2 << "" << 0 << 0 << "";
+    QTest::newRow("page numbers at the bottom center")
+        << int(A::pageNumbers) << 2 << "" << 2 << int(PDFOperationKind::stamp)
+        << R"({"type":"stamp","marks":[{"kind":"pageNumber"}]})";
+    QTest::newRow("a diagonal watermark of the text typed")
+        << int(A::watermark) << 1 << " DRAFT " << 1 << int(PDFOperationKind::stamp)
+        << R"({"type":"stamp","marks":[{"kind":"text","text":"DRAFT","position":"center",)"
+           R"("fontSize":72,"color":"#808080","opacity":0.3,"rotation":45}]})";
+    QTest::newRow("watermark without a text, no job") << int(A::watermark) << 2 << "" << 0 << 0 << "";
 }
 
 void SectionScreensTest::batchSubmitsOneJobPerFile() {
@@ -139,6 +147,7 @@ void SectionScreensTest::batchSubmitsOneJobPerFile() {
     view.setAction(static_cast<BatchView::BatchAction>(action));
     view.findChild<QLineEdit*>("password")->setText(password);
     view.findChild<QLineEdit*>("redactWords")->setText(password);
+    view.findChild<QLineEdit*>("watermarkText")->setText(password);
     QCOMPARE(view.findChild<QPushButton*>("run")->text(), QStringLiteral("Run on %1 files").arg(files));
     click(view);
 

@@ -31,7 +31,8 @@ const std::map<std::string, std::string> titles{{"compress", "Compress with Quil
                                                 {"convert", "Convert to PNG with Quillet"},
                                                 {"clean", "Remove metadata with Quillet"},
                                                 {"images", "Make a PDF with Quillet"},
-                                                {"ocr", "Make searchable with Quillet"}};
+                                                {"ocr", "Make searchable with Quillet"},
+                                                {"pagenumbers", "Add page numbers with Quillet"}};
 
 } // namespace
 
@@ -41,7 +42,7 @@ class ServicesTest : public QObject {
   private slots:
     void planTable();
     void payloadRules();
-    void everyFileManagerOffersTheSixActions();
+    void everyFileManagerOffersEveryAction();
     void serviceLaunchHandsTheActionToTheRunningInstance();
     void anActionRunsThroughTheModelAndQueue();
 };
@@ -59,6 +60,7 @@ void ServicesTest::planTable() {
         {"clean", {{PDFOperationKind::clean, P::Clean{CleanPreset::privacy}}}},
         {"images", {{PDFOperationKind::imagesToPDF, P::ImagesToPDF{"original", "fit", 0}}}},
         {"ocr", {{PDFOperationKind::ocr, P::OCR{"eng"}}}},
+        {"pagenumbers", {{PDFOperationKind::stamp, P::Stamp{{P::StampMark{}}}}}},
         {"Compress", std::nullopt},
         {"compress ", std::nullopt},
         {"OCR", std::nullopt},
@@ -98,7 +100,7 @@ void ServicesTest::payloadRules() {
 
 // The entries of each file manager (a folder and a kind of file) run
 // `quillet-app --service WORD %F` for the six words, under their English and Chinese titles.
-void ServicesTest::everyFileManagerOffersTheSixActions() {
+void ServicesTest::everyFileManagerOffersEveryAction() {
     std::map<std::string, std::string> managers;
     for (const auto& item : fs::recursive_directory_iterator(entriesFolder)) {
         const fs::path path = item.path();

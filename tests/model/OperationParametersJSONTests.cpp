@@ -85,7 +85,15 @@ INSTANTIATE_TEST_SUITE_P(
         // Keys of other cases are ignored; an integral float is an integer.
         DefaultsRow{R"({"type":"targetSize","bytes":2.0,"tier":"nonsense","dpi":"x"})",
                     P::TargetSize{2}},
-        DefaultsRow{R"({"type":"imagesToPDF","marginPT":12})", P::ImagesToPDF{"auto", "fit", 12}}));
+        DefaultsRow{R"({"type":"imagesToPDF","marginPT":12})", P::ImagesToPDF{"auto", "fit", 12}},
+        DefaultsRow{R"({"type":"stamp","marks":[{"kind":"text","text":"DRAFT","opacity":0.3}]})",
+                    P::Stamp{{[] {
+                        P::StampMark mark;
+                        mark.kind = "text";
+                        mark.text = "DRAFT";
+                        mark.opacity = 0.3;
+                        return mark;
+                    }()}}}));
 
 struct FailureRow {
     const char* json;
@@ -124,6 +132,7 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{R"({"type":"organize","rotatePages":[1,"2"]})", K::typeMismatch, "rotatePages"},
         FailureRow{R"({"type":"organize","newOrder":[1,null]})", K::typeMismatch, "newOrder"},
         FailureRow{R"({"type":7})", K::typeMismatch, "type"},
+        FailureRow{R"({"type":"stamp","marks":[{"text":"x"}]})", K::keyNotFound, "kind"},
         FailureRow{R"(["compress"])", K::typeMismatch, ""}));
 
 TEST(OperationParametersJSON, UnknownTypeIsDataCorruptedWithTheExactText) {

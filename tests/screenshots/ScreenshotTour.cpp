@@ -17,6 +17,7 @@
 #include "screens/PrivacyView.hpp"
 #include "screens/SectionView.hpp"
 #include "screens/SettingsWindow.hpp"
+#include "screens/StampView.hpp"
 #include "tasks/PersistedList.hpp"
 
 #include <QApplication>
@@ -217,6 +218,25 @@ int main(int argc, char** argv) {
                            [&](int row) { return organize->pages().isCurrent(row); });
     }, 20000);
     save(window, prefix + QStringLiteral("20-organize.png"));
+
+    // Stamp: numbers in the reader's language at the foot of the four-page document and a
+    // diagonal watermark, as the engine draws them in the preview.
+    model.setSection(AppModel::Section::stamp);
+    model.acceptDropped({QUrl::fromLocalFile(pdfs[1])});
+    auto* stamp = window.findChild<StampView*>();
+    stamp->findChild<QLineEdit*>("format")->setText(language == QStringLiteral("en")
+                                                        ? QStringLiteral("Page {n} of {total}")
+                                                        : QStringLiteral("第 {n} 页，共 {total} 页"));
+    stamp->addMark("text");
+    stamp->showPage(1);
+    int previews = 0;
+    QObject::connect(stamp, &StampView::previewChanged, stamp, [&previews] { ++previews; });
+    waitFor([] { return false; }, 1000);
+    previews = 0;
+    waitFor([&] { return previews > 0 || !stamp->preview().isNull(); }, 20000);
+    waitFor([] { return false; }, 700);
+    settle();
+    save(window, prefix + QStringLiteral("21-stamp.png"));
 
     window.openSettings();
     settings->setLanguageOverride(language == QStringLiteral("en")

@@ -19,6 +19,7 @@ ENTRIES = (
     ("convert", PDF, 1, "Convert to PNG with Quillet", {"zh_CN": "使用 Quillet 转换为 PNG"}),
     ("clean", PDF, 1, "Remove metadata with Quillet", {"zh_CN": "使用 Quillet 移除元数据"}),
     ("ocr", PDF, 1, "Make searchable with Quillet", {"zh_CN": "使用 Quillet 使文字可搜索"}),
+    ("pagenumbers", PDF, 1, "Add page numbers with Quillet", {"zh_CN": "使用 Quillet 添加页码"}),
     ("images", IMAGES, 1, "Make a PDF with Quillet", {"zh_CN": "使用 Quillet 制作 PDF"}),
 )
 
