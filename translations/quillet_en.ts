@@ -134,6 +134,14 @@
         <source>Make Searchable</source>
         <translation>Make Searchable</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation type="unfinished">Redact</translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PageSelection</name>
@@ -352,6 +360,22 @@
     <message>
         <source>Words, separated by commas</source>
         <translation>Words, separated by commas</translation>
+    </message>
+    <message>
+        <source>Add page numbers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Watermark</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Watermark text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CONFIDENTIAL</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1846,6 +1870,123 @@
     </message>
 </context>
 <context>
+    <name>quillet::RedactPageView</name>
+    <message>
+        <source>Page to redact</source>
+        <translation>Page to redact</translation>
+    </message>
+    <message>
+        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
+        <translation>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</translation>
+    </message>
+    <message>
+        <source>Drop a PDF above to draw boxes on its pages.</source>
+        <translation>Drop a PDF above to draw boxes on its pages.</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPanel</name>
+    <message>
+        <source>Previous</source>
+        <translation>Previous</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Remove boxes</source>
+        <translation>Remove boxes</translation>
+    </message>
+    <message>
+        <source>Words or an expression to remove</source>
+        <translation>Words or an expression to remove</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>Match case</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regular expression</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Find</translation>
+    </message>
+    <message>
+        <source>Matches to redact</source>
+        <translation>Matches to redact</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Page</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Found by</source>
+        <translation>Found by</translation>
+    </message>
+    <message>
+        <source>No PDF loaded.</source>
+        <translation>No PDF loaded.</translation>
+    </message>
+    <message>
+        <source>Boxes are drawn on %1.</source>
+        <translation>Boxes are drawn on %1.</translation>
+    </message>
+    <message>
+        <source>Reading the pages…</source>
+        <translation>Reading the pages…</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be shown.</source>
+        <translation>This PDF cannot be shown.</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message>
+        <source>Searching…</source>
+        <translation>Searching…</translation>
+    </message>
+    <message>
+        <source>Nothing found.</source>
+        <translation>Nothing found.</translation>
+    </message>
+    <message>
+        <source>Draw a box on the page, or search for words or a preset.</source>
+        <translation>Draw a box on the page, or search for words or a preset.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n match(es): untick one to keep it.</source>
+        <translation>
+            <numerusform>%n match: untick it to keep it.</numerusform>
+            <numerusform>%n matches: untick one to keep it.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Before and after</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type the words again: the history does not keep them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>quillet::ResumeBanner</name>
     <message>
         <source>Previous batch was interrupted</source>
@@ -1995,6 +2136,18 @@
             <numerusform>Reading the folder… %n file found</numerusform>
             <numerusform>Reading the folder… %n files found</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Add page numbers, Bates numbers, headers, footers and watermarks as real text or pictures.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop PDFs to stamp</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -2283,135 +2436,232 @@
     </message>
 </context>
 <context>
-    <name>quillet::RedactPanel</name>
+    <name>quillet::StampView</name>
     <message>
-        <source>Previous</source>
-        <translation>Previous</translation>
-    </message>
-    <message>
-        <source>Next</source>
-        <translation>Next</translation>
-    </message>
-    <message>
-        <source>Undo</source>
-        <translation>Undo</translation>
-    </message>
-    <message>
-        <source>Remove boxes</source>
-        <translation>Remove boxes</translation>
-    </message>
-    <message>
-        <source>Words or an expression to remove</source>
-        <translation>Words or an expression to remove</translation>
-    </message>
-    <message>
-        <source>Search</source>
-        <translation>Search</translation>
-    </message>
-    <message>
-        <source>Match case</source>
-        <translation>Match case</translation>
-    </message>
-    <message>
-        <source>Regular expression</source>
-        <translation>Regular expression</translation>
-    </message>
-    <message>
-        <source>Find</source>
-        <translation>Find</translation>
-    </message>
-    <message>
-        <source>Matches to redact</source>
-        <translation>Matches to redact</translation>
-    </message>
-    <message>
-        <source>Page</source>
-        <translation>Page</translation>
+        <source>Bates number</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Text</source>
-        <translation>Text</translation>
+        <translation type="unfinished">Text</translation>
     </message>
     <message>
-        <source>Found by</source>
-        <translation>Found by</translation>
+        <source>Picture</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>No PDF loaded.</source>
-        <translation>No PDF loaded.</translation>
+        <source>Page number</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Boxes are drawn on %1.</source>
-        <translation>Boxes are drawn on %1.</translation>
+        <source>%1: %2</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Reading the pages…</source>
-        <translation>Reading the pages…</translation>
+        <source>CONFIDENTIAL</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>This PDF cannot be shown.</source>
-        <translation>This PDF cannot be shown.</translation>
+        <source>Marks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished">Remove</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation type="unfinished">Previous</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation type="unfinished">Next</translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Page %1 of %2</source>
-        <translation>Page %1 of %2</translation>
+        <translation type="unfinished">Page %1 of %2</translation>
     </message>
     <message>
-        <source>Searching…</source>
-        <translation>Searching…</translation>
+        <source>Format</source>
+        <translation type="unfinished">Format</translation>
     </message>
     <message>
-        <source>Nothing found.</source>
-        <translation>Nothing found.</translation>
+        <source>{n} is the number, {total} the last one.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Draw a box on the page, or search for words or a preset.</source>
-        <translation>Draw a box on the page, or search for words or a preset.</translation>
+        <source>Prefix</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Digits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Suffix</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numbers run on from one file to the next, in the order loaded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>{n} page number, {total} pages, {date} today, {name} file name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation type="unfinished">Choose…</translation>
+    </message>
+    <message>
+        <source>Choose a picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source> pt</source>
+        <translation type="unfinished"> pt</translation>
+    </message>
+    <message>
+        <source>PNG or JPEG</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pick…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Over the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Under the page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Under the content, a mark shows on pages with a clear background and is hidden under opaque scans.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All pages</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Skip the first page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start at</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Margin</source>
+        <translation type="unfinished">Margin</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation type="unfinished">Size</translation>
+    </message>
+    <message>
+        <source>Opacity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation type="unfinished">Pages</translation>
     </message>
     <message numerus="yes">
-        <source>%n match(es): untick one to keep it.</source>
-        <translation>
-            <numerusform>%n match: untick it to keep it.</numerusform>
-            <numerusform>%n matches: untick one to keep it.</numerusform>
+        <source>Stamp %n files</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
         </translation>
     </message>
-</context>
-<context>
-    <name>quillet::RedactPageView</name>
     <message>
-        <source>Page to redact</source>
-        <translation>Page to redact</translation>
+        <source>Drop a PDF above to see its pages stamped.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
-        <translation>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</translation>
+        <source>Add a mark: a page number, a Bates number, a text or a picture.</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Drop a PDF above to draw boxes on its pages.</source>
-        <translation>Drop a PDF above to draw boxes on its pages.</translation>
+        <source>Drop a PDF above to stamp it.</source>
+        <translation type="unfinished"></translation>
     </message>
-</context>
-<context>
-    <name>RedactionPresets</name>
-    <message>
-        <source>E-mail addresses</source>
-        <translation>E-mail addresses</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>Phone numbers</translation>
+    <message numerus="yes">
+        <source>Stamping %n file(s): follow it in the queue.</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
     </message>
     <message>
-        <source>IBANs</source>
-        <translation>IBANs</translation>
+        <source>Top left</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Card numbers</source>
-        <translation>Card numbers</translation>
+        <source>Top center</source>
+        <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Dates</source>
-        <translation>Dates</translation>
+        <source>Top right</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Center</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom center</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Bottom right</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 </TS>

@@ -130,6 +130,14 @@
         <source>Make Searchable</source>
         <translation>使文字可搜索</translation>
     </message>
+    <message>
+        <source>Redact</source>
+        <translation>涂黑</translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation>加盖标记</translation>
+    </message>
 </context>
 <context>
     <name>PageSelection</name>
@@ -344,6 +352,22 @@
     <message>
         <source>Words, separated by commas</source>
         <translation>词语，用逗号分隔</translation>
+    </message>
+    <message>
+        <source>Add page numbers</source>
+        <translation>添加页码</translation>
+    </message>
+    <message>
+        <source>Watermark</source>
+        <translation>水印</translation>
+    </message>
+    <message>
+        <source>Watermark text</source>
+        <translation>水印文字</translation>
+    </message>
+    <message>
+        <source>CONFIDENTIAL</source>
+        <translation>机密</translation>
     </message>
 </context>
 <context>
@@ -1809,6 +1833,122 @@
     </message>
 </context>
 <context>
+    <name>quillet::RedactPageView</name>
+    <message>
+        <source>Page to redact</source>
+        <translation>要涂黑的页面</translation>
+    </message>
+    <message>
+        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
+        <translation>拖动以在要移除的内容上绘制框。Delete 键删除所选框，Ctrl+Z 撤销。</translation>
+    </message>
+    <message>
+        <source>Drop a PDF above to draw boxes on its pages.</source>
+        <translation>将 PDF 拖放到上方，即可在其页面上绘制框。</translation>
+    </message>
+</context>
+<context>
+    <name>quillet::RedactPanel</name>
+    <message>
+        <source>Previous</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一页</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Remove boxes</source>
+        <translation>移除所有框</translation>
+    </message>
+    <message>
+        <source>Words or an expression to remove</source>
+        <translation>要移除的词语或表达式</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>区分大小写</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>正则表达式</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>查找</translation>
+    </message>
+    <message>
+        <source>Matches to redact</source>
+        <translation>要涂黑的匹配项</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>页</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Found by</source>
+        <translation>查找依据</translation>
+    </message>
+    <message>
+        <source>No PDF loaded.</source>
+        <translation>未载入 PDF。</translation>
+    </message>
+    <message>
+        <source>Boxes are drawn on %1.</source>
+        <translation>在 %1 上绘制涂黑框。</translation>
+    </message>
+    <message>
+        <source>Reading the pages…</source>
+        <translation>正在读取页面…</translation>
+    </message>
+    <message>
+        <source>This PDF cannot be shown.</source>
+        <translation>无法显示此 PDF。</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>第 %1 页，共 %2 页</translation>
+    </message>
+    <message>
+        <source>Searching…</source>
+        <translation>正在搜索…</translation>
+    </message>
+    <message>
+        <source>Nothing found.</source>
+        <translation>未找到任何内容。</translation>
+    </message>
+    <message>
+        <source>Draw a box on the page, or search for words or a preset.</source>
+        <translation>请在页面上绘制框，或搜索词语或选择预设。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n match(es): untick one to keep it.</source>
+        <translation>
+            <numerusform>%n 处匹配：取消勾选即可保留</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Before and after</source>
+        <translation>前后对比</translation>
+    </message>
+    <message>
+        <source>Type the words again: the history does not keep them.</source>
+        <translation>请重新输入要涂黑的文字：历史记录不会保存它们。</translation>
+    </message>
+</context>
+<context>
     <name>quillet::ResumeBanner</name>
     <message>
         <source>Previous batch was interrupted</source>
@@ -1956,6 +2096,18 @@
         <translation>
             <numerusform>正在读取文件夹… 已找到 %n 个文件</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Add page numbers, Bates numbers, headers, footers and watermarks as real text or pictures.</source>
+        <translation>以真实文字或图片添加页码、贝茨编号、页眉、页脚和水印。</translation>
+    </message>
+    <message>
+        <source>Drop PDFs to stamp</source>
+        <translation>拖入要加盖标记的 PDF</translation>
+    </message>
+    <message>
+        <source>Stamp</source>
+        <translation>加盖标记</translation>
     </message>
 </context>
 <context>
@@ -2239,7 +2391,51 @@
     </message>
 </context>
 <context>
-    <name>quillet::RedactPanel</name>
+    <name>quillet::StampView</name>
+    <message>
+        <source>Bates number</source>
+        <translation>贝茨编号</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>图片</translation>
+    </message>
+    <message>
+        <source>Page number</source>
+        <translation>页码</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>CONFIDENTIAL</source>
+        <translation>机密</translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>下移</translation>
+    </message>
     <message>
         <source>Previous</source>
         <translation>上一页</translation>
@@ -2249,124 +2445,176 @@
         <translation>下一页</translation>
     </message>
     <message>
-        <source>Undo</source>
-        <translation>撤销</translation>
-    </message>
-    <message>
-        <source>Remove boxes</source>
-        <translation>移除所有框</translation>
-    </message>
-    <message>
-        <source>Words or an expression to remove</source>
-        <translation>要移除的词语或表达式</translation>
-    </message>
-    <message>
-        <source>Search</source>
-        <translation>搜索</translation>
-    </message>
-    <message>
-        <source>Match case</source>
-        <translation>区分大小写</translation>
-    </message>
-    <message>
-        <source>Regular expression</source>
-        <translation>正则表达式</translation>
-    </message>
-    <message>
-        <source>Find</source>
-        <translation>查找</translation>
-    </message>
-    <message>
-        <source>Matches to redact</source>
-        <translation>要涂黑的匹配项</translation>
-    </message>
-    <message>
-        <source>Page</source>
-        <translation>页</translation>
-    </message>
-    <message>
-        <source>Text</source>
-        <translation>文字</translation>
-    </message>
-    <message>
-        <source>Found by</source>
-        <translation>查找依据</translation>
-    </message>
-    <message>
-        <source>No PDF loaded.</source>
-        <translation>未载入 PDF。</translation>
-    </message>
-    <message>
-        <source>Boxes are drawn on %1.</source>
-        <translation>在 %1 上绘制涂黑框。</translation>
-    </message>
-    <message>
-        <source>Reading the pages…</source>
-        <translation>正在读取页面…</translation>
-    </message>
-    <message>
-        <source>This PDF cannot be shown.</source>
-        <translation>无法显示此 PDF。</translation>
+        <source>Stamp</source>
+        <translation>加盖标记</translation>
     </message>
     <message>
         <source>Page %1 of %2</source>
         <translation>第 %1 页，共 %2 页</translation>
     </message>
     <message>
-        <source>Searching…</source>
-        <translation>正在搜索…</translation>
+        <source>Format</source>
+        <translation>格式</translation>
     </message>
     <message>
-        <source>Nothing found.</source>
-        <translation>未找到任何内容。</translation>
+        <source>{n} is the number, {total} the last one.</source>
+        <translation>{n} 为页码，{total} 为最后一个页码。</translation>
     </message>
     <message>
-        <source>Draw a box on the page, or search for words or a preset.</source>
-        <translation>请在页面上绘制框，或搜索词语或选择预设。</translation>
+        <source>Prefix</source>
+        <translation>前缀</translation>
+    </message>
+    <message>
+        <source>Digits</source>
+        <translation>位数</translation>
+    </message>
+    <message>
+        <source>Suffix</source>
+        <translation>后缀</translation>
+    </message>
+    <message>
+        <source>Numbers run on from one file to the next, in the order loaded.</source>
+        <translation>编号按载入顺序在各文件之间连续。</translation>
+    </message>
+    <message>
+        <source>{n} page number, {total} pages, {date} today, {name} file name.</source>
+        <translation>{n} 页码，{total} 总页数，{date} 今天日期，{name} 文件名。</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>选择…</translation>
+    </message>
+    <message>
+        <source>Choose a picture</source>
+        <translation>选择图片</translation>
+    </message>
+    <message>
+        <source>Pictures (*.png *.jpg *.jpeg)</source>
+        <translation>图片 (*.png *.jpg *.jpeg)</translation>
+    </message>
+    <message>
+        <source> pt</source>
+        <translation> 磅</translation>
+    </message>
+    <message>
+        <source>PNG or JPEG</source>
+        <translation>PNG 或 JPEG</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>宽度</translation>
+    </message>
+    <message>
+        <source>Pick…</source>
+        <translation>选取…</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>颜色</translation>
+    </message>
+    <message>
+        <source>Over the page</source>
+        <translation>在页面内容之上</translation>
+    </message>
+    <message>
+        <source>Under the page</source>
+        <translation>在页面内容之下</translation>
+    </message>
+    <message>
+        <source>Under the content, a mark shows on pages with a clear background and is hidden under opaque scans.</source>
+        <translation>放在内容之下时，标记在透明背景的页面上可见，在不透明的扫描页下会被遮住。</translation>
+    </message>
+    <message>
+        <source>All pages</source>
+        <translation>所有页面</translation>
+    </message>
+    <message>
+        <source>Skip the first page</source>
+        <translation>跳过第一页</translation>
+    </message>
+    <message>
+        <source>Start at</source>
+        <translation>起始编号</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Margin</source>
+        <translation>边距</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>字号</translation>
+    </message>
+    <message>
+        <source>Opacity</source>
+        <translation>不透明度</translation>
+    </message>
+    <message>
+        <source>Rotation</source>
+        <translation>旋转</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>图层</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
     </message>
     <message numerus="yes">
-        <source>%n match(es): untick one to keep it.</source>
+        <source>Stamp %n files</source>
         <translation>
-            <numerusform>%n 处匹配：取消勾选即可保留</numerusform>
+            <numerusform>为 %n 个文件加盖标记</numerusform>
         </translation>
     </message>
-</context>
-<context>
-    <name>quillet::RedactPageView</name>
     <message>
-        <source>Page to redact</source>
-        <translation>要涂黑的页面</translation>
+        <source>Drop a PDF above to see its pages stamped.</source>
+        <translation>在上方拖入 PDF，即可预览加盖标记后的页面。</translation>
     </message>
     <message>
-        <source>Drag to draw a box over what to remove. Delete removes the selected box; Ctrl+Z undoes.</source>
-        <translation>拖动以在要移除的内容上绘制框。Delete 键删除所选框，Ctrl+Z 撤销。</translation>
+        <source>Add a mark: a page number, a Bates number, a text or a picture.</source>
+        <translation>请添加标记：页码、贝茨编号、文字或图片。</translation>
     </message>
     <message>
-        <source>Drop a PDF above to draw boxes on its pages.</source>
-        <translation>将 PDF 拖放到上方，即可在其页面上绘制框。</translation>
+        <source>Drop a PDF above to stamp it.</source>
+        <translation>请在上方拖入要加盖标记的 PDF。</translation>
     </message>
-</context>
-<context>
-    <name>RedactionPresets</name>
-    <message>
-        <source>E-mail addresses</source>
-        <translation>电子邮件地址</translation>
-    </message>
-    <message>
-        <source>Phone numbers</source>
-        <translation>电话号码</translation>
+    <message numerus="yes">
+        <source>Stamping %n file(s): follow it in the queue.</source>
+        <translation>
+            <numerusform>正在为 %n 个文件加盖标记：可在任务队列中查看进度。</numerusform>
+        </translation>
     </message>
     <message>
-        <source>IBANs</source>
-        <translation>IBAN 账号</translation>
+        <source>Top left</source>
+        <translation>左上</translation>
     </message>
     <message>
-        <source>Card numbers</source>
-        <translation>银行卡号</translation>
+        <source>Top center</source>
+        <translation>上方居中</translation>
     </message>
     <message>
-        <source>Dates</source>
-        <translation>日期</translation>
+        <source>Top right</source>
+        <translation>右上</translation>
+    </message>
+    <message>
+        <source>Center</source>
+        <translation>正中</translation>
+    </message>
+    <message>
+        <source>Bottom left</source>
+        <translation>左下</translation>
+    </message>
+    <message>
+        <source>Bottom center</source>
+        <translation>下方居中</translation>
+    </message>
+    <message>
+        <source>Bottom right</source>
+        <translation>右下</translation>
     </message>
 </context>
 </TS>

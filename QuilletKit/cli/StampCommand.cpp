@@ -13,6 +13,7 @@
 #include "engines/PDFStampEngine.hpp"
 #include "platform/FreeNames.hpp"
 
+#include <cctype>
 #include <charconv>
 
 namespace quillet {
@@ -26,8 +27,9 @@ constexpr std::string_view stampUsage = R"(USAGE:
 MARKS (each adds one; give as many as you like):
     --page-numbers FORMAT  Page numbers: "{n}", "Page {n} of {total}", "第 {n} 页"
     --bates PREFIX         Bates numbers PREFIX000001... running on across the files
-        --start N          First number (default 1)     --digits D   Zero-padded digits (default 6)
+        --digits D         Zero-padded digits (default 6)
     --text TEXT            Any text; {n}, {total}, {date} and {name} are filled in
+    --start N              The first number of the marked pages (default 1)
     --image FILE           A PNG or JPEG picture          --width PT   Its width (default 144)
 
 OPTIONS (for every mark):
@@ -118,7 +120,14 @@ void runStamp(const Arguments& arguments, CommandIO& io) {
             return;
         }
         // "under" takes a size elsewhere; here it is a switch.
-        rewritten.push_back(argument == "--under" ? "--under-content" : argument);
+        if (argument == "--under") {
+            rewritten.push_back("--under-content");
+        } else if (argument.size() == 2 && argument[0] == '-' && std::isdigit(static_cast<unsigned char>(argument[1]))) {
+            // "-5" would read as an option: a negative rotation or offset of one digit.
+            rewritten.push_back(argument + ".0");
+        } else {
+            rewritten.push_back(argument);
+        }
     }
     const CLIArgs args = CLIArgs::parse(rewritten);
     const auto stamp = stampFrom(args);
@@ -138,7 +147,7 @@ void runStamp(const Arguments& arguments, CommandIO& io) {
                         printProgress(io, 1.0);
                     }
                     io.out << input.filename().string() << ": " << outcome.pagesStamped
-                           << " pages stamped";
+                           << (outcome.pagesStamped == 1 ? " page stamped" : " pages stamped");
                     if (outcome.bates) {
                         io.out << ", Bates " << outcome.bates->first << "–" << outcome.bates->second;
                     }

@@ -258,11 +258,8 @@ class Stamper {
         std::string text = mark.kind == "pageNumber" ? mark.format : mark.text;
         text = replaced(std::move(text), "{n}", std::to_string(n));
         text = replaced(std::move(text), "{total}", std::to_string(total));
-        if (mark.kind == "text") {
-            text = replaced(std::move(text), "{date}", context_.date);
-            text = replaced(std::move(text), "{name}", fileName_);
-        }
-        return text;
+        text = replaced(std::move(text), "{date}", context_.date);
+        return replaced(std::move(text), "{name}", fileName_);
     }
 
     /// The mark's XObject and its own box; the same mark with the same text is made once.

@@ -108,7 +108,8 @@ struct Redact {
 };
 
 /// One mark of a stamp job. `kind` says which of the fields below it reads:
-///   "pageNumber": `format` with the tokens {n} and {total}, numbered from `start`;
+///   "pageNumber": `format` with the tokens {n} and {total} (and {date}, {name} as in text);
+///                 the marked pages are numbered from `start`, and {total} is the last number;
 ///   "bates": `prefix`, the number from `start` zero-padded to `digits`, `suffix`, running on
 ///            across the files of one job;
 ///   "text": `text` with the tokens {n}, {total}, {date} and {name};

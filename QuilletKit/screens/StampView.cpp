@@ -40,13 +40,13 @@ const std::vector<std::string> kinds{"pageNumber", "bates", "text", "picture"};
 
 const std::vector<std::pair<const char*, const char*>>& positions() {
     static const std::vector<std::pair<const char*, const char*>> all{
-        {"top-left", QT_TRANSLATE_NOOP("StampView", "Top left")},
-        {"top-center", QT_TRANSLATE_NOOP("StampView", "Top center")},
-        {"top-right", QT_TRANSLATE_NOOP("StampView", "Top right")},
-        {"center", QT_TRANSLATE_NOOP("StampView", "Center")},
-        {"bottom-left", QT_TRANSLATE_NOOP("StampView", "Bottom left")},
-        {"bottom-center", QT_TRANSLATE_NOOP("StampView", "Bottom center")},
-        {"bottom-right", QT_TRANSLATE_NOOP("StampView", "Bottom right")},
+        {"top-left", QT_TRANSLATE_NOOP("quillet::StampView", "Top left")},
+        {"top-center", QT_TRANSLATE_NOOP("quillet::StampView", "Top center")},
+        {"top-right", QT_TRANSLATE_NOOP("quillet::StampView", "Top right")},
+        {"center", QT_TRANSLATE_NOOP("quillet::StampView", "Center")},
+        {"bottom-left", QT_TRANSLATE_NOOP("quillet::StampView", "Bottom left")},
+        {"bottom-center", QT_TRANSLATE_NOOP("quillet::StampView", "Bottom center")},
+        {"bottom-right", QT_TRANSLATE_NOOP("quillet::StampView", "Bottom right")},
     };
     return all;
 }

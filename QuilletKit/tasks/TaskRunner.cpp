@@ -309,7 +309,8 @@ FileBody stampBody(const TaskSpec& spec, const TaskRunner::CancellationTest& isC
         auto file = writtenFile(writeAndPlace(output, [&] {
             outcome = PDFStampEngine::stamp(input, output, parameters, *context, progress, isCancelled);
         }));
-        file.note = std::to_string(outcome.pagesStamped) + " pages stamped";
+        file.note = std::to_string(outcome.pagesStamped) +
+                    (outcome.pagesStamped == 1 ? " page stamped" : " pages stamped");
         if (outcome.bates) {
             *file.note += ", Bates " + outcome.bates->first + "–" + outcome.bates->second;
         }

@@ -121,7 +121,7 @@ void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
         << int(A::pageNumbers) << 2 << "" << 2 << int(PDFOperationKind::stamp)
         << R"({"type":"stamp","marks":[{"kind":"pageNumber"}]})";
     QTest::newRow("a diagonal watermark of the text typed")
-        << int(A::watermark) << 1 << " DRAFT " << 1 << int(PDFOperationKind::stamp)
+        << int(A::watermark) << 2 << " DRAFT " << 2 << int(PDFOperationKind::stamp)
         << R"({"type":"stamp","marks":[{"kind":"text","text":"DRAFT","position":"center",)"
            R"("fontSize":72,"color":"#808080","opacity":0.3,"rotation":45}]})";
     QTest::newRow("watermark without a text, no job") << int(A::watermark) << 2 << "" << 0 << 0 << "";
