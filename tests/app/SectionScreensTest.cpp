@@ -10,7 +10,9 @@
 #include "screens/MergeView.hpp"
 #include "screens/PrivacyView.hpp"
 #include "screens/RedactPageView.hpp"
+#include "screens/ScreenParts.hpp"
 #include "screens/SplitView.hpp"
+#include "screens/StampView.hpp"
 #include "tasks/PersistedList.hpp"
 
 #include <QLabel>
@@ -86,6 +88,7 @@ class SectionScreensTest : public QObject {
     void privacyRefusesMismatchedPasswordsAndFollowsSuggestions();
     void redactTabTurnsBoxesAndTickedMatchesIntoAJob();
     void mergeOrderFollowsDragsAndRemovals();
+    void stampPreviewIsTheEnginesAndOneJobStampsEveryPDF();
 };
 
 void SectionScreensTest::batchSubmitsOneJobPerFile_data() {
@@ -389,5 +392,53 @@ void SectionScreensTest::mergeOrderFollowsDragsAndRemovals() {
 }
 
 static RegisterSuite registered([] { return std::make_unique<SectionScreensTest>(); });
+
+// The preview is drawn from the engine's stamped page: a red watermark shows red; a colour the
+// engine refuses is named and nothing runs; then one job takes every loaded PDF, in order.
+void SectionScreensTest::stampPreviewIsTheEnginesAndOneJobStampsEveryPDF() {
+    TempDir dir;
+    Screens screens(dir, holdingWorker());
+    screens.settings->setOutputRule(resultsIn(dir));
+    const QStringList pdfs{qpath(samplePDF(dir, "slow-a.pdf", 3)), qpath(samplePDF(dir, "b.pdf", 2))};
+    screens.app.model().setSection(AppModel::Section::stamp);
+    screens.app.model().setFiles(pdfs);
+    StampView view(screens.context());
+    view.resize(900, 700);
+    view.show();
+    QSignalSpy previews(&view, &StampView::previewChanged);
+    view.removeMark();
+    view.addMark("text");
+    view.findChild<QLineEdit*>("text")->setText(QStringLiteral("DRAFT"));
+    view.findChild<QLineEdit*>("colour")->setText(QStringLiteral("#FF0000"));
+    QTRY_VERIFY_WITH_TIMEOUT(!view.preview().isNull(), 20000);
+    const QImage page = view.preview().convertToFormat(QImage::Format_RGB32);
+    int red = 0;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            const QColor c = page.pixelColor(x, y);
+            red += c.red() > 200 && c.green() < 200 && c.green() + 30 < c.red();
+        }
+    }
+    QVERIFY2(red > 50, qPrintable(QString::number(red)));
+
+    auto* bar = view.findChild<ActionBar*>();
+    view.findChild<QLineEdit*>("colour")->setText(QStringLiteral("red"));
+    QTRY_VERIFY_WITH_TIMEOUT(bar->showsProblem(), 20000);
+    QVERIFY2(bar->message().text().contains(QStringLiteral("\"red\" is not #RRGGBB")),
+             qPrintable(bar->message().text()));
+    view.runStamp();
+    QCOMPARE(screens.app.queue().records().size(), 0u);
+
+    view.findChild<QLineEdit*>("colour")->setText(QStringLiteral("#FF0000"));
+    QTRY_VERIFY_WITH_TIMEOUT(!bar->showsProblem(), 20000);
+    view.runStamp();
+    const auto& records = screens.app.queue().records();
+    QCOMPARE(records.size(), 1u);
+    QCOMPARE(records[0].operation, PDFOperationKind::stamp);
+    QCOMPARE(records[0].inputURLs, (std::vector<std::string>{pdfs[0].toStdString(), pdfs[1].toStdString()}));
+    QCOMPARE(decoded(records[0].parametersData), OperationParameters(view.stamp()));
+    QCOMPARE(view.stamp().marks.size(), 1u);
+    QCOMPARE(view.stamp().marks[0].text, "DRAFT");
+}
 
 #include "SectionScreensTest.moc"
