@@ -339,11 +339,21 @@ class Stamper {
         page.replaceKey("/Resources", resources);
         QPDFPageObjectHelper helper(page);
         // The page's content inside q/Q, so whatever state it leaves cannot move the marks.
-        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, "q\n"), true);
+        helper.addPageContents(shared(qpdf, "q\n"), true);
         if (!under.empty()) {
-            helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, under), true);
+            helper.addPageContents(shared(qpdf, under), true);
         }
-        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, "\nQ\n" + over), false);
+        helper.addPageContents(shared(qpdf, "\nQ\n" + over), false);
+    }
+
+    /// A content stream holding `operators`, one for all the pages that draw the same (pages of
+    /// one size whose marks have the same width share theirs).
+    QPDFObjectHandle shared(QPDF& qpdf, const std::string& operators) {
+        auto found = streams_.find(operators);
+        if (found == streams_.end()) {
+            found = streams_.emplace(operators, QPDFObjectHandle::newStream(&qpdf, operators)).first;
+        }
+        return found->second;
     }
 
   public:
@@ -358,6 +368,7 @@ class Stamper {
     std::map<std::string, ShapedText> shaped_;
     std::map<std::pair<std::size_t, std::string>, std::pair<QPDFObjectHandle, StampBox>> forms_;
     std::map<std::size_t, QPDFObjectHandle> pictureObjects_;
+    std::map<std::string, QPDFObjectHandle> streams_;
 };
 
 /// The pictures of the marks, read once per document; a picture that cannot be read refuses.
