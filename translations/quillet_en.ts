@@ -2663,5 +2663,9 @@
         <source>Bottom right</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Drawing the preview…</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

@@ -2616,5 +2616,9 @@
         <source>Bottom right</source>
         <translation>右下</translation>
     </message>
+    <message>
+        <source>Drawing the preview…</source>
+        <translation>正在绘制预览…</translation>
+    </message>
 </context>
 </TS>

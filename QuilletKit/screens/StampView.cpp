@@ -4,7 +4,9 @@
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFStampEngine.hpp"
 #include "screens/Coalesced.hpp"
+#include "screens/Components.hpp"
 #include "screens/ScreenParts.hpp"
+#include "screens/SectionView.hpp"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -25,7 +27,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QStackedWidget>
+#include <QScrollArea>
 #include <QThreadPool>
 #include <QVBoxLayout>
 
@@ -133,7 +135,7 @@ StampView::StampView(const ScreenContext& context, QWidget* parent)
     list_ = new QListWidget(this);
     list_->setObjectName(QStringLiteral("marks"));
     list_->setAccessibleName(tr("Marks"));
-    list_->setMaximumHeight(120);
+    list_->setMaximumHeight(92);
     auto* add = new QPushButton(tr("Add"), this);
     add->setObjectName(QStringLiteral("addMark"));
     auto* addMenu = new QMenu(add);
@@ -257,42 +259,16 @@ QWidget* StampView::buildFields() {
         return edit;
     };
 
-    // The fields of each kind, one page each, in the order of `kinds`.
-    kindFields_ = new QStackedWidget(fields_);
-    auto* numbers = new QWidget(kindFields_);
-    auto* numbersForm = new QFormLayout(numbers);
-    numbersForm->setContentsMargins(0, 0, 0, 0);
+    // The fields of each kind; only the selected mark's kind shows its rows.
+    auto* form = new QFormLayout;
     format_ = line(QStringLiteral("format"));
     format_->setPlaceholderText(QStringLiteral("Page {n} of {total}"));
-    numbersForm->addRow(tr("Format"), format_);
-    numbersForm->addRow(note(tr("{n} is the number, {total} the last one."), numbers));
-    kindFields_->addWidget(numbers);
-
-    auto* bates = new QWidget(kindFields_);
-    auto* batesForm = new QFormLayout(bates);
-    batesForm->setContentsMargins(0, 0, 0, 0);
     prefix_ = line(QStringLiteral("prefix"));
     suffix_ = line(QStringLiteral("suffix"));
     digits_ = spin(1, 18);
-    batesForm->addRow(tr("Prefix"), prefix_);
-    batesForm->addRow(tr("Digits"), digits_);
-    batesForm->addRow(tr("Suffix"), suffix_);
-    batesForm->addRow(note(tr("Numbers run on from one file to the next, in the order loaded."), bates));
-    kindFields_->addWidget(bates);
-
-    auto* text = new QWidget(kindFields_);
-    auto* textForm = new QFormLayout(text);
-    textForm->setContentsMargins(0, 0, 0, 0);
     text_ = line(QStringLiteral("text"));
-    textForm->addRow(tr("Text"), text_);
-    textForm->addRow(note(tr("{n} page number, {total} pages, {date} today, {name} file name."), text));
-    kindFields_->addWidget(text);
-
-    auto* picture = new QWidget(kindFields_);
-    auto* pictureForm = new QFormLayout(picture);
-    pictureForm->setContentsMargins(0, 0, 0, 0);
     image_ = line(QStringLiteral("image"));
-    auto* choose = new QPushButton(tr("Choose…"), picture);
+    auto* choose = new QPushButton(tr("Choose…"), fields_);
     connect(choose, &QPushButton::clicked, this, [this] {
         const QString file = QFileDialog::getOpenFileName(this, tr("Choose a picture"), QString(),
                                                           tr("Pictures (*.png *.jpg *.jpeg)"));
@@ -304,9 +280,24 @@ QWidget* StampView::buildFields() {
     imageRow->addWidget(image_, 1);
     imageRow->addWidget(choose);
     width_ = real(1, 14400, tr(" pt"));
-    pictureForm->addRow(tr("PNG or JPEG"), imageRow);
-    pictureForm->addRow(tr("Width"), width_);
-    kindFields_->addWidget(picture);
+    const auto row = [&](const std::string& kind, const QString& label, auto* field) {
+        form->addRow(label, field);
+        kindRows_.emplace_back(kind, form->rowCount() - 1);
+    };
+    const auto hint = [&](const std::string& kind, const QString& text) {
+        form->addRow(note(text, fields_));
+        kindRows_.emplace_back(kind, form->rowCount() - 1);
+    };
+    row("pageNumber", tr("Format"), format_);
+    hint("pageNumber", tr("{n} is the number, {total} the last one."));
+    row("bates", tr("Prefix"), prefix_);
+    row("bates", tr("Digits"), digits_);
+    row("bates", tr("Suffix"), suffix_);
+    hint("bates", tr("Numbers run on from one file to the next, in the order loaded."));
+    row("text", tr("Text"), text_);
+    hint("text", tr("{n} page number, {total} pages, {date} today, {name} file name."));
+    row("picture", tr("PNG or JPEG"), imageRow);
+    row("picture", tr("Width"), width_);
 
     // What every kind has.
     start_ = spin(0, 999'999'999);
@@ -347,7 +338,7 @@ QWidget* StampView::buildFields() {
     skipFirst_ = new QCheckBox(tr("Skip the first page"), fields_);
     connect(skipFirst_, &QCheckBox::toggled, this, &StampView::fieldsChanged);
 
-    auto* common = new QFormLayout;
+    QFormLayout* common = form;
     common->addRow(tr("Start at"), start_);
     common->addRow(tr("Position"), position_);
     common->addRow(tr("Margin"), margin_);
@@ -360,12 +351,18 @@ QWidget* StampView::buildFields() {
     common->addRow(tr("Pages"), pages_);
     common->addRow(QString(), skipFirst_);
 
+    form_ = form;
     auto* layout = new QVBoxLayout(fields_);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(kindFields_);
-    layout->addLayout(common);
+    layout->setContentsMargins(0, 0, 8, 0);
+    layout->addLayout(form);
     layout->addStretch(1);
-    return fields_;
+    // The fields scroll rather than squeeze when the window is short.
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidget(fields_);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    return scroll;
 }
 
 void StampView::addMark(const std::string& kind) {
@@ -424,15 +421,9 @@ void StampView::selectMark(int row) {
     }
     const Mark& mark = marks_[static_cast<std::size_t>(row)];
     loading_ = true;
-    const auto kind = std::find(kinds.begin(), kinds.end(), mark.kind);
-    kindFields_->setCurrentIndex(kind == kinds.end() ? 0 : static_cast<int>(kind - kinds.begin()));
-    // The stack is as tall as the fields of the kind shown, not of the tallest kind.
-    for (int i = 0; i < kindFields_->count(); ++i) {
-        kindFields_->widget(i)->setSizePolicy(QSizePolicy::Preferred, i == kindFields_->currentIndex()
-                                                                          ? QSizePolicy::Preferred
-                                                                          : QSizePolicy::Ignored);
+    for (const auto& [kind, formRow] : kindRows_) {
+        form_->setRowVisible(formRow, kind == mark.kind);
     }
-    kindFields_->adjustSize();
     format_->setText(QString::fromStdString(mark.format));
     prefix_->setText(QString::fromStdString(mark.prefix));
     suffix_->setText(QString::fromStdString(mark.suffix));
@@ -514,6 +505,10 @@ void StampView::refresh() {
     }
     bar_->button().setText(files > 1 ? tr("Stamp %n files", nullptr, files) : tr("Stamp"));
     bar_->button().setEnabled(pdf.has_value() && !marks_.empty());
+    // With a PDF loaded, the preview and the fields need the room more than the drop zone does.
+    if (auto* section = qobject_cast<SectionView*>(parentWidget())) {
+        section->dropZone().setCompact(pdf.has_value());
+    }
     if (!pdf) {
         preview_ = {};
         picture_->setText(tr("Drop a PDF above to see its pages stamped."));
@@ -522,6 +517,9 @@ void StampView::refresh() {
     }
     if (marks_.empty()) {
         bar_->showNote(tr("Add a mark: a page number, a Bates number, a text or a picture."));
+    }
+    if (preview_.isNull()) {
+        picture_->setText(tr("Drawing the preview…"));
     }
     previewTimer_.start();
 }

@@ -30,7 +30,7 @@ class QLineEdit;
 class QListWidget;
 class QPushButton;
 class QSpinBox;
-class QStackedWidget;
+class QFormLayout;
 
 namespace quillet {
 
@@ -82,7 +82,8 @@ class StampView : public QWidget {
     QPushButton* up_ = nullptr;
     QPushButton* down_ = nullptr;
     QWidget* fields_ = nullptr;
-    QStackedWidget* kindFields_ = nullptr;
+    QFormLayout* form_ = nullptr;
+    std::vector<std::pair<std::string, int>> kindRows_; ///< the form rows of each kind's own fields
     QLineEdit* format_ = nullptr;
     QLineEdit* prefix_ = nullptr;
     QLineEdit* suffix_ = nullptr;
