@@ -95,7 +95,14 @@ Intent Intent::stamp(std::vector<fs::path> files, const std::string& marks) {
         throw PDFCoreError::invalidInput(std::string("The marks are not a JSON array of marks: ") +
                                          error.what());
     }
-    PDFStampEngine::validate(*parameters.as<OperationParameters::Stamp>());
+    const auto& stamp = *parameters.as<OperationParameters::Stamp>();
+    for (const auto& mark : stamp.marks) {
+        if (mark.kind == "picture" && !fs::path(mark.image).is_absolute()) {
+            throw PDFCoreError::invalidInput("The picture " + mark.image + " is not an absolute path.");
+        }
+    }
+    // Checked without reading the pictures: this runs on the caller's thread; the job reads them.
+    PDFStampEngine::validate(stamp, false);
     return {"stamp", std::move(files), PDFOperationKind::stamp, std::move(parameters)};
 }
 

@@ -46,6 +46,19 @@ OPTIONS (for every mark):
     --replace              Overwrite the input file
 )";
 
+std::int64_t wholeOption(const CLIArgs& args, const std::string& name, std::int64_t fallback) {
+    const auto text = args.value(name);
+    if (!text) {
+        return fallback;
+    }
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), value);
+    if (error != std::errc() || end != text->data() + text->size()) {
+        throw CLIError("invalid --" + name + " \"" + *text + "\" (a whole number)");
+    }
+    return value;
+}
+
 double numberOption(const CLIArgs& args, const std::string& name, double fallback) {
     const auto text = args.value(name);
     if (!text) {
@@ -70,8 +83,8 @@ OperationParameters::Stamp stampFrom(const CLIArgs& args) {
     style.layer = args.flag("under-content") ? "under" : "over";
     style.pages = args.value("pages").value_or("");
     style.skipFirst = args.flag("skip-first");
-    style.start = static_cast<std::int64_t>(numberOption(args, "start", 1));
-    style.digits = static_cast<std::int64_t>(numberOption(args, "digits", 6));
+    style.start = wholeOption(args, "start", 1);
+    style.digits = wholeOption(args, "digits", 6);
 
     OperationParameters::Stamp stamp;
     for (const auto& format : args.all("page-numbers")) {
@@ -122,8 +135,9 @@ void runStamp(const Arguments& arguments, CommandIO& io) {
         // "under" takes a size elsewhere; here it is a switch.
         if (argument == "--under") {
             rewritten.push_back("--under-content");
-        } else if (argument.size() == 2 && argument[0] == '-' && std::isdigit(static_cast<unsigned char>(argument[1]))) {
-            // "-5" would read as an option: a negative rotation or offset of one digit.
+        } else if (!rewritten.empty() && rewritten.back() == "--rotation" && argument.size() == 2 &&
+                   argument[0] == '-' && std::isdigit(static_cast<unsigned char>(argument[1]))) {
+            // "-5" would read as an option: a negative rotation of one digit.
             rewritten.push_back(argument + ".0");
         } else {
             rewritten.push_back(argument);

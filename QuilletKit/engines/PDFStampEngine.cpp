@@ -3,7 +3,9 @@
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
+#include "engines/ImagePlacement.hpp"
 #include "engines/PageImage.hpp"
+#include "engines/ContentNesting.hpp"
 #include "engines/StampFonts.hpp"
 #include "engines/StampPlacement.hpp"
 #include "engines/ValidatedWrite.hpp"
@@ -18,6 +20,8 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <fstream>
+#include <limits>
 #include <map>
 #include <set>
 
@@ -80,22 +84,46 @@ std::string batesNumber(const Mark& mark, std::int64_t value) {
     return mark.prefix + fmt::format("{:0{}}", value, static_cast<int>(mark.digits)) + mark.suffix;
 }
 
-/// A picture ready to embed: a JPEG's own bytes, or pixels with their transparency.
+} // namespace
+
+namespace {
+bool startsLikeJPEG(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    char start[3] = {};
+    return in.read(start, 3) && start[0] == '\xFF' && start[1] == '\xD8' && start[2] == '\xFF';
+}
+
+} // namespace
+
+/// A picture ready to embed: a JPEG's own bytes (turned upright as its EXIF orientation asks
+/// when drawn), or pixels with their transparency, shrunk to about 300 pixels per inch of the
+/// width they are drawn at.
 class Picture {
   public:
-    static std::optional<Picture> load(const fs::path& path) {
-        auto image = PageImage::load(path);
-        if (image && image->keepsJPEGBytes()) {
-            return Picture(std::move(*image), std::nullopt);
+    static std::optional<Picture> load(const fs::path& path, double widthPoints) {
+        if (startsLikeJPEG(path)) {
+            if (auto image = PageImage::load(path); image && image->keepsJPEGBytes()) {
+                return Picture(std::move(*image), std::nullopt);
+            }
         }
-        auto decoded = ImageIO::decodeKeepingAlpha(path);
+        const int enough = static_cast<int>(std::clamp(widthPoints / 72 * 300, 16.0, 20000.0));
+        auto decoded = ImageIO::decodeKeepingAlpha(path, enough);
         if (!decoded) {
             return std::nullopt;
         }
         return Picture(PageImage::fromBitmap(std::move(decoded->colour)), std::move(decoded->alpha));
     }
 
-    double aspect() const { return static_cast<double>(image_.height()) / image_.width(); }
+    /// Height over width as the picture is seen.
+    double aspect() const {
+        return static_cast<double>(image_.uprightHeight()) / image_.uprightWidth();
+    }
+    /// The `cm` operands that draw the stored picture upright in a `width` x `height` box.
+    std::string placement(double width, double height) const {
+        const auto m = orientedImageMatrix(PDFRect{0, 0, width, height}, image_.orientation());
+        return fmt::format("{} {} {} {} {} {}", number(m[0]), number(m[1]), number(m[2]),
+                           number(m[3]), number(m[4]), number(m[5]));
+    }
 
     QPDFObjectHandle embed(QPDF& qpdf) const {
         auto object = image_.embed(qpdf);
@@ -125,6 +153,13 @@ class Picture {
     std::optional<Bitmap> alpha_;
 };
 
+/// The pictures of a job's marks, by mark index: read once for all its files.
+struct StampPictures {
+    std::map<std::size_t, Picture> byMark;
+};
+
+namespace {
+
 [[noreturn]] void refuse(std::size_t index, const std::string& text) {
     throw PDFCoreError::invalidInput(fmt::format("Mark {}: {}", index + 1, text));
 }
@@ -137,7 +172,8 @@ std::vector<int> markedPages(const Mark& mark, int pageCount) {
             pages.insert(page);
         }
     } else {
-        for (const auto& range : PDFSplitEngine::parseRanges(mark.pages, pageCount)) {
+        // Read against no end, so a page beyond this file's last is left out, not clamped to it.
+        for (const auto& range : PDFSplitEngine::parseRanges(mark.pages, std::numeric_limits<int>::max())) {
             for (int page = range.lower; page <= range.upper && page <= pageCount; ++page) {
                 pages.insert(page - 1);
             }
@@ -227,7 +263,11 @@ class Stamper {
         for (auto& [page, marks] : placed) {
             for (const auto& mark : marks) {
                 if (stamp_.marks[mark.mark].kind != "picture" && !shaped_.contains(mark.text)) {
-                    shaped_.emplace(mark.text, fonts_.shape(mark.text));
+                    try {
+                        shaped_.emplace(mark.text, fonts_.shape(mark.text));
+                    } catch (const PDFCoreError& error) {
+                        refuse(mark.mark, error.text());
+                    }
                 }
             }
         }
@@ -279,25 +319,33 @@ class Stamper {
             ops += "/G0 gs\n";
         }
         StampBox box;
+        StampBox drawn; // what the form may draw: the box, and any ink beyond it
         if (mark.kind == "picture") {
-            auto& picture = pictures_.at(placed.mark);
+            const Picture& picture = context_.pictures->byMark.at(placed.mark);
             if (!pictureObjects_.contains(placed.mark)) {
                 pictureObjects_.emplace(placed.mark, picture.embed(qpdf));
             }
             box = {0, 0, mark.width, mark.width * picture.aspect()};
             resources.replaceKey("/XObject", QPDFObjectHandle::newDictionary(
                                                  {{"/I0", pictureObjects_.at(placed.mark)}}));
-            ops += fmt::format("{} 0 0 {} 0 0 cm /I0 Do\n", number(box.width), number(box.height));
+            ops += picture.placement(box.width, box.height) + " cm /I0 Do\n";
+            drawn = box;
         } else {
             const ShapedText& text = shaped_.at(placed.text);
             const double scale = mark.fontSize / 1000;
             box = {0, text.descent * scale, text.width * scale, (text.ascent - text.descent) * scale};
+            const double left = std::min(0.0, text.inkLeft) * scale;
+            const double bottom = std::min(text.descent, text.inkBottom) * scale;
+            drawn = {left, bottom, std::max(text.width, text.inkRight) * scale - left,
+                     std::max(text.ascent, text.inkTop) * scale - bottom};
             auto fonts = QPDFObjectHandle::newDictionary();
             for (const auto& [name, font] : fonts_.resources(text)) {
                 fonts.replaceKey(name, font);
             }
             resources.replaceKey("/Font", fonts);
-            ops += fmt::format("{} {} {} rg\nBT\n{}ET\n", number(colour.red), number(colour.green),
+            // The text state is the form's own, whatever the page left behind.
+            ops += fmt::format("{} {} {} rg\nBT\n0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n{}ET\n",
+                               number(colour.red), number(colour.green),
                                number(colour.blue), fonts_.show(text, mark.fontSize));
         }
         ops += "Q\n";
@@ -306,7 +354,7 @@ class Stamper {
         dict.replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
         dict.replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
         dict.replaceKey("/BBox", QPDFObjectHandle::newArray(QPDFObjectHandle::Rectangle(
-                                     box.x, box.y, box.x + box.width, box.y + box.height)));
+                                     drawn.x, drawn.y, drawn.x + drawn.width, drawn.y + drawn.height)));
         dict.replaceKey("/Resources", resources);
         return forms_.emplace(key, std::make_pair(stream, box)).first->second;
     }
@@ -338,26 +386,36 @@ class Stamper {
         resources.replaceKey("/XObject", xobjects);
         page.replaceKey("/Resources", resources);
         QPDFPageObjectHelper helper(page);
-        // The page's content inside q/Q, so whatever state it leaves cannot move the marks.
-        helper.addPageContents(shared(qpdf, "q\n"), true);
-        if (!under.empty()) {
-            helper.addPageContents(shared(qpdf, under), true);
+        // The page's content inside q/Q, so whatever state it leaves cannot move the marks: one
+        // more q for each Q it has too many, one more Q for each q it leaves open.
+        const auto nesting = ContentNesting::of(contentOf(helper));
+        std::string before = under;
+        for (int i = 0; i <= nesting.unmatchedRestores; ++i) {
+            before += "q\n";
         }
-        helper.addPageContents(shared(qpdf, "\nQ\n" + over), false);
+        std::string after = "\n";
+        for (int i = 0; i <= nesting.openSaves; ++i) {
+            after += "Q\n";
+        }
+        // Streams of their own: an editor that changes one page's content in place must not
+        // change another's.
+        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, before), true);
+        helper.addPageContents(QPDFObjectHandle::newStream(&qpdf, after + over), false);
     }
 
-    /// A content stream holding `operators`, one for all the pages that draw the same (pages of
-    /// one size whose marks have the same width share theirs).
-    QPDFObjectHandle shared(QPDF& qpdf, const std::string& operators) {
-        auto found = streams_.find(operators);
-        if (found == streams_.end()) {
-            found = streams_.emplace(operators, QPDFObjectHandle::newStream(&qpdf, operators)).first;
+    /// The page's content streams, decoded and joined; what cannot be decoded is left out.
+    static std::string contentOf(QPDFPageObjectHelper& page) {
+        std::string content;
+        for (auto& stream : page.getPageContents()) {
+            try {
+                const auto data = stream.getStreamData(qpdf_dl_generalized);
+                content.append(reinterpret_cast<const char*>(data->getBuffer()), data->getSize());
+                content += '\n';
+            } catch (const std::exception&) {
+            }
         }
-        return found->second;
+        return content;
     }
-
-  public:
-    std::map<std::size_t, Picture> pictures_;
 
   private:
     PDFDocument& document_;
@@ -368,19 +426,22 @@ class Stamper {
     std::map<std::string, ShapedText> shaped_;
     std::map<std::pair<std::size_t, std::string>, std::pair<QPDFObjectHandle, StampBox>> forms_;
     std::map<std::size_t, QPDFObjectHandle> pictureObjects_;
-    std::map<std::string, QPDFObjectHandle> streams_;
 };
 
-/// The pictures of the marks, read once per document; a picture that cannot be read refuses.
-void loadPictures(const Stamp& stamp, std::map<std::size_t, Picture>& pictures) {
+/// The pictures of the marks, read once per job; a picture that cannot be read refuses.
+void loadPictures(const Stamp& stamp, StampContext& context) {
+    if (!context.pictures) {
+        context.pictures = std::make_shared<StampPictures>();
+    }
     for (std::size_t m = 0; m < stamp.marks.size(); ++m) {
-        if (stamp.marks[m].kind == "picture") {
-            auto picture = Picture::load(stamp.marks[m].image);
+        const Mark& mark = stamp.marks[m];
+        if (mark.kind == "picture" && !context.pictures->byMark.contains(m)) {
+            auto picture = Picture::load(mark.image, mark.width);
             if (!picture) {
                 refuse(m, fmt::format("the picture {} cannot be read.",
-                                      fs::path(stamp.marks[m].image).filename().string()));
+                                      fs::path(mark.image).filename().string()));
             }
-            pictures.emplace(m, std::move(*picture));
+            context.pictures->byMark.emplace(m, std::move(*picture));
         }
     }
 }
@@ -389,8 +450,8 @@ StampOutcome stampInMemory(PDFDocument& document, const Stamp& stamp, StampConte
                            const fs::path& input, std::optional<int> onlyPage,
                            const PDFStampEngine::Progress& progress,
                            const PDFStampEngine::Cancelled& cancelled) {
+    loadPictures(stamp, context);
     Stamper stamper(document, stamp, context, input.filename().string());
-    loadPictures(stamp, stamper.pictures_);
     try {
         return stamper.run(onlyPage, progress, cancelled);
     } catch (const PDFCoreError&) {
@@ -402,9 +463,39 @@ StampOutcome stampInMemory(PDFDocument& document, const Stamp& stamp, StampConte
     }
 }
 
+/// The input, unlocked; a locked one is named.
+PDFDocument openForStamping(const fs::path& input) {
+    try {
+        return PDFDocumentEngine::openUnlock(input, "");
+    } catch (const PDFCoreError& error) {
+        if (error.errorCase() == PDFCoreError::Case::wrongPassword) {
+            throw PDFCoreError::cannotOpen(input, "it is locked with a password; remove the password first");
+        }
+        throw;
+    }
+}
+
 } // namespace
 
-void PDFStampEngine::validate(const Stamp& stamp) {
+/// The first control character of `text` (a mark is one line of printable text), or absent.
+static std::optional<char32_t> controlCharacter(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte < 0x20 || byte == 0x7F) {
+            return byte;
+        }
+        // U+0080...U+009F: C2 80...C2 9F in UTF-8.
+        if (byte == 0xC2 && i + 1 < text.size()) {
+            const auto next = static_cast<unsigned char>(text[i + 1]);
+            if (next >= 0x80 && next <= 0x9F) {
+                return next;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+void PDFStampEngine::validate(const Stamp& stamp, bool readPictures) {
     if (stamp.marks.empty()) {
         throw PDFCoreError::invalidInput("Nothing to stamp: add a page number, a Bates number, a text or a picture.");
     }
@@ -461,9 +552,24 @@ void PDFStampEngine::validate(const Stamp& stamp) {
             PDFSplitEngine::parseRanges(mark.pages, 1).empty()) {
             refuse(m, fmt::format("the pages \"{}\" name no page.", mark.pages));
         }
-        if (mark.kind == "picture") {
-            std::map<std::size_t, Picture> probe;
-            loadPictures(Stamp{{mark}}, probe);
+        for (const std::string* text : {&mark.format, &mark.text, &mark.prefix, &mark.suffix}) {
+            if (const auto control = controlCharacter(*text)) {
+                refuse(m, fmt::format("the text holds the control character U+{:04X}; a mark is one "
+                                      "line of printable text.",
+                                      static_cast<unsigned>(*control)));
+            }
+        }
+        if (mark.kind == "picture" && readPictures) {
+            // The header alone: the pixels are read once, when the job stamps.
+            const auto name = fs::path(mark.image).filename().string();
+            const auto size = ImageIO::probe(mark.image);
+            if (!size) {
+                refuse(m, fmt::format("the picture {} cannot be read.", name));
+            }
+            const double megapixels = static_cast<double>(size->first) * size->second / 1e6;
+            if (megapixels > static_cast<double>(ImageIO::maxDecodePixels) / 1e6) {
+                refuse(m, fmt::format("the picture {} is too large ({:.0f} megapixels).", name, megapixels));
+            }
         }
     }
 }
@@ -472,7 +578,7 @@ StampOutcome PDFStampEngine::stamp(const fs::path& input, const fs::path& output
                                    const Stamp& stamp, StampContext& context,
                                    const Progress& progress, const Cancelled& cancelled) {
     validate(stamp);
-    PDFDocument document = PDFDocumentEngine::openUnlock(input, "");
+    PDFDocument document = openForStamping(input);
     const int pageCount = document.pageCount();
     if (pageCount == 0) {
         throw PDFCoreError::emptyDocument();
@@ -490,7 +596,7 @@ StampOutcome PDFStampEngine::stamp(const fs::path& input, const fs::path& output
 
 void PDFStampEngine::preview(const fs::path& input, int pageIndex, const Stamp& stamp,
                              const fs::path& output) {
-    PDFDocument document = PDFDocumentEngine::openUnlock(input, "");
+    PDFDocument document = openForStamping(input);
     if (pageIndex < 0 || pageIndex >= document.pageCount()) {
         throw PDFCoreError::invalidInput(fmt::format("{} has no page {}.", input.filename().string(), pageIndex + 1));
     }

@@ -14,14 +14,19 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace quillet {
 
+struct StampPictures;
+
 /// What runs on from one file of a job to the next, and what every file shares.
 struct StampContext {
+    /// The marks' pictures, read for the first file and kept for the others.
+    std::shared_ptr<StampPictures> pictures;
     /// The next number of each Bates mark, by mark index; filled from `start` when empty.
     std::vector<std::int64_t> nextBates;
     /// What {date} reads, "YYYY-MM-DD"; today when empty.
@@ -42,9 +47,10 @@ class PDFStampEngine {
     /// Checks the marks on their own. Throws PDFCoreError (invalidInput) naming the mark and
     /// what is wrong: no mark, an unknown kind, position or layer, an empty format or text, a
     /// colour that is not #RRGGBB, an opacity outside 0...1, a font size, width or margin out of
-    /// range, digits outside 1...18, a page selection that names no page, a picture that cannot
-    /// be read.
-    static void validate(const OperationParameters::Stamp& stamp);
+    /// range, digits outside 1...18, a page selection that names no page, a control character
+    /// in a text, and with `readPictures` a picture whose header cannot be read or that is too
+    /// large (without, nothing is read from disk: cheap enough for any thread).
+    static void validate(const OperationParameters::Stamp& stamp, bool readPictures = true);
 
     /// Writes `input` stamped to `output` (which may be `input`), through the checked write.
     /// Throws PDFCoreError as `validate` does and for the input (fileNotFound, cannotOpen,

@@ -206,7 +206,13 @@ ShapedText StampFonts::shape(std::string_view input) {
                 faceOf[i] = index;
             }
         }
-        faceOf[i] = std::max(faceOf[i], 0);
+        if (faceOf[i] < 0) {
+            const auto at = chars[i].cluster;
+            const auto next = i + 1 < count ? chars[i + 1].cluster : static_cast<unsigned>(text.size());
+            throw PDFCoreError::invalidInput(
+                fmt::format("no installed font has the character \"{}\" (U+{:04X}).",
+                            text.substr(at, next - at), chars[i].codepoint));
+        }
     }
 
     ShapedText shaped;
@@ -247,6 +253,17 @@ ShapedText StampFonts::shape(std::string_view input) {
             runFace.used.emplace(glyph.gid, glyph.text);
             if (!glyph.text.empty() && runFace.used[glyph.gid].empty()) {
                 runFace.used[glyph.gid] = glyph.text;
+            }
+            hb_glyph_extents_t ink{};
+            if (hb_font_get_glyph_extents(runFace.font.get(), glyph.gid, &ink) && ink.width != 0) {
+                const double x = shaped.width + runFace.thousandths(positions[g].x_offset);
+                const double y = runFace.thousandths(positions[g].y_offset);
+                const double left = x + runFace.thousandths(ink.x_bearing);
+                const double top = y + runFace.thousandths(ink.y_bearing);
+                shaped.inkLeft = std::min(shaped.inkLeft, left);
+                shaped.inkRight = std::max(shaped.inkRight, left + runFace.thousandths(ink.width));
+                shaped.inkTop = std::max(shaped.inkTop, top);
+                shaped.inkBottom = std::min(shaped.inkBottom, top + runFace.thousandths(ink.height));
             }
             shaped.width += glyph.advance;
             run.glyphs.push_back(std::move(glyph));
@@ -341,7 +358,9 @@ void StampFonts::embed(QPDF& qpdf) {
             }
             const unsigned code = newGid;
             face.codes[gid] = code;
-            texts[code] = text;
+            if (gid != 0) { // the missing glyph stands for no character
+                texts[code] = text;
+            }
             widths += fmt::format("{} [{}] ", code,
                                   number(face.thousandths(hb_font_get_glyph_h_advance(face.font.get(), gid))));
         }

@@ -34,12 +34,15 @@ struct ShapedRun {
     std::vector<Glyph> glyphs;
 };
 
-/// A shaped text: its runs and its extent, in thousandths of the font size.
+/// A shaped text: its runs and its extent, in thousandths of the font size from the start of
+/// its baseline. The advance box (width, ascent, descent) is where the text sits; the ink box
+/// is what its glyphs cover, which may reach beyond it (the tail of a "j", an overhanging "f").
 struct ShapedText {
     std::vector<ShapedRun> runs;
     double width = 0;
     double ascent = 0;   // above the baseline, positive
     double descent = 0;  // below the baseline, negative
+    double inkLeft = 0, inkBottom = 0, inkRight = 0, inkTop = 0;
 };
 
 class StampFonts {
@@ -50,7 +53,8 @@ class StampFonts {
     StampFonts& operator=(const StampFonts&) = delete;
 
     /// Shapes UTF-8 `text` (invalid bytes are replaced). Throws PDFCoreError (invalidInput) when
-    /// a face the text needs is not installed, naming it.
+    /// a face the text needs is not installed, naming it, or when no face has a character,
+    /// naming the character.
     ShapedText shape(std::string_view text);
 
     /// Embeds every face that a shaped text used into `qpdf`. Call once, after the last `shape`.

@@ -124,14 +124,35 @@ bool ImageIO::initialise() noexcept {
     return started;
 }
 
+std::optional<std::pair<int, int>> ImageIO::probe(const std::filesystem::path& path) noexcept {
+    if (!initialise()) {
+        return std::nullopt;
+    }
+    try {
+        // Opening reads the header; the pixels are read only when asked for, and they are not.
+        auto source = vips::VSource::new_from_file(path.c_str());
+        const auto image = VImage::new_from_source(source, "", loadOptions());
+        return std::make_pair(image.width(), image.height());
+    } catch (...) {
+        vips_error_clear();
+        return std::nullopt;
+    }
+}
+
 std::optional<ImageIO::WithAlpha>
-ImageIO::decodeKeepingAlpha(const std::filesystem::path& path) noexcept {
+ImageIO::decodeKeepingAlpha(const std::filesystem::path& path, int maxWidth) noexcept {
     if (!initialise()) {
         return std::nullopt;
     }
     try {
         auto source = vips::VSource::new_from_file(path.c_str());
         auto image = VImage::new_from_source(source, "", loadOptions());
+        if (maxWidth > 0 && image.width() > maxWidth) {
+            // Shrunk while read: a thumbnail of a fresh source streams the pixels through.
+            image = VImage::thumbnail_source(vips::VSource::new_from_file(path.c_str()), maxWidth,
+                                             VImage::option()->set("size", VIPS_SIZE_DOWN)
+                                                 ->set("height", 10'000'000));
+        }
         if (!image.has_alpha()) {
             auto colour = toBitmap(image);
             return colour ? std::optional<WithAlpha>(WithAlpha{std::move(*colour), std::nullopt})
@@ -147,7 +168,7 @@ ImageIO::decodeKeepingAlpha(const std::filesystem::path& path) noexcept {
         image = image.copy_memory();
         auto alpha = image.extract_band(alphaBand);
         if (image.format() == VIPS_FORMAT_USHORT) {
-            alpha = alpha / 257;
+            alpha = (alpha + 128) / 257; // rounded, not cut: 65535 stays opaque, 32768 is 128
         }
         auto colour = image.extract_band(0, VImage::option()->set("n", alphaBand))
                           .colourspace(format == PixelFormat::gray ? VIPS_INTERPRETATION_B_W

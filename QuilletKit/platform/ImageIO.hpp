@@ -43,7 +43,14 @@ class ImageIO {
         Bitmap colour;
         std::optional<Bitmap> alpha;
     };
-    static std::optional<WithAlpha> decodeKeepingAlpha(const std::filesystem::path& path) noexcept;
+    /// A picture wider than `maxWidth` pixels (when above 0) is shrunk to it while it is read,
+    /// so a huge one never sits in memory whole.
+    static std::optional<WithAlpha> decodeKeepingAlpha(const std::filesystem::path& path,
+                                                       int maxWidth = 0) noexcept;
+
+    /// The size in pixels the image in `path` declares, read from its header alone; absent when
+    /// it is no image ImageIO loads.
+    static std::optional<std::pair<int, int>> probe(const std::filesystem::path& path) noexcept;
 
     /// Quality 0 ... 1 as the encoders' Q 1 ... 100 (rounded; out-of-range values clamp, NaN
     /// counts as 0).

@@ -11,6 +11,16 @@ namespace quillet {
 
 namespace {
 
+// A file repaired on reading may have had no /Size in its trailer; qpdf's writer fills in the
+// size only where the trailer has the key, and a cross-reference stream without it cannot be
+// read. The value given here is replaced by the real one.
+void ensureTrailerSize(QPDF& qpdf) {
+    auto trailer = qpdf.getTrailer();
+    if (trailer.isDictionary() && !trailer.hasKey("/Size")) {
+        trailer.replaceKey("/Size", QPDFObjectHandle::newInteger(0));
+    }
+}
+
 void configure(QPDFWriter& writer, const PDFPasswords* passwords) {
     writer.setObjectStreamMode(qpdf_o_generate);
     writer.setCompressStreams(true);
@@ -39,6 +49,7 @@ void PDFDocument::writeTo(const std::filesystem::path& destination,
     requireUnlocked();
     try {
         auto temporary = TemporaryFile::beside(destination);
+        ensureTrailerSize(*storage_->qpdf);
         QPDFWriter writer(*storage_->qpdf, temporary.path().c_str());
         configure(writer, passwords);
         writer.write();
@@ -52,6 +63,7 @@ void PDFDocument::writeTo(const std::filesystem::path& destination,
 std::string PDFDocument::dataRepresentation() const {
     requireUnlocked();
     return detail::translatingQPDFErrors(PDFDocumentError::Kind::writeFailed, [&] {
+        ensureTrailerSize(*storage_->qpdf);
         QPDFWriter writer(*storage_->qpdf);
         writer.setOutputMemory();
         configure(writer, nullptr);

@@ -295,7 +295,7 @@ QWidget* StampView::buildFields() {
     row("bates", tr("Suffix"), suffix_);
     hint("bates", tr("Numbers run on from one file to the next, in the order loaded."));
     row("text", tr("Text"), text_);
-    hint("text", tr("{n} page number, {total} pages, {date} today, {name} file name."));
+    hint("text", tr("{n} the number, {total} the last one, {date} today, {name} the file name."));
     row("picture", tr("PNG or JPEG"), imageRow);
     row("picture", tr("Width"), width_);
 
@@ -515,8 +515,16 @@ void StampView::refresh() {
         bar_->showNote(QString());
         return;
     }
+    // The marks are checked here and now (nothing is read for it); the preview reads the file.
     if (marks_.empty()) {
         bar_->showNote(tr("Add a mark: a page number, a Bates number, a text or a picture."));
+    } else {
+        try {
+            PDFStampEngine::validate(stamp(), false);
+            bar_->showNote(QString());
+        } catch (const PDFCoreError& error) {
+            bar_->showProblem(QString::fromStdString(error.errorDescription()));
+        }
     }
     if (preview_.isNull()) {
         picture_->setText(tr("Drawing the preview…"));
@@ -558,16 +566,14 @@ void StampView::startPreview() {
                 QFile::remove(file);
                 return;
             }
-            problem_ = problem;
             if (!problem.isEmpty()) {
-                bar_->showProblem(problem);
+                // Said where the page would be; the file's own trouble (a password, damage)
+                // does not keep the other files from being stamped.
+                preview_ = {};
                 picture_->setText(problem);
                 emit previewChanged();
                 return;
             }
-            bar_->showNote(marks_.empty() ? tr("Add a mark: a page number, a Bates number, a "
-                                               "text or a picture.")
-                                          : QString());
             if (!previewFile_.isEmpty()) {
                 QFile::remove(previewFile_);
             }
@@ -595,8 +601,10 @@ void StampView::runStamp() {
         bar_->showProblem(tr("Add a mark: a page number, a Bates number, a text or a picture."));
         return;
     }
-    if (!problem_.isEmpty()) {
-        bar_->showProblem(problem_);
+    try {
+        PDFStampEngine::validate(stamp(), false);
+    } catch (const PDFCoreError& error) {
+        bar_->showProblem(QString::fromStdString(error.errorDescription()));
         return;
     }
     context_.model().run(PDFOperationKind::stamp, stamp(), pdfs);

@@ -111,7 +111,6 @@ class StampView : public QWidget {
 
     int page_ = 0;
     QImage preview_;
-    QString problem_;
     QTemporaryDir previews_;
     QTimer previewTimer_;
     quint64 generation_ = 0;

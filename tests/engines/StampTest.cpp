@@ -1,6 +1,7 @@
 // Stamped marks land where the reader sees them, are real text in subset fonts embedded once, and
 // bad marks are refused by name: checked with Poppler (pdftotext -bbox, pdffonts, pdftoppm) and
 // qpdf, not with our own reading.
+#include "engines/ContentNesting.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFStampEngine.hpp"
 #include "support/CaughtError.hpp"
@@ -102,6 +103,51 @@ TEST(Stamp, MarksLandAtTheCornerTheReaderSees) {
             EXPECT_LT(word->yMax - word->yMin, 16) << "the number is upright, not turned";
         }
     }
+}
+
+// A page whose content leaves a transform on the stack, or restores more than it saved, still
+// gets its mark where it belongs, in a file read by repair; a page range past the end of the
+// file marks nothing there.
+TEST(Stamp, UnbalancedPageContentCannotMoveTheMark) {
+    const struct {
+        const char* content;
+        ContentNesting nesting;
+    } nestings[] = {
+        {"q 1 0 0 1 300 400 cm", {0, 1}},
+        {"Q Q q (a Q in a string \\) Q q) Tj Q", {2, 0}},
+        {"% Q in a comment\nq BI /W 1 /H 1 ID Q q EI Q <51> Tj", {0, 0}},
+        {"qQ q", {0, 1}},
+    };
+    for (const auto& n : nestings) {
+        const auto found = ContentNesting::of(n.content);
+        EXPECT_EQ(found.unmatchedRestores, n.nesting.unmatchedRestores) << n.content;
+        EXPECT_EQ(found.openSaves, n.nesting.openSaves) << n.content;
+    }
+
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage(612, 792).content("q 1 0 0 1 300 400 cm 3 Tr");
+    builder.addPage(612, 792).content("Q Q 0.5 0 0 0.5 0 0 cm");
+    builder.addPage(612, 792).text("plain");
+    // And a trailer without /Size, which a reader repairs (and a writer must not copy).
+    std::string bytes = builder.bytes();
+    const auto size = bytes.rfind("/Size");
+    ASSERT_NE(size, std::string::npos);
+    bytes.replace(size, bytes.find_first_of("/>", size + 1) - size, std::string(bytes.find_first_of("/>", size + 1) - size, ' '));
+    const auto input = dir.write("in.pdf", bytes);
+    auto m = mark("pageNumber", "Mark{n}");
+    m.position = "bottom-right";
+    m.pages = "1-2, 9";
+    const auto output = dir / "out.pdf";
+    EXPECT_EQ(stamped(input, output, {{m}}).pagesStamped, 2);
+    EXPECT_TRUE(test::qpdfChecks(output));
+    for (int page = 1; page <= 2; ++page) {
+        const auto word = locate(output, page, "Mark" + std::to_string(page));
+        ASSERT_TRUE(word) << "page " << page;
+        EXPECT_NEAR(word->xMax, 612 - 24, 1.5) << "page " << page;
+        EXPECT_NEAR(word->yMax, 792 - 24, 3.5) << "page " << page;
+    }
+    EXPECT_FALSE(locate(output, 3, "Mark3"));
 }
 
 // Latin and Chinese marks on every page: each face is one subset font for the whole file, the
@@ -260,6 +306,7 @@ TEST(Stamp, BadMarksAreRefusedByName) {
         {{{position}}, "unknown position \"middle\""},
         {{{pages}}, "the pages \"abc\" name no page"},
         {{{mark("stamp", "x")}}, "unknown kind \"stamp\""},
+        {{{mark("text", "two\tcolumns")}}, "control character U+0009"},
     };
     for (const auto& c : cases) {
         const auto error = test::caughtCoreError([&] { stamped(input, dir / "out.pdf", c.stamp); });
