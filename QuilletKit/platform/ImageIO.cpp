@@ -42,6 +42,15 @@ bool startVips() {
     return true;
 }
 
+std::optional<Bitmap> bandsAsBitmap(VImage image, PixelFormat format) {
+    image = image.cast(VIPS_FORMAT_UCHAR);
+    std::size_t size = 0;
+    std::unique_ptr<void, GFree> memory(image.write_to_memory(&size));
+    const auto* begin = static_cast<const std::uint8_t*>(memory.get());
+    return Bitmap(image.width(), image.height(), format,
+                  std::vector<std::uint8_t>(begin, begin + size));
+}
+
 // Gray stays gray (one band), everything else becomes sRGB; alpha is composited onto white.
 std::optional<Bitmap> toBitmap(VImage image) {
     const auto format = image.bands() <= 2 ? PixelFormat::gray : PixelFormat::rgb;
@@ -59,21 +68,7 @@ std::optional<Bitmap> toBitmap(VImage image) {
     if (image.bands() > bands) {
         image = image.extract_band(0, VImage::option()->set("n", bands));
     }
-    image = image.cast(VIPS_FORMAT_UCHAR);
-    std::size_t size = 0;
-    std::unique_ptr<void, GFree> memory(image.write_to_memory(&size));
-    const auto* begin = static_cast<const std::uint8_t*>(memory.get());
-    return Bitmap(image.width(), image.height(), format,
-                  std::vector<std::uint8_t>(begin, begin + size));
-}
-
-std::optional<Bitmap> bandsAsBitmap(VImage image, PixelFormat format) {
-    image = image.cast(VIPS_FORMAT_UCHAR);
-    std::size_t size = 0;
-    std::unique_ptr<void, GFree> memory(image.write_to_memory(&size));
-    const auto* begin = static_cast<const std::uint8_t*>(memory.get());
-    return Bitmap(image.width(), image.height(), format,
-                  std::vector<std::uint8_t>(begin, begin + size));
+    return bandsAsBitmap(image, format);
 }
 
 vips::VOption* loadOptions() {

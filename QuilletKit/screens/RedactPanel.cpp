@@ -5,6 +5,7 @@
 #include "platform/MuPDFEditor.hpp"
 #include "screens/BeforeAfterView.hpp"
 #include "screens/RedactPageView.hpp"
+#include "screens/InBackground.hpp"
 #include "screens/ScreenParts.hpp"
 
 #include <QApplication>
@@ -23,30 +24,6 @@
 #include <QVBoxLayout>
 
 namespace quillet {
-namespace {
-
-// Runs `work` on a pool thread and hands its result to `deliver` on `owner`'s thread, unless
-// `owner` is gone by then.
-template <typename Work, typename Deliver>
-void inBackground(QObject* owner, Work work, Deliver deliver) {
-    QPointer<QObject> guard(owner);
-    QThreadPool::globalInstance()->start([guard, work = std::move(work),
-                                          deliver = std::move(deliver)]() mutable {
-        auto result = work();
-        // Posted to the application, which outlives the panel; the panel is asked for only
-        // there, on its own thread.
-        QMetaObject::invokeMethod(
-            qApp,
-            [guard, deliver = std::move(deliver), result = std::move(result)]() mutable {
-                if (guard) {
-                    deliver(std::move(result));
-                }
-            },
-            Qt::QueuedConnection);
-    });
-}
-
-} // namespace
 
 RedactPanel::RedactPanel(PageRenderService& renders, QWidget* parent)
     : QWidget(parent), renders_(renders) {

@@ -5,6 +5,7 @@
 #include "engines/PDFStampEngine.hpp"
 #include "screens/Coalesced.hpp"
 #include "screens/Components.hpp"
+#include "screens/InBackground.hpp"
 #include "screens/ScreenParts.hpp"
 #include "screens/SectionView.hpp"
 
@@ -100,25 +101,6 @@ Mark defaults(const std::string& kind) {
         mark.position = "top-right";
     }
     return mark;
-}
-
-// Runs `work` on a pool thread and hands its result to `deliver` on the main thread, unless
-// `owner` is gone by then.
-template <typename Work, typename Deliver>
-void inBackground(QObject* owner, Work work, Deliver deliver) {
-    QPointer<QObject> guard(owner);
-    QThreadPool::globalInstance()->start([guard, work = std::move(work),
-                                          deliver = std::move(deliver)]() mutable {
-        auto result = work();
-        QMetaObject::invokeMethod(
-            qApp,
-            [guard, deliver = std::move(deliver), result = std::move(result)]() mutable {
-                if (guard) {
-                    deliver(std::move(result));
-                }
-            },
-            Qt::QueuedConnection);
-    });
 }
 
 QLabel* note(const QString& text, QWidget* parent) {
