@@ -369,6 +369,7 @@ class Stamper {
         std::string under;
         std::string over;
         int next = 0;
+        std::map<std::pair<std::string, double>, double> stacked;
         for (const auto& placed : marks) {
             const Mark& mark = stamp_.marks[placed.mark];
             auto [object, box] = form(qpdf, placed);
@@ -377,8 +378,12 @@ class Stamper {
                 name = "/QStamp" + std::to_string(next++);
             } while (xobjects.hasKey(name));
             xobjects.replaceKey(name, object);
+            // Marks at one place stack outwards from the edge, in the order given, rather than
+            // lie over each other: a page number under a footer text.
+            double& stack = stacked[{mark.position, mark.margin}];
             const auto m = stampMatrix(visible, box, *stampPosition(mark.position), mark.margin,
-                                       mark.rotation);
+                                       mark.rotation, stack);
+            stack += turnedHeight(box, mark.rotation) + mark.fontSize * 0.25;
             (mark.layer == "under" ? under : over) +=
                 fmt::format("q {} {} {} {} {} {} cm {} Do Q\n", number(m[0]), number(m[1]),
                             number(m[2]), number(m[3]), number(m[4]), number(m[5]), name);

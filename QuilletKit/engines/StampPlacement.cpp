@@ -25,8 +25,13 @@ std::optional<StampPosition> stampPosition(std::string_view name) {
     return std::nullopt;
 }
 
+double turnedHeight(const StampBox& box, double rotationDegrees) {
+    const double radians = rotationDegrees * std::numbers::pi / 180;
+    return std::abs(box.width * std::sin(radians)) + std::abs(box.height * std::cos(radians));
+}
+
 ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPosition position,
-                          double margin, double rotationDegrees) {
+                          double margin, double rotationDegrees, double stacked) {
     const bool quarter = page.rotation == 90 || page.rotation == 270;
     const double seenWidth = quarter ? page.height : page.width;
     const double seenHeight = quarter ? page.width : page.height;
@@ -35,7 +40,7 @@ ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPos
     const double cosine = std::cos(radians);
     const double sine = std::sin(radians);
     const double turnedWidth = std::abs(box.width * cosine) + std::abs(box.height * sine);
-    const double turnedHeight = std::abs(box.width * sine) + std::abs(box.height * cosine);
+    const double tall = turnedHeight(box, rotationDegrees);
 
     double cx = seenWidth / 2;
     double cy = seenHeight / 2;
@@ -49,10 +54,10 @@ ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPos
     switch (position) {
     case StampPosition::topLeft:
     case StampPosition::topCenter:
-    case StampPosition::topRight: cy = seenHeight - margin - turnedHeight / 2; break;
+    case StampPosition::topRight: cy = seenHeight - margin - stacked - tall / 2; break;
     case StampPosition::bottomLeft:
     case StampPosition::bottomCenter:
-    case StampPosition::bottomRight: cy = margin + turnedHeight / 2; break;
+    case StampPosition::bottomRight: cy = margin + stacked + tall / 2; break;
     default: break;
     }
 

@@ -29,8 +29,13 @@ struct VisiblePage {
     int rotation = 0;                           // 0, 90, 180 or 270, clockwise
 };
 
-/// The `cm` operands that draw a mark whose own box is `box` at `position`.
+/// The `cm` operands that draw a mark whose own box is `box` at `position`, `stacked` points
+/// further in from the named top or bottom edge (past the marks already at that place; ignored
+/// in the center).
 ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPosition position,
-                          double margin, double rotationDegrees);
+                          double margin, double rotationDegrees, double stacked = 0);
+
+/// The height of `box` turned by `rotationDegrees`: what a mark takes of a stack.
+double turnedHeight(const StampBox& box, double rotationDegrees);
 
 } // namespace quillet

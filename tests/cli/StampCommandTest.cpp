@@ -26,7 +26,7 @@ TEST(StampCommand, NumbersRunOnAcrossFilesAndBadMarksAreRefused) {
                             (dir / "four-stamped.pdf").string() +
                             "\none.pdf: 1 page stamped, Bates EX-013–EX-013 → " +
                             (dir / "one-stamped.pdf").string() + "\n");
-    // Both marks share the bottom centre: read in drawing order.
+    // Both marks share the bottom centre, one above the other: read in drawing order.
     const auto text = test::runTool("pdftotext", {"-raw", "-f", "4", "-l", "4", (dir / "four-stamped.pdf").string(), "-"}).out;
     EXPECT_NE(text.find("EX-012"), std::string::npos) << text;
     EXPECT_NE(text.find("12/12"), std::string::npos) << text;

@@ -68,7 +68,8 @@ StampOutcome stamped(const fs::path& input, const fs::path& output, P::Stamp sta
 }
 
 // A number at a corner sits `margin` points from that corner of the page as the reader sees it,
-// on a turned page and on one whose crop box is offset in its media box.
+// on a turned page and on one whose crop box is offset in its media box; a second mark there
+// stacks next to it.
 TEST(Stamp, MarksLandAtTheCornerTheReaderSees) {
     TempDir dir;
     PDFBuilder builder;
@@ -83,8 +84,11 @@ TEST(Stamp, MarksLandAtTheCornerTheReaderSees) {
         auto m = mark("pageNumber", std::string(corner) + "{n}");
         m.position = position;
         m.margin = 24;
+        // A second mark at the same place stacks inwards instead of covering the first.
+        auto second = mark("text", "Second");
+        second.position = position;
         const auto output = dir / (std::string(corner) + ".pdf");
-        EXPECT_EQ(stamped(input, output, {{m}}).pagesStamped, 4);
+        EXPECT_EQ(stamped(input, output, {{m, second}}).pagesStamped, 4);
         EXPECT_TRUE(test::qpdfChecks(output));
         for (int page = 1; page <= 4; ++page) {
             SCOPED_TRACE(std::string(position) + " on page " + std::to_string(page));
@@ -101,6 +105,13 @@ TEST(Stamp, MarksLandAtTheCornerTheReaderSees) {
                 EXPECT_NEAR(word->yMin, 24, 3.5);
             }
             EXPECT_LT(word->yMax - word->yMin, 16) << "the number is upright, not turned";
+            const auto stackedOn = locate(output, page, "Second");
+            ASSERT_TRUE(stackedOn);
+            if (std::string(position) == "bottom-right") {
+                EXPECT_LT(stackedOn->yMax, word->yMin);
+            } else {
+                EXPECT_GT(stackedOn->yMin, word->yMax);
+            }
         }
     }
 }
