@@ -381,9 +381,10 @@ class Stamper {
             // Marks at one place stack outwards from the edge, in the order given, rather than
             // lie over each other: a page number under a footer text.
             double& stack = stacked[{mark.position, mark.margin}];
+            double height = 0;
             const auto m = stampMatrix(visible, box, *stampPosition(mark.position), mark.margin,
-                                       mark.rotation, stack);
-            stack += turnedHeight(box, mark.rotation) + mark.fontSize * 0.25;
+                                       mark.rotation, stack, &height);
+            stack += height + mark.fontSize * 0.25;
             (mark.layer == "under" ? under : over) +=
                 fmt::format("q {} {} {} {} {} {} cm {} Do Q\n", number(m[0]), number(m[1]),
                             number(m[2]), number(m[3]), number(m[4]), number(m[5]), name);

@@ -25,13 +25,8 @@ std::optional<StampPosition> stampPosition(std::string_view name) {
     return std::nullopt;
 }
 
-double turnedHeight(const StampBox& box, double rotationDegrees) {
-    const double radians = rotationDegrees * std::numbers::pi / 180;
-    return std::abs(box.width * std::sin(radians)) + std::abs(box.height * std::cos(radians));
-}
-
 ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPosition position,
-                          double margin, double rotationDegrees, double stacked) {
+                          double margin, double rotationDegrees, double stacked, double* height) {
     const bool quarter = page.rotation == 90 || page.rotation == 270;
     const double seenWidth = quarter ? page.height : page.width;
     const double seenHeight = quarter ? page.width : page.height;
@@ -39,8 +34,22 @@ ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPos
     const double radians = rotationDegrees * std::numbers::pi / 180;
     const double cosine = std::cos(radians);
     const double sine = std::sin(radians);
-    const double turnedWidth = std::abs(box.width * cosine) + std::abs(box.height * sine);
-    const double tall = turnedHeight(box, rotationDegrees);
+    double turnedWidth = std::abs(box.width * cosine) + std::abs(box.height * sine);
+    double tall = std::abs(box.width * sine) + std::abs(box.height * cosine);
+    double fit = 1;
+    const double roomWidth = seenWidth - 2 * margin;
+    const double roomHeight = seenHeight - 2 * margin;
+    if (roomWidth > 0 && turnedWidth > roomWidth) {
+        fit = std::min(fit, roomWidth / turnedWidth);
+    }
+    if (roomHeight > 0 && tall > roomHeight) {
+        fit = std::min(fit, roomHeight / tall);
+    }
+    turnedWidth *= fit;
+    tall *= fit;
+    if (height != nullptr) {
+        *height = tall;
+    }
 
     double cx = seenWidth / 2;
     double cy = seenHeight / 2;
@@ -63,6 +72,7 @@ ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPos
 
     // The mark's centre to the origin, turned, to its place on the page as seen...
     const ContentMatrix toCentre{1, 0, 0, 1, -(box.x + box.width / 2), -(box.y + box.height / 2)};
+    const ContentMatrix shrink{fit, 0, 0, fit, 0, 0};
     const ContentMatrix turn{cosine, sine, -sine, cosine, 0, 0};
     const ContentMatrix place{1, 0, 0, 1, cx, cy};
     // ...and from the page as seen to the file's coordinates.
@@ -73,7 +83,8 @@ ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPos
     case 270: seenToFile = {0, -1, 1, 0, page.x, page.y + page.height}; break;
     default: break;
     }
-    return concatenated(concatenated(concatenated(toCentre, turn), place), seenToFile);
+    return concatenated(concatenated(concatenated(concatenated(toCentre, shrink), turn), place),
+                        seenToFile);
 }
 
 } // namespace quillet

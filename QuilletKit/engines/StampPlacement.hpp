@@ -31,11 +31,11 @@ struct VisiblePage {
 
 /// The `cm` operands that draw a mark whose own box is `box` at `position`, `stacked` points
 /// further in from the named top or bottom edge (past the marks already at that place; ignored
-/// in the center).
+/// in the center). A mark whose turned box is wider or taller than the page inside its margins
+/// is scaled down to fit (a long watermark across a narrow page), never up. `height`, when
+/// given, receives the height the mark takes as drawn: what it adds to a stack.
 ContentMatrix stampMatrix(const VisiblePage& page, const StampBox& box, StampPosition position,
-                          double margin, double rotationDegrees, double stacked = 0);
-
-/// The height of `box` turned by `rotationDegrees`: what a mark takes of a stack.
-double turnedHeight(const StampBox& box, double rotationDegrees);
+                          double margin, double rotationDegrees, double stacked = 0,
+                          double* height = nullptr);
 
 } // namespace quillet

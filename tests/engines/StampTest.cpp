@@ -161,6 +161,23 @@ TEST(Stamp, UnbalancedPageContentCannotMoveTheMark) {
     EXPECT_FALSE(locate(output, 3, "Mark3"));
 }
 
+// A watermark longer than the page is shrunk to fit inside the margins, not cut at the edges.
+TEST(Stamp, AMarkTooLargeForThePageShrinksToFit) {
+    TempDir dir;
+    PDFBuilder builder;
+    builder.addPage(300, 400).text("small page");
+    const auto input = builder.write(dir / "in.pdf");
+    auto m = mark("text", "Overwhelmingly");
+    m.position = "center";
+    m.fontSize = 90;
+    const auto output = dir / "out.pdf";
+    stamped(input, output, {{m}});
+    const auto word = locate(output, 1, "Overwhelmingly");
+    ASSERT_TRUE(word);
+    EXPECT_NEAR(word->xMin, 24, 1.5);
+    EXPECT_NEAR(word->xMax, 300 - 24, 1.5);
+}
+
 // Latin and Chinese marks on every page: each face is one subset font for the whole file, the
 // text is found where it stands, and Poppler draws the glyphs (ink where the marks are).
 TEST(Stamp, TextIsRealTextInOneSubsetFontPerFace) {
