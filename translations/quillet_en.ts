@@ -2522,10 +2522,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>{n} page number, {total} pages, {date} today, {name} file name.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Choose…</source>
         <translation type="unfinished">Choose…</translation>
     </message>
@@ -2665,6 +2661,10 @@
     </message>
     <message>
         <source>Drawing the preview…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>{n} the number, {total} the last one, {date} today, {name} the file name.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

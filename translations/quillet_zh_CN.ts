@@ -2477,10 +2477,6 @@
         <translation>编号按载入顺序在各文件之间连续。</translation>
     </message>
     <message>
-        <source>{n} page number, {total} pages, {date} today, {name} file name.</source>
-        <translation>{n} 页码，{total} 总页数，{date} 今天日期，{name} 文件名。</translation>
-    </message>
-    <message>
         <source>Choose…</source>
         <translation>选择…</translation>
     </message>
@@ -2619,6 +2615,10 @@
     <message>
         <source>Drawing the preview…</source>
         <translation>正在绘制预览…</translation>
+    </message>
+    <message>
+        <source>{n} the number, {total} the last one, {date} today, {name} the file name.</source>
+        <translation>{n} 为编号，{total} 为最后一个编号，{date} 为今天日期，{name} 为文件名。</translation>
     </message>
 </context>
 </TS>
