@@ -136,11 +136,11 @@
     </message>
     <message>
         <source>Redact</source>
-        <translation type="unfinished">Redact</translation>
+        <translation>Redact</translation>
     </message>
     <message>
         <source>Stamp</source>
-        <translation type="unfinished"></translation>
+        <translation>Stamp</translation>
     </message>
 </context>
 <context>
@@ -363,19 +363,19 @@
     </message>
     <message>
         <source>Add page numbers</source>
-        <translation type="unfinished"></translation>
+        <translation>Add page numbers</translation>
     </message>
     <message>
         <source>Watermark</source>
-        <translation type="unfinished"></translation>
+        <translation>Watermark</translation>
     </message>
     <message>
         <source>Watermark text</source>
-        <translation type="unfinished"></translation>
+        <translation>Watermark text</translation>
     </message>
     <message>
         <source>CONFIDENTIAL</source>
-        <translation type="unfinished"></translation>
+        <translation>CONFIDENTIAL</translation>
     </message>
 </context>
 <context>
@@ -1979,11 +1979,11 @@
     </message>
     <message>
         <source>Before and after</source>
-        <translation type="unfinished"></translation>
+        <translation>Before and after</translation>
     </message>
     <message>
         <source>Type the words again: the history does not keep them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Type the words again: the history does not keep them.</translation>
     </message>
 </context>
 <context>
@@ -2139,15 +2139,15 @@
     </message>
     <message>
         <source>Add page numbers, Bates numbers, headers, footers and watermarks as real text or pictures.</source>
-        <translation type="unfinished"></translation>
+        <translation>Add page numbers, Bates numbers, headers, footers and watermarks as real text or pictures.</translation>
     </message>
     <message>
         <source>Drop PDFs to stamp</source>
-        <translation type="unfinished"></translation>
+        <translation>Drop PDFs to stamp</translation>
     </message>
     <message>
         <source>Stamp</source>
-        <translation type="unfinished"></translation>
+        <translation>Stamp</translation>
     </message>
 </context>
 <context>
@@ -2439,233 +2439,233 @@
     <name>quillet::StampView</name>
     <message>
         <source>Bates number</source>
-        <translation type="unfinished"></translation>
+        <translation>Bates number</translation>
     </message>
     <message>
         <source>Text</source>
-        <translation type="unfinished">Text</translation>
+        <translation>Text</translation>
     </message>
     <message>
         <source>Picture</source>
-        <translation type="unfinished"></translation>
+        <translation>Picture</translation>
     </message>
     <message>
         <source>Page number</source>
-        <translation type="unfinished"></translation>
+        <translation>Page number</translation>
     </message>
     <message>
         <source>%1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: %2</translation>
     </message>
     <message>
         <source>CONFIDENTIAL</source>
-        <translation type="unfinished"></translation>
+        <translation>CONFIDENTIAL</translation>
     </message>
     <message>
         <source>Marks</source>
-        <translation type="unfinished"></translation>
+        <translation>Marks</translation>
     </message>
     <message>
         <source>Add</source>
-        <translation type="unfinished"></translation>
+        <translation>Add</translation>
     </message>
     <message>
         <source>Remove</source>
-        <translation type="unfinished">Remove</translation>
+        <translation>Remove</translation>
     </message>
     <message>
         <source>Up</source>
-        <translation type="unfinished"></translation>
+        <translation>Up</translation>
     </message>
     <message>
         <source>Down</source>
-        <translation type="unfinished"></translation>
+        <translation>Down</translation>
     </message>
     <message>
         <source>Previous</source>
-        <translation type="unfinished">Previous</translation>
+        <translation>Previous</translation>
     </message>
     <message>
         <source>Next</source>
-        <translation type="unfinished">Next</translation>
+        <translation>Next</translation>
     </message>
     <message>
         <source>Stamp</source>
-        <translation type="unfinished"></translation>
+        <translation>Stamp</translation>
     </message>
     <message>
         <source>Page %1 of %2</source>
-        <translation type="unfinished">Page %1 of %2</translation>
+        <translation>Page %1 of %2</translation>
     </message>
     <message>
         <source>Format</source>
-        <translation type="unfinished">Format</translation>
+        <translation>Format</translation>
     </message>
     <message>
         <source>{n} is the number, {total} the last one.</source>
-        <translation type="unfinished"></translation>
+        <translation>{n} is the number, {total} the last one.</translation>
     </message>
     <message>
         <source>Prefix</source>
-        <translation type="unfinished"></translation>
+        <translation>Prefix</translation>
     </message>
     <message>
         <source>Digits</source>
-        <translation type="unfinished"></translation>
+        <translation>Digits</translation>
     </message>
     <message>
         <source>Suffix</source>
-        <translation type="unfinished"></translation>
+        <translation>Suffix</translation>
     </message>
     <message>
         <source>Numbers run on from one file to the next, in the order loaded.</source>
-        <translation type="unfinished"></translation>
+        <translation>Numbers run on from one file to the next, in the order loaded.</translation>
     </message>
     <message>
         <source>Choose…</source>
-        <translation type="unfinished">Choose…</translation>
+        <translation>Choose…</translation>
     </message>
     <message>
         <source>Choose a picture</source>
-        <translation type="unfinished"></translation>
+        <translation>Choose a picture</translation>
     </message>
     <message>
         <source>Pictures (*.png *.jpg *.jpeg)</source>
-        <translation type="unfinished"></translation>
+        <translation>Pictures (*.png *.jpg *.jpeg)</translation>
     </message>
     <message>
         <source> pt</source>
-        <translation type="unfinished"> pt</translation>
+        <translation> pt</translation>
     </message>
     <message>
         <source>PNG or JPEG</source>
-        <translation type="unfinished"></translation>
+        <translation>PNG or JPEG</translation>
     </message>
     <message>
         <source>Width</source>
-        <translation type="unfinished"></translation>
+        <translation>Width</translation>
     </message>
     <message>
         <source>Pick…</source>
-        <translation type="unfinished"></translation>
+        <translation>Pick…</translation>
     </message>
     <message>
         <source>Colour</source>
-        <translation type="unfinished"></translation>
+        <translation>Colour</translation>
     </message>
     <message>
         <source>Over the page</source>
-        <translation type="unfinished"></translation>
+        <translation>Over the page</translation>
     </message>
     <message>
         <source>Under the page</source>
-        <translation type="unfinished"></translation>
+        <translation>Under the page</translation>
     </message>
     <message>
         <source>Under the content, a mark shows on pages with a clear background and is hidden under opaque scans.</source>
-        <translation type="unfinished"></translation>
+        <translation>Under the content, a mark shows on pages with a clear background and is hidden under opaque scans.</translation>
     </message>
     <message>
         <source>All pages</source>
-        <translation type="unfinished"></translation>
+        <translation>All pages</translation>
     </message>
     <message>
         <source>Skip the first page</source>
-        <translation type="unfinished"></translation>
+        <translation>Skip the first page</translation>
     </message>
     <message>
         <source>Start at</source>
-        <translation type="unfinished"></translation>
+        <translation>Start at</translation>
     </message>
     <message>
         <source>Position</source>
-        <translation type="unfinished"></translation>
+        <translation>Position</translation>
     </message>
     <message>
         <source>Margin</source>
-        <translation type="unfinished">Margin</translation>
+        <translation>Margin</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished">Size</translation>
+        <translation>Size</translation>
     </message>
     <message>
         <source>Opacity</source>
-        <translation type="unfinished"></translation>
+        <translation>Opacity</translation>
     </message>
     <message>
         <source>Rotation</source>
-        <translation type="unfinished"></translation>
+        <translation>Rotation</translation>
     </message>
     <message>
         <source>Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Layer</translation>
     </message>
     <message>
         <source>Pages</source>
-        <translation type="unfinished">Pages</translation>
+        <translation>Pages</translation>
     </message>
     <message numerus="yes">
         <source>Stamp %n files</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Stamp %n file</numerusform>
+            <numerusform>Stamp %n files</numerusform>
         </translation>
     </message>
     <message>
         <source>Drop a PDF above to see its pages stamped.</source>
-        <translation type="unfinished"></translation>
+        <translation>Drop a PDF above to see its pages stamped.</translation>
     </message>
     <message>
         <source>Add a mark: a page number, a Bates number, a text or a picture.</source>
-        <translation type="unfinished"></translation>
+        <translation>Add a mark: a page number, a Bates number, a text or a picture.</translation>
     </message>
     <message>
         <source>Drop a PDF above to stamp it.</source>
-        <translation type="unfinished"></translation>
+        <translation>Drop a PDF above to stamp it.</translation>
     </message>
     <message numerus="yes">
         <source>Stamping %n file(s): follow it in the queue.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Stamping %n file: follow it in the queue.</numerusform>
+            <numerusform>Stamping %n files: follow it in the queue.</numerusform>
         </translation>
     </message>
     <message>
         <source>Top left</source>
-        <translation type="unfinished"></translation>
+        <translation>Top left</translation>
     </message>
     <message>
         <source>Top center</source>
-        <translation type="unfinished"></translation>
+        <translation>Top center</translation>
     </message>
     <message>
         <source>Top right</source>
-        <translation type="unfinished"></translation>
+        <translation>Top right</translation>
     </message>
     <message>
         <source>Center</source>
-        <translation type="unfinished"></translation>
+        <translation>Center</translation>
     </message>
     <message>
         <source>Bottom left</source>
-        <translation type="unfinished"></translation>
+        <translation>Bottom left</translation>
     </message>
     <message>
         <source>Bottom center</source>
-        <translation type="unfinished"></translation>
+        <translation>Bottom center</translation>
     </message>
     <message>
         <source>Bottom right</source>
-        <translation type="unfinished"></translation>
+        <translation>Bottom right</translation>
     </message>
     <message>
         <source>Drawing the preview…</source>
-        <translation type="unfinished"></translation>
+        <translation>Drawing the preview…</translation>
     </message>
     <message>
         <source>{n} the number, {total} the last one, {date} today, {name} the file name.</source>
-        <translation type="unfinished"></translation>
+        <translation>{n} the number, {total} the last one, {date} today, {name} the file name.</translation>
     </message>
 </context>
 </TS>
