@@ -1,5 +1,6 @@
 #include "engines/PDFMergeEngine.hpp"
 
+#include "engines/ContentOperand.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/StreamDeduplicator.hpp"
 #include "platform/FileTypes.hpp"
@@ -22,19 +23,10 @@ namespace quillet {
 namespace fs = std::filesystem;
 namespace {
 
-// Four decimals are finer than any device resolution; trailing zeros only cost bytes.
-std::string number(double value) {
-    std::string text = fmt::format("{:.4f}", value);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.back() == '.') {
-        text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
 
 std::string rectangle(const PDFRect& r) {
-    return fmt::format("{} {} {} {} re", number(r.x), number(r.y), number(r.width),
-                       number(r.height));
+    return fmt::format("{} {} {} {} re", contentOperand(r.x), contentOperand(r.y), contentOperand(r.width),
+                       contentOperand(r.height));
 }
 
 std::string imagePageContent(const ImagePlacement& placement, const PageImage& image,
@@ -42,16 +34,16 @@ std::string imagePageContent(const ImagePlacement& placement, const PageImage& i
     std::string content;
     if (placement.paintsBackground && options.backgroundColor) {
         const RGBColor& c = *options.backgroundColor;
-        content += fmt::format("q {} {} {} rg {} f Q\n", number(c.red), number(c.green),
-                               number(c.blue), rectangle(placement.page));
+        content += fmt::format("q {} {} {} rg {} f Q\n", contentOperand(c.red), contentOperand(c.green),
+                               contentOperand(c.blue), rectangle(placement.page));
     }
     content += "q\n";
     if (placement.clip) {
         content += rectangle(*placement.clip) + " W n\n";
     }
     const auto m = orientedImageMatrix(placement.drawn, image.orientation());
-    content += fmt::format("{} {} {} {} {} {} cm /Im0 Do\nQ\n", number(m[0]), number(m[1]),
-                           number(m[2]), number(m[3]), number(m[4]), number(m[5]));
+    content += fmt::format("{} {} {} {} {} {} cm /Im0 Do\nQ\n", contentOperand(m[0]), contentOperand(m[1]),
+                           contentOperand(m[2]), contentOperand(m[3]), contentOperand(m[4]), contentOperand(m[5]));
     return content;
 }
 
@@ -69,8 +61,8 @@ QPDFObjectHandle imagePage(QPDF& qpdf, const PageImage& image, const ImageToPDFO
     auto page = QPDFObjectHandle::newDictionary();
     page.replaceKey("/Type", QPDFObjectHandle::newName("/Page"));
     page.replaceKey("/MediaBox",
-                    QPDFObjectHandle::parse("[0 0 " + number(placement.page.width) + " " +
-                                            number(placement.page.height) + "]"));
+                    QPDFObjectHandle::parse("[0 0 " + contentOperand(placement.page.width) + " " +
+                                            contentOperand(placement.page.height) + "]"));
     page.replaceKey("/Resources", resources);
     page.replaceKey("/Contents", qpdf.newStream(imagePageContent(placement, image, options)));
     return qpdf.makeIndirectObject(page);

@@ -1,5 +1,6 @@
 #include "engines/PDFStampEngine.hpp"
 
+#include "engines/ContentOperand.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/PDFDocumentEngine.hpp"
 #include "engines/PDFSplitEngine.hpp"
@@ -56,14 +57,6 @@ std::optional<Colour> parseColour(std::string_view text) {
     return Colour{(value >> 16) / 255.0, (value >> 8 & 0xFF) / 255.0, (value & 0xFF) / 255.0};
 }
 
-std::string number(double value) {
-    auto text = fmt::format("{:.4f}", value);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.back() == '.') {
-        text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
 
 std::string replaced(std::string text, std::string_view token, std::string_view value) {
     for (auto at = text.find(token); at != std::string::npos; at = text.find(token, at + value.size())) {
@@ -84,9 +77,6 @@ std::string batesNumber(const Mark& mark, std::int64_t value) {
     return mark.prefix + fmt::format("{:0{}}", value, static_cast<int>(mark.digits)) + mark.suffix;
 }
 
-} // namespace
-
-namespace {
 bool startsLikeJPEG(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     char start[3] = {};
@@ -98,12 +88,12 @@ bool startsLikeJPEG(const fs::path& path) {
 /// A picture ready to embed: a JPEG's own bytes (turned upright as its EXIF orientation asks
 /// when drawn), or pixels with their transparency, shrunk to about 300 pixels per inch of the
 /// width they are drawn at.
-class Picture {
+class StampPicture {
   public:
-    static std::optional<Picture> load(const fs::path& path, double widthPoints) {
+    static std::optional<StampPicture> load(const fs::path& path, double widthPoints) {
         if (startsLikeJPEG(path)) {
             if (auto image = PageImage::load(path); image && image->keepsJPEGBytes()) {
-                return Picture(std::move(*image), std::nullopt);
+                return StampPicture(std::move(*image), std::nullopt);
             }
         }
         const int enough = static_cast<int>(std::clamp(widthPoints / 72 * 300, 16.0, 20000.0));
@@ -111,7 +101,7 @@ class Picture {
         if (!decoded) {
             return std::nullopt;
         }
-        return Picture(PageImage::fromBitmap(std::move(decoded->colour)), std::move(decoded->alpha));
+        return StampPicture(PageImage::fromBitmap(std::move(decoded->colour)), std::move(decoded->alpha));
     }
 
     /// Height over width as the picture is seen.
@@ -121,8 +111,8 @@ class Picture {
     /// The `cm` operands that draw the stored picture upright in a `width` x `height` box.
     std::string placement(double width, double height) const {
         const auto m = orientedImageMatrix(PDFRect{0, 0, width, height}, image_.orientation());
-        return fmt::format("{} {} {} {} {} {}", number(m[0]), number(m[1]), number(m[2]),
-                           number(m[3]), number(m[4]), number(m[5]));
+        return fmt::format("{} {} {} {} {} {}", contentOperand(m[0]), contentOperand(m[1]), contentOperand(m[2]),
+                           contentOperand(m[3]), contentOperand(m[4]), contentOperand(m[5]));
     }
 
     QPDFObjectHandle embed(QPDF& qpdf) const {
@@ -146,7 +136,7 @@ class Picture {
     }
 
   private:
-    Picture(PageImage image, std::optional<Bitmap> alpha)
+    StampPicture(PageImage image, std::optional<Bitmap> alpha)
         : image_(std::move(image)), alpha_(std::move(alpha)) {}
 
     PageImage image_;
@@ -155,7 +145,7 @@ class Picture {
 
 /// The pictures of a job's marks, by mark index: read once for all its files.
 struct StampPictures {
-    std::map<std::size_t, Picture> byMark;
+    std::map<std::size_t, StampPicture> byMark;
 };
 
 namespace {
@@ -315,13 +305,13 @@ class Stamper {
         if (mark.opacity < 1) {
             resources.replaceKey("/ExtGState", QPDFObjectHandle::parse(fmt::format(
                                                    "<< /G0 << /Type /ExtGState /ca {0} /CA {0} >> >>",
-                                                   number(mark.opacity))));
+                                                   contentOperand(mark.opacity))));
             ops += "/G0 gs\n";
         }
         StampBox box;
         StampBox drawn; // what the form may draw: the box, and any ink beyond it
         if (mark.kind == "picture") {
-            const Picture& picture = context_.pictures->byMark.at(placed.mark);
+            const StampPicture& picture = context_.pictures->byMark.at(placed.mark);
             if (!pictureObjects_.contains(placed.mark)) {
                 pictureObjects_.emplace(placed.mark, picture.embed(qpdf));
             }
@@ -345,8 +335,8 @@ class Stamper {
             resources.replaceKey("/Font", fonts);
             // The text state is the form's own, whatever the page left behind.
             ops += fmt::format("{} {} {} rg\nBT\n0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n{}ET\n",
-                               number(colour.red), number(colour.green),
-                               number(colour.blue), fonts_.show(text, mark.fontSize));
+                               contentOperand(colour.red), contentOperand(colour.green),
+                               contentOperand(colour.blue), fonts_.show(text, mark.fontSize));
         }
         ops += "Q\n";
         auto stream = QPDFObjectHandle::newStream(&qpdf, ops);
@@ -386,8 +376,8 @@ class Stamper {
                                        mark.rotation, stack, &height);
             stack += height + mark.fontSize * 0.25;
             (mark.layer == "under" ? under : over) +=
-                fmt::format("q {} {} {} {} {} {} cm {} Do Q\n", number(m[0]), number(m[1]),
-                            number(m[2]), number(m[3]), number(m[4]), number(m[5]), name);
+                fmt::format("q {} {} {} {} {} {} cm {} Do Q\n", contentOperand(m[0]), contentOperand(m[1]),
+                            contentOperand(m[2]), contentOperand(m[3]), contentOperand(m[4]), contentOperand(m[5]), name);
         }
         resources.replaceKey("/XObject", xobjects);
         page.replaceKey("/Resources", resources);
@@ -442,7 +432,7 @@ void loadPictures(const Stamp& stamp, StampContext& context) {
     for (std::size_t m = 0; m < stamp.marks.size(); ++m) {
         const Mark& mark = stamp.marks[m];
         if (mark.kind == "picture" && !context.pictures->byMark.contains(m)) {
-            auto picture = Picture::load(mark.image, mark.width);
+            auto picture = StampPicture::load(mark.image, mark.width);
             if (!picture) {
                 refuse(m, fmt::format("the picture {} cannot be read.",
                                       fs::path(mark.image).filename().string()));
@@ -529,7 +519,7 @@ void PDFStampEngine::validate(const Stamp& stamp, bool readPictures) {
             refuse(m, "no picture file is given.");
         }
         if (mark.kind == "picture" && !(mark.width > 0 && mark.width <= 14400)) {
-            refuse(m, fmt::format("the width {} is not between 0 and 14400 points.", number(mark.width)));
+            refuse(m, fmt::format("the width {} is not between 0 and 14400 points.", contentOperand(mark.width)));
         }
         if (!stampPosition(mark.position)) {
             refuse(m, fmt::format("unknown position \"{}\" (top-left, top-center, top-right, center, "
@@ -543,13 +533,13 @@ void PDFStampEngine::validate(const Stamp& stamp, bool readPictures) {
             refuse(m, fmt::format("the colour \"{}\" is not #RRGGBB.", mark.color));
         }
         if (!(mark.opacity >= 0 && mark.opacity <= 1)) {
-            refuse(m, fmt::format("the opacity {} is not between 0 and 1.", number(mark.opacity)));
+            refuse(m, fmt::format("the opacity {} is not between 0 and 1.", contentOperand(mark.opacity)));
         }
         if (mark.kind != "picture" && !(mark.fontSize > 0 && mark.fontSize <= 1000)) {
-            refuse(m, fmt::format("the font size {} is not between 0 and 1000.", number(mark.fontSize)));
+            refuse(m, fmt::format("the font size {} is not between 0 and 1000.", contentOperand(mark.fontSize)));
         }
         if (!(mark.margin >= 0 && mark.margin <= 14400)) {
-            refuse(m, fmt::format("the margin {} is out of range.", number(mark.margin)));
+            refuse(m, fmt::format("the margin {} is out of range.", contentOperand(mark.margin)));
         }
         if (!std::isfinite(mark.rotation)) {
             refuse(m, "the rotation is not a number.");

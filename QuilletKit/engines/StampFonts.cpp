@@ -1,5 +1,6 @@
 #include "engines/StampFonts.hpp"
 
+#include "engines/ContentOperand.hpp"
 #include "engines/PDFCoreError.hpp"
 #include "engines/fonts/CFFCharset.hpp"
 #include "platform/TextDecoding.hpp"
@@ -100,14 +101,6 @@ std::string utf16Hex(std::string_view utf8) {
     return hex;
 }
 
-std::string number(double value) {
-    auto text = fmt::format("{:.3f}", value);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.back() == '.') {
-        text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
 
 std::string toUnicodeCMap(const std::map<unsigned, std::string>& texts) {
     std::string cmap =
@@ -362,7 +355,7 @@ void StampFonts::embed(QPDF& qpdf) {
                 texts[code] = text;
             }
             widths += fmt::format("{} [{}] ", code,
-                                  number(face.thousandths(hb_font_get_glyph_h_advance(face.font.get(), gid))));
+                                  contentOperand(face.thousandths(hb_font_get_glyph_h_advance(face.font.get(), gid))));
         }
 
         // A subset's name carries a tag of six capitals, the same for the same glyphs.
@@ -390,10 +383,10 @@ void StampFonts::embed(QPDF& qpdf) {
         auto descriptor = QPDFObjectHandle::parse(fmt::format(
             "<< /Type /FontDescriptor /Flags 4 /FontBBox [{} {} {} {}] /ItalicAngle 0 /Ascent {} "
             "/Descent {} /CapHeight {} /StemV 80 >>",
-            number(ftFace->bbox.xMin * scale), number(ftFace->bbox.yMin * scale),
-            number(ftFace->bbox.xMax * scale), number(ftFace->bbox.yMax * scale),
-            number(face.thousandths(extents.ascender)), number(face.thousandths(extents.descender)),
-            number(face.thousandths(extents.ascender))));
+            contentOperand(ftFace->bbox.xMin * scale), contentOperand(ftFace->bbox.yMin * scale),
+            contentOperand(ftFace->bbox.xMax * scale), contentOperand(ftFace->bbox.yMax * scale),
+            contentOperand(face.thousandths(extents.ascender)), contentOperand(face.thousandths(extents.descender)),
+            contentOperand(face.thousandths(extents.ascender))));
         descriptor.replaceKey("/FontName", QPDFObjectHandle::newName("/" + baseName));
         descriptor.replaceKey(cff ? "/FontFile3" : "/FontFile2", program_stream);
 
@@ -427,14 +420,14 @@ std::string StampFonts::show(const ShapedText& text, double size) const {
     std::string ops;
     for (const auto& run : text.runs) {
         const Face& face = *faces_.at(run.face);
-        ops += fmt::format("/F{} {} Tf [<", run.face, number(size));
+        ops += fmt::format("/F{} {} Tf [<", run.face, contentOperand(size));
         for (const auto& glyph : run.glyphs) {
             const auto code = face.codes.find(glyph.gid);
             ops += fmt::format("{:04X}", code == face.codes.end() ? 0u : code->second);
             // The width a reader advances by is the glyph's own; kerning is the difference.
             const double own = face.thousandths(hb_font_get_glyph_h_advance(face.font.get(), glyph.gid));
             if (std::abs(own - glyph.advance) > 0.01) {
-                ops += fmt::format("> {} <", number(own - glyph.advance));
+                ops += fmt::format("> {} <", contentOperand(own - glyph.advance));
             }
         }
         ops += ">] TJ\n";
