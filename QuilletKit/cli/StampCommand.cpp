@@ -13,8 +13,10 @@
 #include "engines/PDFStampEngine.hpp"
 #include "platform/FreeNames.hpp"
 
+#include <array>
 #include <cctype>
 #include <charconv>
+#include <tuple>
 
 namespace quillet {
 namespace {
@@ -86,31 +88,24 @@ OperationParameters::Stamp stampFrom(const CLIArgs& args) {
     style.start = wholeOption(args, "start", 1);
     style.digits = wholeOption(args, "digits", 6);
 
+    // Each mark option adds one mark of its kind, in the order of the kinds.
+    const std::array<std::tuple<const char*, const char*, std::string Mark::*>, 4> sources{{
+        {"page-numbers", "pageNumber", &Mark::format},
+        {"bates", "bates", &Mark::prefix},
+        {"text", "text", &Mark::text},
+        {"image", "picture", &Mark::image},
+    }};
     OperationParameters::Stamp stamp;
-    for (const auto& format : args.all("page-numbers")) {
-        Mark mark = style;
-        mark.kind = "pageNumber";
-        mark.format = format;
-        stamp.marks.push_back(mark);
-    }
-    for (const auto& prefix : args.all("bates")) {
-        Mark mark = style;
-        mark.kind = "bates";
-        mark.prefix = prefix;
-        stamp.marks.push_back(mark);
-    }
-    for (const auto& text : args.all("text")) {
-        Mark mark = style;
-        mark.kind = "text";
-        mark.text = text;
-        stamp.marks.push_back(mark);
-    }
-    for (const auto& image : args.all("image")) {
-        Mark mark = style;
-        mark.kind = "picture";
-        mark.image = image;
-        mark.width = numberOption(args, "width", mark.width);
-        stamp.marks.push_back(mark);
+    for (const auto& [option, kind, field] : sources) {
+        for (const auto& value : args.all(option)) {
+            Mark mark = style;
+            mark.kind = kind;
+            mark.*field = value;
+            if (mark.kind == "picture") {
+                mark.width = numberOption(args, "width", mark.width);
+            }
+            stamp.marks.push_back(mark);
+        }
     }
     if (stamp.marks.empty()) {
         throw CLIError("nothing to stamp (give --page-numbers, --bates, --text or --image)");

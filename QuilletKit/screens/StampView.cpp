@@ -9,7 +9,6 @@
 #include "screens/ScreenParts.hpp"
 #include "screens/SectionView.hpp"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -18,18 +17,14 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QPainter>
-#include <QPointer>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QScrollArea>
-#include <QThreadPool>
 #include <QVBoxLayout>
 
 #include <cmath>
