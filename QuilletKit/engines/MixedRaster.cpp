@@ -458,6 +458,48 @@ std::optional<BilevelImage> asBilevel(const Bitmap& scan) {
     return image;
 }
 
+// `luminance` (`width` x `height`) blurred by the binomial filter 1 4 6 4 1 across and down,
+// edges repeated. Thresholded, it gives letters the smooth outlines and whole hairlines that
+// the eye, and a reader of the page, take from the grey scan; thresholded raw, a JPEG scan's
+// ringing and grain make ragged edges and break thin strokes.
+std::vector<std::uint8_t> softened(const std::vector<std::uint8_t>& luminance, int width,
+                                   int height) {
+    std::vector<std::uint8_t> out(luminance.size());
+    // The last five rows filtered across, in a ring.
+    std::vector<std::uint16_t> ring(static_cast<std::size_t>(5) * width);
+    const auto across = [&](int y) {
+        const std::uint8_t* in = luminance.data() + static_cast<std::size_t>(y) * width;
+        std::uint16_t* row = ring.data() + static_cast<std::size_t>(y % 5) * width;
+        for (int x = 0; x < width; ++x) {
+            const auto at = [&](int i) { return in[std::clamp(i, 0, width - 1)]; };
+            row[x] = static_cast<std::uint16_t>(at(x - 2) + 4 * at(x - 1) + 6 * in[x] +
+                                                4 * at(x + 1) + at(x + 2));
+        }
+    };
+    const auto filtered = [&](int y) {
+        return ring.data() + static_cast<std::size_t>(std::clamp(y, 0, height - 1) % 5) * width;
+    };
+    for (int y = 0; y < std::min(2, height); ++y) {
+        across(y);
+    }
+    for (int y = 0; y < height; ++y) {
+        if (y + 2 < height) {
+            across(y + 2);
+        }
+        const std::uint16_t* r0 = filtered(y - 2);
+        const std::uint16_t* r1 = filtered(y - 1);
+        const std::uint16_t* r2 = filtered(y);
+        const std::uint16_t* r3 = filtered(y + 1);
+        const std::uint16_t* r4 = filtered(y + 2);
+        std::uint8_t* row = out.data() + static_cast<std::size_t>(y) * width;
+        for (int x = 0; x < width; ++x) {
+            row[x] = static_cast<std::uint8_t>(
+                (r0[x] + 4u * r1[x] + 6u * r2[x] + 4u * r3[x] + r4[x] + 128) >> 8);
+        }
+    }
+    return out;
+}
+
 } // namespace
 
 ScanReading MixedRaster::read(const Bitmap& scan) {
@@ -544,23 +586,24 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
         return reading;
     }
 
-    // Ink: darker than its paper, outside photos. Soft print never reaches black: the lighter
-    // the median of what is surely ink, the further towards the paper its strokes' edges lie
-    // (60% of the paper plus half the ink's level), so blurred letters keep their weight.
-    // Whether the pixel at (x, y) is outside photos and darker than `inkPercent` of its paper
-    // plus `raise` hundredths of a level.
+    // Ink: darker than its paper, outside photos, judged on the softened scan. Soft print never
+    // reaches black: the lighter the median of what is surely ink, the further towards the
+    // paper its strokes' edges lie (60% of the paper plus half the ink's level), so blurred
+    // letters keep their weight. Whether the pixel at (x, y) is outside photos and darker than
+    // `inkPercent` of its paper plus `raise` hundredths of a level.
+    const std::vector<std::uint8_t> soft = softened(reading.luminance, width, height);
     const auto isInk = [&](int x, int y, int raise) {
         const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
         const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
         const std::size_t i = static_cast<std::size_t>(y) * width + x;
-        return !widenedPhoto[t] && luminance[i] * 100 < paper[b] * inkPercent + raise;
+        return !widenedPhoto[t] && soft[i] * 100 < paper[b] * inkPercent + raise;
     };
     std::vector<int> surelyInk(256, 0);
     int sure = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             if (isInk(x, y, 0)) {
-                ++surelyInk[luminance[static_cast<std::size_t>(y) * width + x]];
+                ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
                 ++sure;
             }
         }
@@ -583,6 +626,8 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
             ++inked;
         }
     }
+    // The median of every pixel the mask covers, softened edges included: painted in it, a
+    // line of text keeps the darkness it had.
     if (inked > 0) {
         reading.inkColour = {median(reds, inked), median(greens, inked), median(blues, inked)};
     }
