@@ -470,10 +470,20 @@ std::vector<std::uint8_t> softened(const std::vector<std::uint8_t>& luminance, i
     const auto across = [&](int y) {
         const std::uint8_t* in = luminance.data() + static_cast<std::size_t>(y) * width;
         std::uint16_t* row = ring.data() + static_cast<std::size_t>(y % 5) * width;
-        for (int x = 0; x < width; ++x) {
-            const auto at = [&](int i) { return in[std::clamp(i, 0, width - 1)]; };
+        const auto at = [&](int i) { return in[std::clamp(i, 0, width - 1)]; };
+        const auto tap = [&](int x) {
             row[x] = static_cast<std::uint16_t>(at(x - 2) + 4 * at(x - 1) + 6 * in[x] +
                                                 4 * at(x + 1) + at(x + 2));
+        };
+        for (int x = 0; x < std::min(2, width); ++x) {
+            tap(x);
+        }
+        for (int x = 2; x < width - 2; ++x) {
+            row[x] = static_cast<std::uint16_t>(in[x - 2] + 4 * in[x - 1] + 6 * in[x] +
+                                                4 * in[x + 1] + in[x + 2]);
+        }
+        for (int x = std::max(2, width - 2); x < width; ++x) {
+            tap(x);
         }
     };
     const auto filtered = [&](int y) {

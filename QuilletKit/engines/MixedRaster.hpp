@@ -6,9 +6,10 @@
 // How the page is read (a few passes over the pixels, by blocks and tiles):
 // - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
 //   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
-// - a pixel is ink when it is darker than 60% of its paper plus half the level of the page's
-//   ink (the median of the pixels under 60%): soft print, never black, keeps its strokes'
-//   weight; isolated ink pixels are noise;
+// - a pixel is ink when, on the scan softened by a small blur (smooth outlines, no grain, whole
+//   hairlines), it is darker than 60% of its paper plus half the level of the page's ink (the
+//   median of the pixels under 60%): soft print, never black, keeps its strokes' weight;
+//   isolated ink pixels are noise;
 // - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
 //   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
 //   otherwise lay a grey box behind each line;
@@ -43,7 +44,8 @@ struct ScanReading {
     Kind kind = Kind::text;
     /// The ink (1) found at the scan's size.
     BilevelImage ink{1, 1};
-    /// Its colour, sRGB (gray pages: three equal values): the median of the ink pixels.
+    /// Its colour, sRGB (gray pages: three equal values): the median of the scan's pixels under
+    /// the mask, so painted in it the text keeps its darkness.
     std::array<std::uint8_t, 3> inkColour{0, 0, 0};
     /// Whether nearly all the ink (98%) is that colour; otherwise the ink's colours are kept
     /// in a foreground picture.
