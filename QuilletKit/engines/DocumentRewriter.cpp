@@ -346,7 +346,7 @@ RasterizedPage bilevelPage(const BilevelImage& ink, int dpi) {
 // smaller than its JPEG; everything else the JPEG (or gray PNG) at the setting's resolution.
 std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
                                        const RasterSetting& setting) {
-    const ScanReading reading = MixedRaster::read(scan);
+    const ScanReading reading = MixedRaster::read(scan, plan.scanDpi);
     if (reading.kind == ScanReading::Kind::bilevel) {
         return bilevelPage(reading.ink, plan.scanDpi);
     }

@@ -458,53 +458,79 @@ std::optional<BilevelImage> asBilevel(const Bitmap& scan) {
     return image;
 }
 
-// `luminance` (`width` x `height`) blurred by the binomial filter 1 4 6 4 1 across and down,
-// edges repeated. Thresholded, it gives letters the smooth outlines and whole hairlines that
-// the eye, and a reader of the page, take from the grey scan; thresholded raw, a JPEG scan's
-// ringing and grain make ragged edges and break thin strokes.
+// `luminance` (`width` x `height`) blurred by a binomial filter across and down, edges
+// repeated: 1 2 1 when `reach` is 1, 1 4 6 4 1 when it is 2, none when it is 0. Thresholded, it
+// gives letters the smooth outlines and whole hairlines that the eye, and a reader of the page,
+// take from the grey scan; thresholded raw, a JPEG scan's ringing and grain make ragged edges
+// and break thin strokes.
 std::vector<std::uint8_t> softened(const std::vector<std::uint8_t>& luminance, int width,
-                                   int height) {
+                                   int height, int reach) {
+    if (reach == 0) {
+        return luminance;
+    }
+    static constexpr int weights[2][5] = {{1, 2, 1, 0, 0}, {1, 4, 6, 4, 1}};
+    const int* weight = weights[reach - 1];
+    const int taps = 2 * reach + 1;
+    const int shift = 4 * reach; // the weights of both passes sum to 2^shift
     std::vector<std::uint8_t> out(luminance.size());
-    // The last five rows filtered across, in a ring.
-    std::vector<std::uint16_t> ring(static_cast<std::size_t>(5) * width);
+    // The last `taps` rows filtered across, in a ring.
+    std::vector<std::uint16_t> ring(static_cast<std::size_t>(taps) * width);
     const auto across = [&](int y) {
         const std::uint8_t* in = luminance.data() + static_cast<std::size_t>(y) * width;
-        std::uint16_t* row = ring.data() + static_cast<std::size_t>(y % 5) * width;
-        const auto at = [&](int i) { return in[std::clamp(i, 0, width - 1)]; };
+        std::uint16_t* row = ring.data() + static_cast<std::size_t>(y % taps) * width;
         const auto tap = [&](int x) {
-            row[x] = static_cast<std::uint16_t>(at(x - 2) + 4 * at(x - 1) + 6 * in[x] +
-                                                4 * at(x + 1) + at(x + 2));
+            int sum = 0;
+            for (int k = 0; k < taps; ++k) {
+                sum += weight[k] * in[std::clamp(x + k - reach, 0, width - 1)];
+            }
+            row[x] = static_cast<std::uint16_t>(sum);
         };
-        for (int x = 0; x < std::min(2, width); ++x) {
+        for (int x = 0; x < std::min(reach, width); ++x) {
             tap(x);
         }
-        for (int x = 2; x < width - 2; ++x) {
-            row[x] = static_cast<std::uint16_t>(in[x - 2] + 4 * in[x - 1] + 6 * in[x] +
-                                                4 * in[x + 1] + in[x + 2]);
+        if (reach == 1) {
+            for (int x = 1; x < width - 1; ++x) {
+                row[x] = static_cast<std::uint16_t>(in[x - 1] + 2 * in[x] + in[x + 1]);
+            }
+        } else {
+            for (int x = 2; x < width - 2; ++x) {
+                row[x] = static_cast<std::uint16_t>(in[x - 2] + 4 * in[x - 1] + 6 * in[x] +
+                                                    4 * in[x + 1] + in[x + 2]);
+            }
         }
-        for (int x = std::max(2, width - 2); x < width; ++x) {
+        for (int x = std::max(reach, width - reach); x < width; ++x) {
             tap(x);
         }
     };
     const auto filtered = [&](int y) {
-        return ring.data() + static_cast<std::size_t>(std::clamp(y, 0, height - 1) % 5) * width;
+        return ring.data() + static_cast<std::size_t>(std::clamp(y, 0, height - 1) % taps) * width;
     };
-    for (int y = 0; y < std::min(2, height); ++y) {
+    for (int y = 0; y < std::min(reach, height); ++y) {
         across(y);
     }
+    const std::uint32_t half = 1u << (shift - 1);
     for (int y = 0; y < height; ++y) {
-        if (y + 2 < height) {
-            across(y + 2);
+        if (y + reach < height) {
+            across(y + reach);
         }
-        const std::uint16_t* r0 = filtered(y - 2);
-        const std::uint16_t* r1 = filtered(y - 1);
-        const std::uint16_t* r2 = filtered(y);
-        const std::uint16_t* r3 = filtered(y + 1);
-        const std::uint16_t* r4 = filtered(y + 2);
         std::uint8_t* row = out.data() + static_cast<std::size_t>(y) * width;
-        for (int x = 0; x < width; ++x) {
-            row[x] = static_cast<std::uint8_t>(
-                (r0[x] + 4u * r1[x] + 6u * r2[x] + 4u * r3[x] + r4[x] + 128) >> 8);
+        if (reach == 1) {
+            const std::uint16_t* r0 = filtered(y - 1);
+            const std::uint16_t* r1 = filtered(y);
+            const std::uint16_t* r2 = filtered(y + 1);
+            for (int x = 0; x < width; ++x) {
+                row[x] = static_cast<std::uint8_t>((r0[x] + 2u * r1[x] + r2[x] + half) >> shift);
+            }
+        } else {
+            const std::uint16_t* r0 = filtered(y - 2);
+            const std::uint16_t* r1 = filtered(y - 1);
+            const std::uint16_t* r2 = filtered(y);
+            const std::uint16_t* r3 = filtered(y + 1);
+            const std::uint16_t* r4 = filtered(y + 2);
+            for (int x = 0; x < width; ++x) {
+                row[x] = static_cast<std::uint8_t>(
+                    (r0[x] + 4u * r1[x] + 6u * r2[x] + 4u * r3[x] + r4[x] + half) >> shift);
+            }
         }
     }
     return out;
@@ -512,7 +538,7 @@ std::vector<std::uint8_t> softened(const std::vector<std::uint8_t>& luminance, i
 
 } // namespace
 
-ScanReading MixedRaster::read(const Bitmap& scan) {
+ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
     ScanReading reading;
     if (auto bilevel = asBilevel(scan)) {
         reading.kind = ScanReading::Kind::bilevel;
@@ -601,7 +627,9 @@ ScanReading MixedRaster::read(const Bitmap& scan) {
     // paper its strokes' edges lie (60% of the paper plus half the ink's level), so blurred
     // letters keep their weight. Whether the pixel at (x, y) is outside photos and darker than
     // `inkPercent` of its paper plus `raise` hundredths of a level.
-    const std::vector<std::uint8_t> soft = softened(reading.luminance, width, height);
+    // A blur of about a tenth of a millimetre: at 150 DPI a wider one fills the letters' counters.
+    const int reach = scanDpi >= 200 ? 2 : scanDpi >= 100 ? 1 : 0;
+    const std::vector<std::uint8_t> soft = softened(reading.luminance, width, height, reach);
     const auto isInk = [&](int x, int y, int raise) {
         const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
         const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;

@@ -6,8 +6,8 @@
 // How the page is read (a few passes over the pixels, by blocks and tiles):
 // - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
 //   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
-// - a pixel is ink when, on the scan softened by a small blur (smooth outlines, no grain, whole
-//   hairlines), it is darker than 60% of its paper plus half the level of the page's ink (the
+// - a pixel is ink when, on the scan softened by a blur of about a tenth of a millimetre (smooth
+//   outlines, no grain, whole hairlines), it is darker than 60% of its paper plus half the level of the page's ink (the
 //   median of the pixels under 60%): soft print, never black, keeps its strokes' weight;
 //   isolated ink pixels are noise;
 // - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
@@ -63,8 +63,8 @@ struct ScanReading {
 
 class MixedRaster {
   public:
-    /// What `scan` (the page at the scan's resolution) is made of.
-    static ScanReading read(const Bitmap& scan);
+    /// What `scan` (the page at the scan's resolution, `scanDpi`) is made of.
+    static ScanReading read(const Bitmap& scan, int scanDpi);
 
     /// A picture's resolution and JPEG quality.
     struct Setting {
