@@ -25,6 +25,31 @@ namespace {
 constexpr std::int64_t mebibyte = 1024 * 1024;
 enum Column { fileColumn, pagesColumn, sizeColumn, stateColumn };
 
+// A row of `parent` holding a text field named `objectName` after its label, which is also its
+// accessible name; the row and the field are answered, the row's layout takes more widgets.
+struct FieldRow {
+    QWidget* row;
+    QHBoxLayout* layout;
+    QLineEdit* field;
+};
+FieldRow fieldRow(QWidget* parent, const QString& objectName, const QString& label,
+                  const QString& placeholder) {
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    auto* field = new QLineEdit(row);
+    field->setObjectName(objectName);
+    field->setAccessibleName(label);
+    field->setPlaceholderText(placeholder);
+    field->setMinimumWidth(200);
+    auto* caption = new QLabel(label, row);
+    caption->setBuddy(field);
+    layout->addWidget(caption);
+    layout->addWidget(field, 1);
+    return {row, layout, field};
+}
+
 } // namespace
 
 QString BatchView::label(BatchAction action) {
@@ -142,38 +167,20 @@ BatchView::BatchView(const ScreenContext& context, QWidget* parent)
     passwordLayout->addWidget(password_);
     passwordLayout->addWidget(passwordNote, 1);
 
-    redactRow_ = new QWidget(this);
-    auto* redactLayout = new QHBoxLayout(redactRow_);
-    redactLayout->setContentsMargins(0, 0, 0, 0);
-    redactLayout->setSpacing(8);
-    redactWords_ = new QLineEdit(redactRow_);
-    redactWords_->setObjectName(QStringLiteral("redactWords"));
-    redactWords_->setAccessibleName(tr("Words to redact"));
-    redactWords_->setPlaceholderText(tr("Words, separated by commas"));
-    redactWords_->setMinimumWidth(200);
-    auto* wordsLabel = new QLabel(tr("Words to redact"), redactRow_);
-    wordsLabel->setBuddy(redactWords_);
-    redactLayout->addWidget(wordsLabel);
-    redactLayout->addWidget(redactWords_, 1);
+    const FieldRow redact = fieldRow(this, QStringLiteral("redactWords"), tr("Words to redact"),
+                                     tr("Words, separated by commas"));
+    redactRow_ = redact.row;
+    redactWords_ = redact.field;
     redactPresets_ = redactionPresetBoxes(redactRow_, QStringLiteral("preset-"));
     for (const auto& [preset, box] : redactPresets_) {
-        redactLayout->addWidget(box);
+        redact.layout->addWidget(box);
         connect(box, &QCheckBox::toggled, this, &BatchView::updateActions);
     }
 
-    watermarkRow_ = new QWidget(this);
-    auto* watermarkLayout = new QHBoxLayout(watermarkRow_);
-    watermarkLayout->setContentsMargins(0, 0, 0, 0);
-    watermarkLayout->setSpacing(8);
-    watermarkText_ = new QLineEdit(watermarkRow_);
-    watermarkText_->setObjectName(QStringLiteral("watermarkText"));
-    watermarkText_->setAccessibleName(tr("Watermark text"));
-    watermarkText_->setPlaceholderText(tr("CONFIDENTIAL"));
-    watermarkText_->setMinimumWidth(200);
-    auto* watermarkLabel = new QLabel(tr("Watermark text"), watermarkRow_);
-    watermarkLabel->setBuddy(watermarkText_);
-    watermarkLayout->addWidget(watermarkLabel);
-    watermarkLayout->addWidget(watermarkText_, 1);
+    const FieldRow watermark = fieldRow(this, QStringLiteral("watermarkText"),
+                                        tr("Watermark text"), tr("CONFIDENTIAL"));
+    watermarkRow_ = watermark.row;
+    watermarkText_ = watermark.field;
 
     auto* choice = new QHBoxLayout;
     choice->setSpacing(8);
