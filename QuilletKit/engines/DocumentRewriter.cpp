@@ -393,13 +393,19 @@ std::optional<RasterizedPage> fromBilevelImage(const fs::path& input, const std:
         if (!state.document) {
             state.document = PDFDocumentEngine::openCG(input, password);
         }
-        const auto number = FullPageImage::bilevel(state.document->page(plan.index));
-        if (!number || !openRenderer(input, password, renderer, state)) {
+        const auto page = state.document->page(plan.index);
+        const auto image = FullPageImage::bilevel(page);
+        if (!image || !openRenderer(input, password, renderer, state)) {
             return std::nullopt;
         }
-        if (auto ink = state.renderer->bilevelImage(*number, plan.scanSize.width,
-                                                    plan.scanSize.height)) {
-            return bilevelPage(*ink, plan.scanDpi);
+        // The bits as they are, at the image's own size: no resolution ceiling applies to a
+        // lossless copy.
+        if (auto ink = state.renderer->bilevelImage(image->object, image->width, image->height)) {
+            const double width = page.mediaBox().width;
+            const int dpi = width > 0 ? static_cast<int>(std::clamp(
+                                            std::lround(image->width * 72.0 / width), 1L, 100'000L))
+                                      : plan.scanDpi;
+            return bilevelPage(*ink, dpi);
         }
     } catch (const std::exception&) {
         // Drawn instead.

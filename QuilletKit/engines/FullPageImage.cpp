@@ -12,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <vector>
 
 namespace quillet {
@@ -127,13 +128,22 @@ std::optional<QPDFObjectHandle> fullPageImage(const PDFPage& page) {
 
 } // namespace
 
-std::optional<int> FullPageImage::bilevel(const PDFPage& page) {
+std::optional<FullPageImage::Bilevel> FullPageImage::bilevel(const PDFPage& page) {
     try {
         auto image = fullPageImage(page);
         if (!image || !bilevelImage(*image) || !image->isIndirect()) {
             return std::nullopt;
         }
-        return image->getObjectID();
+        auto dict = image->getDict();
+        auto width = dict.getKey("/Width");
+        auto height = dict.getKey("/Height");
+        if (!width.isInteger() || !height.isInteger() || width.getIntValue() < 1 ||
+            height.getIntValue() < 1 || width.getIntValue() > std::numeric_limits<int>::max() ||
+            height.getIntValue() > std::numeric_limits<int>::max()) {
+            return std::nullopt;
+        }
+        return Bilevel{image->getObjectID(), static_cast<int>(width.getIntValue()),
+                       static_cast<int>(height.getIntValue())};
     } catch (const std::exception&) {
         return std::nullopt;
     }

@@ -14,10 +14,17 @@ namespace quillet {
 
 class FullPageImage {
   public:
-    /// The object number of the image when the page's content is only q/Q/cm and one Do of a
-    /// 1-bit DeviceGray image (not a stencil mask, no soft mask or colour-key mask) placed as
-    /// `jpeg` requires. Absent for every other page. Never throws.
-    static std::optional<int> bilevel(const PDFPage& page);
+    /// A page's 1-bit image: its object number and its size in pixels, which is the scan's own.
+    struct Bilevel {
+        int object = 0;
+        int width = 0;
+        int height = 0;
+    };
+
+    /// The image when the page's content is only q/Q/cm and one Do of a 1-bit DeviceGray image
+    /// (not a stencil mask, no soft mask or colour-key mask) placed as `jpeg` requires. Absent
+    /// for every other page. Never throws.
+    static std::optional<Bilevel> bilevel(const PDFPage& page);
 
     /// The JPEG bytes when the page's content is only q/Q/cm and one Do of a plain 8-bit gray or
     /// RGB DCT image (no mask, decode array or colour transform) whose placement covers the media

@@ -97,35 +97,40 @@ TEST(ScanCompression, RasterizedPagesKeepTheirWordsWhereTheyWere) {
     }
 }
 
-// A fax-like page: 1-bit pixels at 150 DPI. Every lossy tier stores the same bits as JBIG2.
+// A fax-like page of 1-bit pixels, at 150 DPI and at 600 (above the ceiling that drawn scans are
+// held to). Every lossy tier stores the same bits as JBIG2, at the image's own size.
 TEST(ScanCompression, BilevelScansComeBackBitForBit) {
     test::TempDir dir;
-    constexpr int width = 1275;
-    constexpr int height = 1650;
-    std::string bits(static_cast<std::size_t>((width + 7) / 8) * height, '\0');
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            // Strokes like lines of print, with a diagonal rule across them.
-            const bool ink = (y % 40 < 12 && x % 23 < 15 && x > 100 && x < 1150) ||
-                             std::abs(x - y) < 2;
-            if (!ink) { // DeviceGray 1-bit: 1 is white
-                bits[static_cast<std::size_t>(y) * ((width + 7) / 8) + x / 8] |=
-                    static_cast<char>(0x80 >> (x % 8));
+    struct Case {
+        CompressionQualityTier tier;
+        bool decodeInverted; // samples the other way round, with a decode array to turn them
+        int dpi;
+    };
+    for (const auto& c : {Case{CompressionQualityTier::highQuality, false, 150},
+                          Case{CompressionQualityTier::smallest, true, 600}}) {
+        SCOPED_TRACE(c.dpi);
+        const int width = 612 * c.dpi / 72;
+        const int height = 792 * c.dpi / 72;
+        const auto stride = static_cast<std::size_t>((width + 7) / 8);
+        std::string bits(stride * height, c.decodeInverted ? '\xff' : '\0');
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                // Strokes like lines of print, with a diagonal rule across them and specks of
+                // dust, which keep the bits from compressing to nothing.
+                const auto speck = (static_cast<std::uint32_t>(x) * 2654435761u) ^
+                                   (static_cast<std::uint32_t>(y) * 40503u);
+                const bool ink = (y % 40 < 12 && x % 23 < 15 && x > 100 && x < width - 125) ||
+                                 std::abs(x - y) < 2 || speck % 613 == 0;
+                if (ink == c.decodeInverted) { // DeviceGray 1-bit: 1 is white
+                    bits[static_cast<std::size_t>(y) * stride + x / 8] ^=
+                        static_cast<char>(0x80 >> (x % 8));
+                }
             }
         }
-    }
-    // The same picture with its samples the other way round and a decode array to turn them.
-    std::string inverted = bits;
-    for (char& byte : inverted) {
-        byte = static_cast<char>(~byte);
-    }
-    for (const auto& [tier, decodeInverted] :
-         {std::pair{CompressionQualityTier::highQuality, false},
-          std::pair{CompressionQualityTier::smallest, true}}) {
         PDFBuilder builder;
         auto& page = builder.addPage(612, 792);
-        auto image = QPDFObjectHandle::newStream(&builder.qpdf(), decodeInverted ? inverted : bits);
-        if (decodeInverted) {
+        auto image = QPDFObjectHandle::newStream(&builder.qpdf(), bits);
+        if (c.decodeInverted) {
             image.getDict().replaceKey("/Decode", QPDFObjectHandle::parse("[1 0]"));
         }
         image.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
@@ -137,12 +142,12 @@ TEST(ScanCompression, BilevelScansComeBackBitForBit) {
         page.object().replaceKey("/Resources", QPDFObjectHandle::parse("<< /XObject << >> >>"));
         page.object().getKey("/Resources").getKey("/XObject").replaceKey("/Fax", image);
         page.content("q 612 0 0 792 0 0 cm /Fax Do Q");
-        const auto input = builder.write(dir / ("fax-" + std::to_string(static_cast<int>(tier)) + ".pdf"));
+        const auto input = builder.write(dir / ("fax-" + std::to_string(c.dpi) + ".pdf"));
 
-        const auto output = compressed(input, tier);
+        const auto output = compressed(input, c.tier);
         EXPECT_EQ(pageImageFilters(output), std::vector<std::string>{"/JBIG2Decode"});
-        const auto original = test::renderGray(input, 1, 150);
-        const auto copy = test::renderGray(output, 1, 150);
+        const auto original = test::renderGray(input, 1, c.dpi);
+        const auto copy = test::renderGray(output, 1, c.dpi);
         ASSERT_EQ(copy.pixels.size(), original.pixels.size());
         std::size_t different = 0;
         for (std::size_t i = 0; i < copy.pixels.size(); ++i) {
