@@ -13,12 +13,10 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
 source "$root/bench/manuals.sh"
-[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 command -v gs >/dev/null || { apt-get install -y -qq --no-install-recommends ghostscript >/dev/null; }
 corpus="$root/../shared/corpus"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 
 pdftoppm -r 300 -jpeg -jpegopt quality=95 -f 1 -l 20 \
     "$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf" "$work/page"

@@ -9,12 +9,10 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
-"$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 command -v mutool >/dev/null || { apt-get install -y -qq --no-install-recommends mupdf-tools >/dev/null; }
 corpus="$root/../shared/corpus"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 
 thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
 qpdf --empty --pages "$thesis" 1-60 -- "$work/p60.pdf"

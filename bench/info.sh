@@ -7,10 +7,8 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
-"$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+quillet_built
+work_folder
 
 pdf=${1:-}
 if [[ -z "$pdf" ]]; then

@@ -10,12 +10,10 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
-"$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 command -v img2pdf >/dev/null || apt-get install -y -qq --no-install-recommends img2pdf >/dev/null
 thesis="$root/../shared/corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 
 copies() { for _ in $(seq "$1"); do echo "$thesis"; done; }
 qpdf --empty --pages $(copies 10) -- "$work/big.pdf"

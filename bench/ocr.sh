@@ -10,12 +10,10 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
 source "$root/bench/manuals.sh"
-[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 command -v ocrmypdf >/dev/null || apt-get install -y -qq --no-install-recommends ocrmypdf >/dev/null
 manual=$(manual octave)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 
 pdftoppm -r 300 -jpeg -jpegopt quality=90 -f 20 -l 39 "$manual" "$work/page"
 python3 "$root/bench/make-scan.py" "$work/scan.pdf" --dpi 300 "$work"/page-*.jpg

@@ -23,3 +23,15 @@ in_turn() {
     local middle=$(((n + 1) / 2))
     echo "$(printf '%s\n' "${as[@]}" | sort -n | sed -n "${middle}p") $(printf '%s\n' "${bs[@]}" | sort -n | sed -n "${middle}p")"
 }
+
+# `quillet_built` builds quillet (unless QUILLET_BENCH_NO_BUILD is set) and sets `quillet` to the
+# binary; `work_folder` sets `work` to a fresh folder removed when the script exits. Both read
+# `root`, the checkout, which the sourcing script sets first.
+quillet_built() {
+    [[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
+    quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+}
+work_folder() {
+    work=$(mktemp -d)
+    trap 'rm -rf "$work"' EXIT
+}

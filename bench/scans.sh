@@ -29,8 +29,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
 source "$root/bench/manuals.sh"
-[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 needs=()
 command -v gs >/dev/null || needs+=(ghostscript)
 command -v tesseract >/dev/null || needs+=(tesseract-ocr tesseract-ocr-eng)
@@ -40,8 +39,7 @@ pkg-config --exists vips-cpp libtiff-4 || needs+=(libvips-dev libtiff-dev)
 corpus="$root/../shared/corpus"
 thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
 octave=$(manual octave)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 start=$SECONDS
 
 # --- Inputs (cached by the recipe: the helpers' sources and the lines below) -----------------

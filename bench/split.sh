@@ -9,10 +9,8 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
 source "$root/bench/manuals.sh"
-[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+quillet_built
+work_folder
 
 pdf=${1:-$(manual gnuplot)}
 long="$work/long.pdf"

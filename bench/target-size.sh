@@ -11,13 +11,11 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 source "$root/bench/rows.sh"
-[[ -n "${QUILLET_BENCH_NO_BUILD:-}" ]] || "$root/scripts/build.sh" quillet
-quillet="$root/${QUILLET_BUILD_DIR:-build}/QuilletKit/quillet"
+quillet_built
 command -v strace >/dev/null || apt-get install -y -qq --no-install-recommends strace >/dev/null
 corpus="$root/../shared/corpus"
 thesis="$corpus/009-pdflatex-geotopo/GeoTopo-komprimiert.pdf"
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+work_folder
 
 pdftoppm -r 300 -jpeg -jpegopt quality=95 -f 1 -l 20 "$thesis" "$work/page"
 python3 "$root/bench/make-scan.py" "$work/scan.pdf" --dpi 300 "$work"/page-*.jpg
