@@ -215,6 +215,11 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
         for (const auto& image : images) {
             finest = std::max(finest, image.effectiveDPI);
         }
+        // A mask seen through a picture of the inks is no image of the page's own, but its
+        // resolution is the scan's.
+        if (const auto mask = FullPageImage::textMask(page); mask && box.width > 0) {
+            finest = std::max(finest, mask->width * 72.0 / box.width);
+        }
         plan.scanDpi = finest > 0 ? std::clamp(static_cast<int>(std::lround(finest)),
                                                lowestScanDpi, highestScanDpi)
                                   : 300;
@@ -345,8 +350,8 @@ RasterizedPage bilevelPage(const BilevelImage& ink, int dpi) {
 // resolution; with `setting.mixed`, a text page becomes a mask over a background when that is
 // smaller than its JPEG; everything else the JPEG (or gray PNG) at the setting's resolution.
 std::optional<RasterizedPage> fromScan(const Bitmap& scan, const PagePlan& plan,
-                                       const RasterSetting& setting) {
-    const ScanReading reading = MixedRaster::read(scan, plan.scanDpi);
+                                       const RasterSetting& setting, const BilevelImage* ink) {
+    const ScanReading reading = MixedRaster::read(scan, plan.scanDpi, ink);
     if (reading.kind == ScanReading::Kind::bilevel) {
         return bilevelPage(reading.ink, plan.scanDpi);
     }
@@ -413,6 +418,26 @@ std::optional<RasterizedPage> fromBilevelImage(const fs::path& input, const std:
     return std::nullopt;
 }
 
+// The mask of a page that is mixed raster content already, at the scan's size: kept as it is,
+// so compressing such a page again does not thicken its letters. Absent for every other page.
+std::optional<BilevelImage> existingMask(const fs::path& input, const std::string& password,
+                                         const PDFRenderer& renderer, const PagePlan& plan,
+                                         WorkerState& state) {
+    try {
+        if (!state.document) {
+            state.document = PDFDocumentEngine::openCG(input, password);
+        }
+        const auto mask = FullPageImage::textMask(state.document->page(plan.index));
+        if (!mask || mask->width != plan.scanSize.width || mask->height != plan.scanSize.height ||
+            !openRenderer(input, password, renderer, state)) {
+            return std::nullopt;
+        }
+        return state.renderer->bilevelImage(mask->object, mask->width, mask->height, true);
+    } catch (const std::exception&) {
+        return std::nullopt; // thresholded from the render instead
+    }
+}
+
 std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string& password,
                                         const PDFRenderer& renderer, const PagePlan& plan,
                                         const RasterSetting& setting, WorkerState& state) {
@@ -425,7 +450,10 @@ std::optional<RasterizedPage> rasterize(const fs::path& input, const std::string
     if (setting.mixed || plan.monochrome) {
         try {
             if (auto scan = scanPicture(input, password, renderer, plan, state)) {
-                return fromScan(*scan, plan, setting);
+                const auto mask = setting.mixed
+                                      ? existingMask(input, password, renderer, plan, state)
+                                      : std::nullopt;
+                return fromScan(*scan, plan, setting, mask ? &*mask : nullptr);
             }
         } catch (const std::exception&) {
             // Too large to hold, or a codec failed: the page is drawn at the setting's size.

@@ -74,6 +74,63 @@ std::optional<Placement> onlyPlacement(const std::string& content) {
     }
 }
 
+// Every XObject the content draws, in order, and where; absent when the content cannot be read.
+// Whatever else it does (paths, colours, text) is passed over.
+std::optional<std::vector<Placement>> allPlacements(const std::string& content) {
+    Buffer buffer(reinterpret_cast<unsigned char*>(const_cast<char*>(content.data())), content.size());
+    auto input = std::make_shared<BufferInputSource>("content", &buffer);
+    QPDFTokenizer tokenizer;
+    tokenizer.allowEOF();
+    Matrix ctm{1, 0, 0, 1, 0, 0};
+    std::vector<Matrix> saved;
+    std::vector<QPDFTokenizer::Token> operands;
+    std::vector<Placement> placements;
+    while (true) {
+        const auto token = tokenizer.readToken(input, "content", true);
+        const auto type = token.getType();
+        if (type == QPDFTokenizer::tt_eof) {
+            return placements;
+        }
+        if (type == QPDFTokenizer::tt_bad) {
+            return std::nullopt;
+        }
+        if (type != QPDFTokenizer::tt_word) {
+            operands.push_back(token);
+            continue;
+        }
+        const auto& op = token.getValue();
+        if (op == "q") {
+            saved.push_back(ctm);
+        } else if (op == "Q" && !saved.empty()) {
+            ctm = saved.back();
+            saved.pop_back();
+        } else if (op == "cm") {
+            if (operands.size() != 6) {
+                return std::nullopt;
+            }
+            Matrix m{};
+            for (std::size_t i = 0; i < 6; ++i) {
+                const auto kind = operands[i].getType();
+                if (kind != QPDFTokenizer::tt_integer && kind != QPDFTokenizer::tt_real) {
+                    return std::nullopt;
+                }
+                m[i] = std::strtod(operands[i].getValue().c_str(), nullptr);
+            }
+            ctm = concatenated(m, ctm);
+        } else if (op == "Do" && operands.size() == 1 &&
+                   operands[0].getType() == QPDFTokenizer::tt_name) {
+            placements.push_back(Placement{operands[0].getValue(), ctm});
+        } else if (op == "ID") {
+            tokenizer.expectInlineImage(input);
+            if (tokenizer.readToken(input, "content", true).getType() !=
+                QPDFTokenizer::tt_inline_image) {
+                return std::nullopt;
+            }
+        }
+        operands.clear();
+    }
+}
+
 bool plainJPEG(QPDFObjectHandle image) {
     if (!image.isStream()) {
         return false;
@@ -104,6 +161,13 @@ bool bilevelImage(QPDFObjectHandle image) {
            !(dict.getKey("/ImageMask").isBool() && dict.getKey("/ImageMask").getBoolValue());
 }
 
+// Whether `m` draws the unit square upright over the whole of `box`, within half a point.
+bool coversUpright(const Matrix& m, const PDFRect& box) {
+    const auto near = [](double a, double b) { return std::abs(a - b) <= 0.5; };
+    return near(m[0], box.width) && near(m[3], box.height) && near(m[1], 0) && near(m[2], 0) &&
+           near(m[4], box.x) && near(m[5], box.y);
+}
+
 // The image that the page's content alone draws upright over its media box, or absent.
 std::optional<QPDFObjectHandle> fullPageImage(const PDFPage& page) {
     auto object = page.object();
@@ -112,18 +176,36 @@ std::optional<QPDFObjectHandle> fullPageImage(const PDFPage& page) {
         return std::nullopt;
     }
     const auto placement = onlyPlacement(*content);
-    if (!placement) {
-        return std::nullopt;
-    }
-    const auto box = page.mediaBox();
-    const auto& m = placement->ctm;
-    const auto near = [](double a, double b) { return std::abs(a - b) <= 0.5; };
-    if (!near(m[0], box.width) || !near(m[3], box.height) || !near(m[1], 0) || !near(m[2], 0) ||
-        !near(m[4], box.x) || !near(m[5], box.y)) {
+    if (!placement || !coversUpright(placement->ctm, page.mediaBox())) {
         return std::nullopt;
     }
     auto resources = QPDFPageObjectHelper(object).getAttribute("/Resources", false);
     return resources.getKey("/XObject").getKey(placement->name);
+}
+
+bool stencilMask(QPDFObjectHandle image) {
+    if (!image.isStream() || !image.isIndirect()) {
+        return false;
+    }
+    auto dict = image.getDict();
+    auto flag = dict.getKey("/ImageMask");
+    auto bits = dict.getKey("/BitsPerComponent");
+    return dict.getKey("/Subtype").isNameAndEquals("/Image") && flag.isBool() &&
+           flag.getBoolValue() && (bits.isNull() || (bits.isInteger() && bits.getIntValue() == 1));
+}
+
+// The object number and size of a 1-bit image, absent when its size cannot be read.
+std::optional<FullPageImage::Bilevel> sized(QPDFObjectHandle image) {
+    auto dict = image.getDict();
+    auto width = dict.getKey("/Width");
+    auto height = dict.getKey("/Height");
+    if (!width.isInteger() || !height.isInteger() || width.getIntValue() < 1 ||
+        height.getIntValue() < 1 || width.getIntValue() > std::numeric_limits<int>::max() ||
+        height.getIntValue() > std::numeric_limits<int>::max()) {
+        return std::nullopt;
+    }
+    return FullPageImage::Bilevel{image.getObjectID(), static_cast<int>(width.getIntValue()),
+                                  static_cast<int>(height.getIntValue())};
 }
 
 } // namespace
@@ -134,16 +216,46 @@ std::optional<FullPageImage::Bilevel> FullPageImage::bilevel(const PDFPage& page
         if (!image || !bilevelImage(*image) || !image->isIndirect()) {
             return std::nullopt;
         }
-        auto dict = image->getDict();
-        auto width = dict.getKey("/Width");
-        auto height = dict.getKey("/Height");
-        if (!width.isInteger() || !height.isInteger() || width.getIntValue() < 1 ||
-            height.getIntValue() < 1 || width.getIntValue() > std::numeric_limits<int>::max() ||
-            height.getIntValue() > std::numeric_limits<int>::max()) {
+        return sized(*image);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<FullPageImage::Bilevel> FullPageImage::textMask(const PDFPage& page) {
+    try {
+        auto object = page.object();
+        const auto content = pageContentData(object);
+        if (!content) {
             return std::nullopt;
         }
-        return Bilevel{image->getObjectID(), static_cast<int>(width.getIntValue()),
-                       static_cast<int>(height.getIntValue())};
+        const auto placements = allPlacements(*content);
+        if (!placements) {
+            return std::nullopt;
+        }
+        auto xobjects = QPDFPageObjectHelper(object).getAttribute("/Resources", false).getKey(
+            "/XObject");
+        // The last image drawn; forms after it (a text layer) are passed over.
+        auto last = placements->rbegin();
+        while (last != placements->rend() &&
+               xobjects.getKey(last->name).isStream() &&
+               xobjects.getKey(last->name).getDict().getKey("/Subtype").isNameAndEquals("/Form")) {
+            ++last;
+        }
+        if (last == placements->rend() || !coversUpright(last->ctm, page.mediaBox())) {
+            return std::nullopt;
+        }
+        auto image = xobjects.getKey(last->name);
+        if (!image.isStream()) {
+            return std::nullopt;
+        }
+        // A stencil mask painted in one colour, or a picture of the inks seen through one.
+        auto mask = image.getDict().getKey("/Mask");
+        if (!stencilMask(image) && !(image.getDict().getKey("/Subtype").isNameAndEquals("/Image") &&
+                                     stencilMask(mask))) {
+            return std::nullopt;
+        }
+        return sized(stencilMask(image) ? image : mask);
     } catch (const std::exception&) {
         return std::nullopt;
     }

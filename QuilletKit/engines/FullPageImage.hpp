@@ -26,6 +26,13 @@ class FullPageImage {
     /// for every other page. Never throws.
     static std::optional<Bilevel> bilevel(const PDFPage& page);
 
+    /// The mask of a page of mixed raster content: the stencil mask (`/ImageMask`, 1-bit) that
+    /// the page draws last, upright over its media box as `jpeg` requires, itself or as the
+    /// `/Mask` of a picture of the inks. Whatever the page draws before it (a background, photos)
+    /// or after it other than images (an invisible text layer) does not matter. Absent for every
+    /// other page. Never throws.
+    static std::optional<Bilevel> textMask(const PDFPage& page);
+
     /// The JPEG bytes when the page's content is only q/Q/cm and one Do of a plain 8-bit gray or
     /// RGB DCT image (no mask, decode array or colour transform) whose placement covers the media
     /// box within half a point. Absent for every other page. Never throws.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace quillet {
 namespace {
@@ -538,8 +539,11 @@ std::vector<std::uint8_t> softened(const std::vector<std::uint8_t>& luminance, i
 
 } // namespace
 
-ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
+ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImage* ink) {
     ScanReading reading;
+    if (ink && (ink->width() != scan.width() || ink->height() != scan.height())) {
+        throw std::invalid_argument("MixedRaster::read: the mask and the scan differ in size");
+    }
     if (auto bilevel = asBilevel(scan)) {
         reading.kind = ScanReading::Kind::bilevel;
         reading.ink = std::move(*bilevel);
@@ -629,7 +633,8 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
     // `inkPercent` of its paper plus `raise` hundredths of a level.
     // A blur of about a tenth of a millimetre: at 150 DPI a wider one fills the letters' counters.
     const int reach = scanDpi >= 200 ? 2 : scanDpi >= 100 ? 1 : 0;
-    const std::vector<std::uint8_t> soft = softened(reading.luminance, width, height, reach);
+    const std::vector<std::uint8_t> soft =
+        ink ? std::vector<std::uint8_t>{} : softened(reading.luminance, width, height, reach);
     const auto isInk = [&](int x, int y, int raise) {
         const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
         const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
@@ -638,7 +643,7 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
     };
     std::vector<int> surelyInk(256, 0);
     int sure = 0;
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < (ink ? 0 : height); ++y) {
         for (int x = 0; x < width; ++x) {
             if (isInk(x, y, 0)) {
                 ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
@@ -652,7 +657,7 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
     int inked = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            if (!isInk(x, y, inkLevel * 50)) {
+            if (ink ? !isSet(*ink, x, y) : !isInk(x, y, inkLevel * 50)) {
                 continue;
             }
             const std::size_t i = static_cast<std::size_t>(y) * width + x;
@@ -693,7 +698,7 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi) {
         }
         reading.oneInk = apart * 100 <= 2 * static_cast<std::size_t>(inked);
     }
-    reading.ink = despeckled(candidates);
+    reading.ink = ink ? std::move(candidates) : despeckled(candidates);
     reading.paper = paper;
     reading.paperColumns = columns;
     return reading;

@@ -63,8 +63,10 @@ struct ScanReading {
 
 class MixedRaster {
   public:
-    /// What `scan` (the page at the scan's resolution, `scanDpi`) is made of.
-    static ScanReading read(const Bitmap& scan, int scanDpi);
+    /// What `scan` (the page at the scan's resolution, `scanDpi`) is made of. With `ink` (of the
+    /// scan's size), the page's text is already a mask, which is taken as it is: thresholding
+    /// the sharp letters a mask draws would thicken them on every pass.
+    static ScanReading read(const Bitmap& scan, int scanDpi, const BilevelImage* ink = nullptr);
 
     /// A picture's resolution and JPEG quality.
     struct Setting {

@@ -139,10 +139,11 @@ int tryDraw(fz_context* ctx, fz_page* page, fz_matrix transform, int annotations
     return 1;
 }
 
-// Decodes image object `number`, a 1-bit gray image of width x height, into `rows` packed with
-// 1 for black. 1 when it was one, 0 when it is something else, -1 when MuPDF failed (in `caught`).
+// Decodes image object `number`, a 1-bit gray image (or, with `stencil`, a stencil mask) of
+// width x height, into `rows` packed with 1 for black (for a mask: where it paints). 1 when it
+// was one, 0 when it is something else, -1 when MuPDF failed (in `caught`).
 int tryDecodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsigned char* rows,
-                          int width, int height, Caught* caught) {
+                          int width, int height, int stencil, Caught* caught) {
     pdf_obj* object = nullptr;
     fz_image* image = nullptr;
     fz_stream* stream = nullptr;
@@ -155,13 +156,19 @@ int tryDecodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsign
         object = pdf_new_indirect(ctx, doc, number, 0);
         image = pdf_load_image(ctx, doc, object);
         fz_compressed_buffer* buffer = fz_compressed_image_buffer(ctx, image);
-        if (buffer && !image->imagemask && image->n == 1 && image->bpc == 1 && !image->mask &&
-            !image->use_colorkey && image->w == width && image->h == height) {
+        if (buffer && (stencil ? image->imagemask : !image->imagemask) && image->n == 1 &&
+            image->bpc == 1 && !image->mask && !image->use_colorkey && image->w == width &&
+            image->h == height) {
             const std::size_t size = static_cast<std::size_t>((width + 7) / 8) * height;
             stream = fz_open_compressed_buffer(ctx, buffer);
+            // Samples of 0 are black, and a mask paints where they are 0, unless the object's
+            // decode array turns them round.
+            pdf_obj* decode = pdf_dict_get(ctx, object, PDF_NAME(Decode));
+            const bool turned = pdf_array_len(ctx, decode) == 2 &&
+                                pdf_to_real(ctx, pdf_array_get(ctx, decode, 0)) >
+                                    pdf_to_real(ctx, pdf_array_get(ctx, decode, 1));
             if (fz_read(ctx, stream, rows, size) == size) {
-                // Samples of 0 are black unless the decode array turns them round.
-                if (!(image->decode[0] > image->decode[1])) {
+                if (!turned) {
                     for (std::size_t i = 0; i < size; ++i) {
                         rows[i] = static_cast<unsigned char>(~rows[i]);
                     }
@@ -441,9 +448,10 @@ void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotati
 }
 
 bool decodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsigned char* rows,
-                        int width, int height) {
+                        int width, int height, bool stencil) {
     Caught caught;
-    const int decoded = tryDecodeBilevelImage(ctx, doc, number, rows, width, height, &caught);
+    const int decoded =
+        tryDecodeBilevelImage(ctx, doc, number, rows, width, height, stencil ? 1 : 0, &caught);
     if (decoded < 0) {
         raise(caught);
     }

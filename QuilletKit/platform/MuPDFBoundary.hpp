@@ -81,10 +81,11 @@ void drawPage(fz_context* ctx, fz_page* page, fz_matrix transform, bool annotati
 
 /// Decodes the image that is object `number` into `rows` ((width + 7) / 8 x height bytes,
 /// 1 for black) and answers true when it is a 1-bit gray image (no stencil or colour-key mask)
-/// of exactly that size; false for anything else, `rows` then meaning nothing. Throws Error when
-/// MuPDF cannot load or decode it.
+/// of exactly that size, or with `stencil` a stencil mask of that size (1 where it paints);
+/// false for anything else, `rows` then meaning nothing. Throws Error when MuPDF cannot load or
+/// decode it.
 bool decodeBilevelImage(fz_context* ctx, pdf_document* doc, int number, unsigned char* rows,
-                        int width, int height);
+                        int width, int height, bool stencil = false);
 
 /// The ICC profile of the document's first output intent that carries one; empty when none.
 std::vector<std::uint8_t> outputIntentProfile(fz_context* ctx, pdf_document* doc);

@@ -217,7 +217,7 @@ PDFRenderer::PageSize PDFRenderer::Document::pageSize(int index) {
 }
 
 std::optional<BilevelImage> PDFRenderer::Document::bilevelImage(int number, int width,
-                                                                int height) {
+                                                                int height, bool stencil) {
     if (width < 1 || height < 1) {
         return std::nullopt;
     }
@@ -225,7 +225,7 @@ std::optional<BilevelImage> PDFRenderer::Document::bilevelImage(int number, int 
     BilevelImage image(width, height);
     try {
         if (!mupdf::decodeBilevelImage(impl_->ctx.get(), impl_->doc.get(), number, image.row(0),
-                                       width, height)) {
+                                       width, height, stencil)) {
             return std::nullopt;
         }
     } catch (const mupdf::Error& error) {

@@ -130,10 +130,12 @@ class PDFRenderer::Document {
     PageGlyphs glyphs(int index);
 
     /// The 1-bit gray image that is object `number` of the file, decoded at its own `width` x
-    /// `height` (a page that is only that image reads faster this way than drawn). Absent when
-    /// the object is no such image of that size; throws RenderError (renderFailed) when it cannot
-    /// be decoded, and what BilevelImage's constructor throws for sizes it refuses.
-    std::optional<BilevelImage> bilevelImage(int number, int width, int height);
+    /// `height` (a page that is only that image reads faster this way than drawn), 1 for black;
+    /// with `stencil`, the stencil mask that is that object, 1 where it paints. Absent when the
+    /// object is no such image of that size; throws RenderError (renderFailed) when it cannot be
+    /// decoded, and what BilevelImage's constructor throws for sizes it refuses.
+    std::optional<BilevelImage> bilevelImage(int number, int width, int height,
+                                             bool stencil = false);
 
     /// Renders one page. Throws RenderError: pageOutOfRange, invalidRequest (scale or size not
     /// positive and finite), tooLarge (above maxPixels, refused before allocating), renderFailed,
