@@ -1,6 +1,8 @@
 // Recognises the commonest pages of a scanned document: one image drawn upright over the whole
 // page and nothing else. Such a page can be rasterized by decoding the image itself instead of
-// rendering the page, with the same picture as a result.
+// rendering the page, with the same picture as a result. Also recognises a compressed scan's
+// page of mixed raster content by its text mask, which is kept as it is when the page is
+// compressed again.
 #pragma once
 
 #include "platform/PDFPage.hpp"

@@ -641,13 +641,16 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
         const std::size_t i = static_cast<std::size_t>(y) * width + x;
         return !widenedPhoto[t] && soft[i] * 100 < paper[b] * inkPercent + raise;
     };
+    // (A mask given is the ink itself, and none of this is needed.)
     std::vector<int> surelyInk(256, 0);
     int sure = 0;
-    for (int y = 0; y < (ink ? 0 : height); ++y) {
-        for (int x = 0; x < width; ++x) {
-            if (isInk(x, y, 0)) {
-                ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
-                ++sure;
+    if (!ink) {
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                if (isInk(x, y, 0)) {
+                    ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
+                    ++sure;
+                }
             }
         }
     }
