@@ -35,6 +35,8 @@ struct PagePlan {
     /// The page as scanned: the resolution of its images (150 to 400 DPI) and its size there.
     int scanDpi = 300;
     PageRasterizer::Size scanSize;
+    /// A page of mixed raster content already: its text mask, of `scanSize`, which is kept.
+    std::optional<int> mask;
 };
 
 // Mixed raster content keeps the text at the scan's resolution and the background at the
@@ -215,15 +217,23 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
         for (const auto& image : images) {
             finest = std::max(finest, image.effectiveDPI);
         }
-        // A mask seen through a picture of the inks is no image of the page's own, but its
-        // resolution is the scan's.
-        if (const auto mask = FullPageImage::textMask(page); mask && box.width > 0) {
-            finest = std::max(finest, mask->width * 72.0 / box.width);
-        }
         plan.scanDpi = finest > 0 ? std::clamp(static_cast<int>(std::lround(finest)),
                                                lowestScanDpi, highestScanDpi)
                                   : 300;
         plan.scanSize = PageRasterizer::rasterSize(box.width, box.height, plan.scanDpi);
+        // A page that is mixed raster content already is read at its mask's size, whatever its
+        // other pictures (a mask seen through a picture of the inks is no image of its own).
+        if (const auto mask = FullPageImage::textMask(page); mask && box.width > 0) {
+            const double dpi = mask->width * 72.0 / box.width;
+            // (and no larger than a page is ever drawn)
+            const auto largest = PageRasterizer::rasterSize(mask->width, mask->height, 72);
+            if (dpi >= lowestScanDpi - 0.5 && dpi <= highestScanDpi + 0.5 &&
+                largest.width == mask->width && largest.height == mask->height) {
+                plan.scanDpi = static_cast<int>(std::lround(dpi));
+                plan.scanSize = {mask->width, mask->height};
+                plan.mask = mask->object;
+            }
+        }
         plans.push_back(plan);
     }
     return plans;
@@ -424,15 +434,11 @@ std::optional<BilevelImage> existingMask(const fs::path& input, const std::strin
                                          const PDFRenderer& renderer, const PagePlan& plan,
                                          WorkerState& state) {
     try {
-        if (!state.document) {
-            state.document = PDFDocumentEngine::openCG(input, password);
-        }
-        const auto mask = FullPageImage::textMask(state.document->page(plan.index));
-        if (!mask || mask->width != plan.scanSize.width || mask->height != plan.scanSize.height ||
-            !openRenderer(input, password, renderer, state)) {
+        if (!plan.mask || !openRenderer(input, password, renderer, state)) {
             return std::nullopt;
         }
-        return state.renderer->bilevelImage(mask->object, mask->width, mask->height, true);
+        return state.renderer->bilevelImage(*plan.mask, plan.scanSize.width, plan.scanSize.height,
+                                            true);
     } catch (const std::exception&) {
         return std::nullopt; // thresholded from the render instead
     }

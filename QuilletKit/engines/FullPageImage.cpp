@@ -249,10 +249,12 @@ std::optional<FullPageImage::Bilevel> FullPageImage::textMask(const PDFPage& pag
         if (!image.isStream()) {
             return std::nullopt;
         }
-        // A stencil mask painted in one colour, or a picture of the inks seen through one.
+        // A stencil mask painted in one colour, or a picture of the inks seen through one (a
+        // soft mask would take the mask's place).
         auto mask = image.getDict().getKey("/Mask");
-        if (!stencilMask(image) && !(image.getDict().getKey("/Subtype").isNameAndEquals("/Image") &&
-                                     stencilMask(mask))) {
+        if (!stencilMask(image) &&
+            !(image.getDict().getKey("/Subtype").isNameAndEquals("/Image") &&
+              !image.getDict().hasKey("/SMask") && stencilMask(mask))) {
             return std::nullopt;
         }
         return sized(stencilMask(image) ? image : mask);

@@ -29,10 +29,10 @@ class FullPageImage {
     static std::optional<Bilevel> bilevel(const PDFPage& page);
 
     /// The mask of a page of mixed raster content: the stencil mask (`/ImageMask`, 1-bit) that
-    /// the page draws last, upright over its media box as `jpeg` requires, itself or as the
-    /// `/Mask` of a picture of the inks. Whatever the page draws before it (a background, photos)
-    /// or after it other than images (an invisible text layer) does not matter. Absent for every
-    /// other page. Never throws.
+    /// the page draws as its last image, upright over its media box as `jpeg` requires, itself
+    /// or as the `/Mask` of a picture of the inks (without a soft mask). What the page draws
+    /// before it (a background, photos) or after it other than images (a text layer, a stamp)
+    /// is not looked at. Absent for every other page. Never throws.
     static std::optional<Bilevel> textMask(const PDFPage& page);
 
     /// The JPEG bytes when the page's content is only q/Q/cm and one Do of a plain 8-bit gray or

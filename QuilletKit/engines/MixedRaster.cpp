@@ -15,6 +15,10 @@ namespace {
 constexpr int block = 32;
 // A pixel darker than this share of its paper is ink.
 constexpr int inkPercent = 60;
+// A mask kept from an earlier pass: where the page shows lighter than this share of its paper,
+// its ink is covered; within this many pixels of its ink, the threshold's ink is its own edge.
+constexpr int shownPercent = 97;
+constexpr int keptReach = 2;
 // A tile with more than this share of mid-tones is a photo or a halftone ...
 constexpr double photoShare = 0.35;
 // ... and less than this share of bare paper.
@@ -633,38 +637,64 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
     // `inkPercent` of its paper plus `raise` hundredths of a level.
     // A blur of about a tenth of a millimetre: at 150 DPI a wider one fills the letters' counters.
     const int reach = scanDpi >= 200 ? 2 : scanDpi >= 100 ? 1 : 0;
-    const std::vector<std::uint8_t> soft =
-        ink ? std::vector<std::uint8_t>{} : softened(reading.luminance, width, height, reach);
+    const std::vector<std::uint8_t> soft = softened(reading.luminance, width, height, reach);
     const auto isInk = [&](int x, int y, int raise) {
         const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
         const std::size_t t = static_cast<std::size_t>(y / tile) * tileColumns + x / tile;
         const std::size_t i = static_cast<std::size_t>(y) * width + x;
         return !widenedPhoto[t] && soft[i] * 100 < paper[b] * inkPercent + raise;
     };
-    // (A mask given is the ink itself, and none of this is needed.)
     std::vector<int> surelyInk(256, 0);
     int sure = 0;
-    if (!ink) {
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
-                if (isInk(x, y, 0)) {
-                    ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
-                    ++sure;
-                }
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (isInk(x, y, 0)) {
+                ++surelyInk[soft[static_cast<std::size_t>(y) * width + x]];
+                ++sure;
             }
         }
     }
     const int inkLevel = sure > 0 ? median(surelyInk, sure) : 0;
     BilevelImage candidates(width, height);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            if (isInk(x, y, inkLevel * 50)) {
+                candidates.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
+            }
+        }
+    }
+    BilevelImage found = despeckled(candidates);
+    if (ink) {
+        // A page that is a mask already keeps its letters bit for bit where it still shows them
+        // (not where, say, a white box drawn since covers them), and takes what the threshold
+        // finds away from them (a stamp added since). Next to its letters the threshold finds
+        // only their edges a pixel wider: taken, every pass would make them bolder.
+        std::vector<std::uint8_t> nearKept;
+        widenInto(*ink, keptReach, nearKept, 1);
+        BilevelImage merged(width, height);
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
+                const std::size_t i = static_cast<std::size_t>(y) * width + x;
+                if (isSet(*ink, x, y) ? luminance[i] * 100 < paper[b] * shownPercent
+                                      : isSet(found, x, y) && !nearKept[i]) {
+                    merged.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
+                }
+            }
+        }
+        found = std::move(merged);
+    }
+    // The median of every pixel the mask covers (before isolated pixels are dropped), softened
+    // edges included: painted in it, a line of text keeps the darkness it had.
+    const BilevelImage& coloured = ink ? found : candidates;
     std::vector<int> reds(256), greens(256), blues(256);
     int inked = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            if (ink ? !isSet(*ink, x, y) : !isInk(x, y, inkLevel * 50)) {
+            if (!isSet(coloured, x, y)) {
                 continue;
             }
             const std::size_t i = static_cast<std::size_t>(y) * width + x;
-            candidates.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
             const std::uint8_t* p = scan.data() + i * static_cast<std::size_t>(pixels.bands);
             ++reds[p[0]];
             ++greens[p[pixels.bands == 1 ? 0 : 1]];
@@ -672,8 +702,6 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
             ++inked;
         }
     }
-    // The median of every pixel the mask covers, softened edges included: painted in it, a
-    // line of text keeps the darkness it had.
     if (inked > 0) {
         reading.inkColour = {median(reds, inked), median(greens, inked), median(blues, inked)};
     }
@@ -681,12 +709,12 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
     // the soft edge of a black letter is grey, and still the same ink; nor does the grain of
     // tinted paper, which moves each channel a little.
     if (pixels.bands == 3 && inked > 0) {
-        const auto& ink = reading.inkColour;
-        const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
+        const auto& colour = reading.inkColour;
+        const int inkLuminance = (colour[0] * 77 + colour[1] * 150 + colour[2] * 29) >> 8;
         std::size_t apart = 0;
         for (int y = 0; y < height; ++y) {
             for (int x = 0; x < width; ++x) {
-                if (!isSet(candidates, x, y)) {
+                if (!isSet(coloured, x, y)) {
                     continue;
                 }
                 const std::size_t i = static_cast<std::size_t>(y) * width + x;
@@ -694,14 +722,14 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
                 const int l = luminance[i];
                 int distance = 0;
                 for (int c = 0; c < 3; ++c) {
-                    distance += std::abs((p[c] - l) - (ink[c] - inkLuminance));
+                    distance += std::abs((p[c] - l) - (colour[c] - inkLuminance));
                 }
                 apart += distance > 2 * colouredChroma;
             }
         }
         reading.oneInk = apart * 100 <= 2 * static_cast<std::size_t>(inked);
     }
-    reading.ink = ink ? std::move(candidates) : despeckled(candidates);
+    reading.ink = std::move(found);
     reading.paper = paper;
     reading.paperColumns = columns;
     return reading;

@@ -64,8 +64,10 @@ struct ScanReading {
 class MixedRaster {
   public:
     /// What `scan` (the page at the scan's resolution, `scanDpi`) is made of. With `ink` (of the
-    /// scan's size), the page's text is already a mask, which is taken as it is: thresholding
-    /// the sharp letters a mask draws would thicken them on every pass.
+    /// scan's size), the page's text is a mask already: its letters are kept bit for bit where
+    /// the scan still shows them, and joined by ink found away from them; thresholding the
+    /// sharp letters a mask draws would thicken them on every pass. Throws
+    /// std::invalid_argument when `ink` is not of the scan's size.
     static ScanReading read(const Bitmap& scan, int scanDpi, const BilevelImage* ink = nullptr);
 
     /// A picture's resolution and JPEG quality.
