@@ -32,7 +32,8 @@ struct RasterSetting {
     int dpi = 150;
     double quality = 0.72;
     /// Scanned text pages become mixed raster content (a JBIG2 mask of the text at the scan's
-    /// resolution over a background at `dpi` / 4.8) when that is smaller than their JPEG.
+    /// resolution, twice a coarse scan's, over a background at `dpi` / 4.8) when that is
+    /// smaller than their JPEG.
     /// Bilevel pages become one JBIG2 image at their own resolution whatever this says.
     bool mixed = false;
 };
