@@ -25,7 +25,9 @@
 //   heading, a red stamp), the colours go in a small foreground picture painted through the
 //   mask, so every letter stays sharp in its own colour;
 // - a page whose pixels are nearly all black or white (at most 0.3% mid-tones, no colour) is
-//   bilevel: its mask is the whole page.
+//   bilevel: its mask is the whole page;
+// - a page that is a mask already (compressed before) keeps its letters bit for bit where it
+//   still shows them, and gains only ink found more than two pixels from them.
 #pragma once
 
 #include "engines/PageRasterizer.hpp"
