@@ -231,17 +231,22 @@ std::vector<PagePlan> planRasters(const PDFDocument& document, const PDFAnalysis
         for (const auto& image : images) {
             finest = std::max(finest, image.effectiveDPI);
         }
+        // A page that is mixed raster content already: its mask, seen through a picture of the
+        // inks, is no image of its own, but its resolution is the scan's.
+        const auto mask = box.width > 0 && box.height > 0 ? FullPageImage::textMask(page)
+                                                          : std::nullopt;
+        const double across = mask ? mask->width * 72.0 / box.width : 0;
+        const double down = mask ? mask->height * 72.0 / box.height : 0;
+        finest = std::max(finest, across);
         plan.scanDpi = readingDpi(finest);
         plan.scanSize = PageRasterizer::rasterSize(box.width, box.height, plan.scanDpi);
-        // A page that is mixed raster content already is read at its mask's size, whatever its
-        // other pictures (a mask seen through a picture of the inks is no image of its own).
-        if (const auto mask = FullPageImage::textMask(page); mask && box.width > 0) {
-            const double dpi = mask->width * 72.0 / box.width;
-            // (and no larger than a page is ever drawn)
+        // Such a page is read at its mask's own size, which is kept, when that is a size a page
+        // is read at: square pixels, 150 to 400 DPI, no larger than a page is ever drawn.
+        if (mask && std::abs(across - down) <= 0.01 * across && across >= lowestScanDpi - 0.5 &&
+            across <= highestScanDpi + 0.5) {
             const auto largest = PageRasterizer::rasterSize(mask->width, mask->height, 72);
-            if (dpi >= lowestScanDpi - 0.5 && dpi <= highestScanDpi + 0.5 &&
-                largest.width == mask->width && largest.height == mask->height) {
-                plan.scanDpi = static_cast<int>(std::lround(dpi));
+            if (largest.width == mask->width && largest.height == mask->height) {
+                plan.scanDpi = static_cast<int>(std::lround(across));
                 plan.scanSize = {mask->width, mask->height};
                 plan.mask = mask->object;
             }

@@ -15,9 +15,11 @@ namespace {
 constexpr int block = 32;
 // A pixel darker than this share of its paper is ink.
 constexpr int inkPercent = 60;
-// A mask kept from an earlier pass: where the page shows lighter than this share of its paper,
-// its ink is covered; within this many pixels of its ink, the threshold's ink is its own edge.
+// A mask kept from an earlier pass: its ink shows where the page is darker than this share of
+// the lightest non-ink within `surroundReach` pixels; within `keptReach` pixels of it, what the
+// threshold finds at this share of the paper or lighter is its own edge.
 constexpr int shownPercent = 97;
+constexpr int surroundReach = 6;
 constexpr int keptReach = 2;
 // A tile with more than this share of mid-tones is a photo or a halftone ...
 constexpr double photoShare = 0.35;
@@ -416,6 +418,38 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
 
 // A page with nearly every pixel black or white and nothing coloured, packed; absent as soon as
 // enough mid-tones or colours show that it is not one (a gray page is found out in its first rows).
+// For each pixel, the lightest luminance within `reach` pixels (a square) among the pixels that
+// are not `ink`; 0 where every one is ink. A maximum across, then down.
+std::vector<std::uint8_t> lightestAround(const std::vector<std::uint8_t>& luminance,
+                                         const BilevelImage& ink, int reach) {
+    const int width = ink.width();
+    const int height = ink.height();
+    std::vector<std::uint8_t> across(luminance.size());
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(width));
+    for (int y = 0; y < height; ++y) {
+        const std::size_t start = static_cast<std::size_t>(y) * width;
+        for (int x = 0; x < width; ++x) {
+            row[x] = isSet(ink, x, y) ? 0 : luminance[start + x];
+        }
+        for (int x = 0; x < width; ++x) {
+            const auto first = row.begin() + std::max(0, x - reach);
+            const auto last = row.begin() + std::min(width, x + reach + 1);
+            across[start + x] = *std::max_element(first, last);
+        }
+    }
+    std::vector<std::uint8_t> out(luminance.size());
+    for (int y = 0; y < height; ++y) {
+        std::uint8_t* to = out.data() + static_cast<std::size_t>(y) * width;
+        for (int from = std::max(0, y - reach); from <= std::min(height - 1, y + reach); ++from) {
+            const std::uint8_t* source = across.data() + static_cast<std::size_t>(from) * width;
+            for (int x = 0; x < width; ++x) {
+                to[x] = std::max(to[x], source[x]);
+            }
+        }
+    }
+    return out;
+}
+
 std::optional<BilevelImage> asBilevel(const Bitmap& scan) {
     const int width = scan.width();
     const int height = scan.height();
@@ -665,10 +699,15 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
     }
     BilevelImage found = despeckled(candidates);
     if (ink) {
-        // A page that is a mask already keeps its letters bit for bit where it still shows them
-        // (not where, say, a white box drawn since covers them), and takes what the threshold
-        // finds away from them (a stamp added since). Next to its letters the threshold finds
-        // only their edges a pixel wider: taken, every pass would make them bolder.
+        // A page that is a mask already (compressed before) keeps its letters bit for bit where
+        // they still show: darker than the lightest of what is not ink around them (or, inside
+        // a stroke too thick to see past, than the paper). Where something drawn since covers
+        // them, a box white or black, they do not show, and the threshold decides as on any
+        // scan. Next to the letters the threshold finds their edges a pixel wider, pixels the
+        // render itself shows as paper: taken, every pass would make the letters bolder. What
+        // is dark there (a bar drawn across the text, a stamp's stroke) is taken.
+        const std::vector<std::uint8_t> around =
+            lightestAround(reading.luminance, *ink, surroundReach);
         std::vector<std::uint8_t> nearKept;
         widenInto(*ink, keptReach, nearKept, 1);
         BilevelImage merged(width, height);
@@ -676,8 +715,10 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
             for (int x = 0; x < width; ++x) {
                 const std::size_t b = static_cast<std::size_t>(y / block) * columns + x / block;
                 const std::size_t i = static_cast<std::size_t>(y) * width + x;
-                if (isSet(*ink, x, y) ? luminance[i] * 100 < paper[b] * shownPercent
-                                      : isSet(found, x, y) && !nearKept[i]) {
+                const int surround = around[i] > 0 ? around[i] : paper[b];
+                const bool shown = isSet(*ink, x, y) && luminance[i] * 100 < surround * shownPercent;
+                const bool edge = nearKept[i] && luminance[i] * 100 >= paper[b] * shownPercent;
+                if (shown || (isSet(found, x, y) && !edge)) {
                     merged.row(y)[x >> 3] |= static_cast<std::uint8_t>(0x80 >> (x & 7));
                 }
             }

@@ -77,8 +77,8 @@ std::vector<BilevelImage> pageMasks(const fs::path& file) {
         auto xobjects = page.getObjectHandle().getKey("/Resources").getKey("/XObject");
         for (const auto& key : xobjects.getKeys()) {
             auto image = xobjects.getKey(key);
-            auto mask = image.getDict().getKey("/ImageMask").isBool() ? image
-                                                                       : image.getDict().getKey("/Mask");
+            auto flag = image.getDict().getKey("/ImageMask");
+            auto mask = flag.isBool() && flag.getBoolValue() ? image : image.getDict().getKey("/Mask");
             if (mask.isStream()) {
                 auto bits = document.bilevelImage(
                     mask.getObjectID(), static_cast<int>(mask.getDict().getKey("/Width").getIntValue()),
@@ -188,9 +188,10 @@ TEST(ScanCompression, BilevelScansComeBackBitForBit) {
 }
 
 // A page another pass (or another program) made mixed raster content: a stencil mask of print
-// over cream paper, then a white box over some of the print and a stamp of thin lines, drawn by
-// a form. Compressed, the page shows what it showed: the print neither bolder nor back under
-// the box, and the stamp sharp. With the samples either way round (a decode array turning them).
+// over cream paper, then, drawn over the print since, a white box, a black bar and a stamp of
+// thin lines across the letters, in a form. Compressed, the page shows what it showed: the print neither bolder nor
+// back under the box, the bar whole, the stamp sharp. With the samples either way round (a
+// decode array turning them).
 TEST(ScanCompression, MixedPagesKeepWhatTheyShow) {
     test::TempDir dir;
     constexpr int width = 2550; // 300 DPI
@@ -221,8 +222,9 @@ TEST(ScanCompression, MixedPagesKeepWhatTheyShow) {
             mask.getDict().replaceKey("/Decode", QPDFObjectHandle::parse("[1 0]"));
         }
         auto stamp = QPDFObjectHandle::newStream(
-            &qpdf, "0 0 0 RG 1 w 60 60 m 260 60 l S 60 70 m 260 70 l S 60 80 m 260 80 l S "
-                   "60 90 m 260 90 l S 60 100 m 260 100 l S 60 110 m 260 110 l S");
+            &qpdf, "0 0 0 RG 1 w 310 640 m 310 690 l S 340 640 m 340 690 l S 370 640 m 370 690 l S "
+                   "400 640 m 400 690 l S 430 640 m 430 690 l S 460 640 m 460 690 l S "
+                   "490 640 m 490 690 l S");
         stamp.getDict().replaceKey("/Type", QPDFObjectHandle::newName("/XObject"));
         stamp.getDict().replaceKey("/Subtype", QPDFObjectHandle::newName("/Form"));
         stamp.getDict().replaceKey("/BBox", QPDFObjectHandle::parse("[0 0 612 792]"));
@@ -233,6 +235,7 @@ TEST(ScanCompression, MixedPagesKeepWhatTheyShow) {
         page.content("q 0.93 0.9 0.8 rg 0 0 612 792 re f Q\n"
                      "q 0.3 0.3 0.35 rg 612 0 0 792 0 0 cm /Ink Do Q\n"
                      "q 1 1 1 rg 300 450 200 100 re f Q\n"
+                     "q 0 0 0 rg 60 560 200 12 re f Q\n"
                      "q /Stamp Do Q\n");
         // Stored loose, so compressing it pays and an output is written.
         const auto built = builder.write(dir / "built.pdf");
@@ -243,33 +246,41 @@ TEST(ScanCompression, MixedPagesKeepWhatTheyShow) {
         const auto before = test::renderGray(input, 1, 300);
         const auto after = test::renderGray(output, 1, 300);
         ASSERT_EQ(after.pixels.size(), before.pixels.size());
-        // Dark pixels in a box of the 300-DPI renders (top left, right and bottom open):
-        // before, after, and before but not after or after but not before.
+        // Dark pixels in a box of the 300-DPI renders (in pixels from the top left; right and
+        // bottom open): before, after, dark before but not after, and changed either way.
         struct Count {
-            std::size_t before = 0, after = 0, moved = 0;
+            std::size_t before = 0, after = 0, lost = 0, moved = 0;
         };
         const auto count = [&](int left, int top, int right, int bottom) {
             Count c;
             for (int y = top; y < bottom; ++y) {
                 for (int x = left; x < right; ++x) {
                     const auto i = static_cast<std::size_t>(y) * width + x;
-                    c.before += before.pixels[i] < 128;
-                    c.after += after.pixels[i] < 128;
-                    c.moved += (before.pixels[i] < 128) != (after.pixels[i] < 128);
+                    const bool was = before.pixels[i] < 128;
+                    const bool is = after.pixels[i] < 128;
+                    c.before += was;
+                    c.after += is;
+                    c.lost += was && !is;
+                    c.moved += was != is;
                 }
             }
             return c;
         };
-        // The print above the box: as it was, not a pixel bolder.
-        const auto print = count(0, 0, width, 1000);
-        EXPECT_GT(print.before, 150'000u);
+        // Print that nothing covers: as it was, not a pixel bolder.
+        const auto print = count(0, 660, width, 900);
+        EXPECT_GT(print.before, 60'000u);
         EXPECT_LT(print.moved, print.before / 100);
-        // Under the box (300 to 500 points across, 242 to 342 down): paper still.
+        // Under the white box (300 to 500 points across, 242 to 342 down): paper still.
         EXPECT_LT(count(1254, 1012, 2080, 1422).after, 100u);
-        // The stamp's lines (60 to 260 points across, 682 to 732 down): all there.
-        const auto lines = count(240, 2830, 1100, 3060);
-        EXPECT_GT(lines.before, 15'000u);
-        EXPECT_GE(lines.after, lines.before);
+        // The black bar (60 to 260 points across, 220 to 232 down): dark all over, no letter
+        // showing through.
+        const auto bar = count(254, 921, 1080, 963);
+        EXPECT_GT(bar.after, 826u * 42 * 99 / 100);
+        // The stamp's lines across the print (300 to 500 points across, 102 to 152 down): all
+        // there, where they cross letters too.
+        const auto lines = count(1240, 410, 2095, 650);
+        EXPECT_GT(lines.before, 30'000u);
+        EXPECT_LT(lines.lost, lines.before / 200);
     }
 }
 
