@@ -25,8 +25,10 @@ struct Placement {
     Matrix ctm{};
 };
 
-// The one XObject the content draws and where, or absent when it does anything else.
-std::optional<Placement> onlyPlacement(const std::string& content) {
+// The XObjects the content draws, in order, and where; absent when the content cannot be read.
+// With `strict`, also absent when it does anything but q, Q, cm and Do; otherwise whatever else
+// it does (paths, colours, text) is passed over.
+std::optional<std::vector<Placement>> placements(const std::string& content, bool strict) {
     Buffer buffer(reinterpret_cast<unsigned char*>(const_cast<char*>(content.data())), content.size());
     auto input = std::make_shared<BufferInputSource>("content", &buffer);
     QPDFTokenizer tokenizer;
@@ -34,64 +36,16 @@ std::optional<Placement> onlyPlacement(const std::string& content) {
     Matrix ctm{1, 0, 0, 1, 0, 0};
     std::vector<Matrix> saved;
     std::vector<QPDFTokenizer::Token> operands;
-    std::optional<Placement> placement;
+    std::vector<Placement> found;
     while (true) {
         const auto token = tokenizer.readToken(input, "content", true);
         const auto type = token.getType();
         if (type == QPDFTokenizer::tt_eof) {
-            return placement;
+            return found;
         }
-        if (type == QPDFTokenizer::tt_integer || type == QPDFTokenizer::tt_real ||
-            type == QPDFTokenizer::tt_name) {
-            operands.push_back(token);
-            continue;
-        }
-        if (type != QPDFTokenizer::tt_word) {
-            return std::nullopt;
-        }
-        const auto& op = token.getValue();
-        if (op == "q") {
-            saved.push_back(ctm);
-        } else if (op == "Q" && !saved.empty()) {
-            ctm = saved.back();
-            saved.pop_back();
-        } else if (op == "cm" && operands.size() == 6) {
-            Matrix m{};
-            for (std::size_t i = 0; i < 6; ++i) {
-                if (operands[i].getType() == QPDFTokenizer::tt_name) {
-                    return std::nullopt;
-                }
-                m[i] = std::strtod(operands[i].getValue().c_str(), nullptr);
-            }
-            ctm = concatenated(m, ctm);
-        } else if (op == "Do" && operands.size() == 1 && !placement &&
-                   operands[0].getType() == QPDFTokenizer::tt_name) {
-            placement = Placement{operands[0].getValue(), ctm};
-        } else {
-            return std::nullopt;
-        }
-        operands.clear();
-    }
-}
-
-// Every XObject the content draws, in order, and where; absent when the content cannot be read.
-// Whatever else it does (paths, colours, text) is passed over.
-std::optional<std::vector<Placement>> allPlacements(const std::string& content) {
-    Buffer buffer(reinterpret_cast<unsigned char*>(const_cast<char*>(content.data())), content.size());
-    auto input = std::make_shared<BufferInputSource>("content", &buffer);
-    QPDFTokenizer tokenizer;
-    tokenizer.allowEOF();
-    Matrix ctm{1, 0, 0, 1, 0, 0};
-    std::vector<Matrix> saved;
-    std::vector<QPDFTokenizer::Token> operands;
-    std::vector<Placement> placements;
-    while (true) {
-        const auto token = tokenizer.readToken(input, "content", true);
-        const auto type = token.getType();
-        if (type == QPDFTokenizer::tt_eof) {
-            return placements;
-        }
-        if (type == QPDFTokenizer::tt_bad) {
+        const bool plain = type == QPDFTokenizer::tt_integer || type == QPDFTokenizer::tt_real ||
+                           type == QPDFTokenizer::tt_name;
+        if (type == QPDFTokenizer::tt_bad || (strict && !plain && type != QPDFTokenizer::tt_word)) {
             return std::nullopt;
         }
         if (type != QPDFTokenizer::tt_word) {
@@ -119,7 +73,9 @@ std::optional<std::vector<Placement>> allPlacements(const std::string& content) 
             ctm = concatenated(m, ctm);
         } else if (op == "Do" && operands.size() == 1 &&
                    operands[0].getType() == QPDFTokenizer::tt_name) {
-            placements.push_back(Placement{operands[0].getValue(), ctm});
+            found.push_back(Placement{operands[0].getValue(), ctm});
+        } else if (strict) {
+            return std::nullopt;
         } else if (op == "ID") {
             tokenizer.expectInlineImage(input);
             if (tokenizer.readToken(input, "content", true).getType() !=
@@ -129,6 +85,15 @@ std::optional<std::vector<Placement>> allPlacements(const std::string& content) 
         }
         operands.clear();
     }
+}
+
+// The one XObject the content draws and where, or absent when it does anything else.
+std::optional<Placement> onlyPlacement(const std::string& content) {
+    auto drawn = placements(content, true);
+    if (!drawn || drawn->size() != 1) {
+        return std::nullopt;
+    }
+    return drawn->front();
 }
 
 bool plainJPEG(QPDFObjectHandle image) {
@@ -229,20 +194,20 @@ std::optional<FullPageImage::Bilevel> FullPageImage::textMask(const PDFPage& pag
         if (!content) {
             return std::nullopt;
         }
-        const auto placements = allPlacements(*content);
-        if (!placements) {
+        const auto drawn = placements(*content, false);
+        if (!drawn) {
             return std::nullopt;
         }
         auto xobjects = QPDFPageObjectHelper(object).getAttribute("/Resources", false).getKey(
             "/XObject");
         // The last image drawn; forms after it (a text layer) are passed over.
-        auto last = placements->rbegin();
-        while (last != placements->rend() &&
+        auto last = drawn->rbegin();
+        while (last != drawn->rend() &&
                xobjects.getKey(last->name).isStream() &&
                xobjects.getKey(last->name).getDict().getKey("/Subtype").isNameAndEquals("/Form")) {
             ++last;
         }
-        if (last == placements->rend() || !coversUpright(last->ctm, page.mediaBox())) {
+        if (last == drawn->rend() || !coversUpright(last->ctm, page.mediaBox())) {
             return std::nullopt;
         }
         auto image = xobjects.getKey(last->name);
