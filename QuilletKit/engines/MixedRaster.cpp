@@ -33,12 +33,20 @@ constexpr int tile = 16;
 constexpr std::size_t smallestPhotoTiles = 64;
 // Letters change colour only from word to word: their colours need little resolution.
 constexpr int foregroundDpi = 25;
+// A cell of ink this far from the main ink's hue is another ink; a page with this many such
+// cells (a short word's worth) has more than one.
+constexpr int otherInk = 60;
+constexpr int otherInkCells = 16;
 constexpr double foregroundQuality = 0.7;
 // How far ink's soft edge reaches into the paper, in scan pixels: kept out of the background.
 constexpr int inkEdge = 2;
 // Further out, to this many pixels, a pixel this much darker than its paper is ringing.
 constexpr int ringingReach = 8;
 constexpr int ringingDepth = 12;
+
+int foregroundFactor(int scanDpi) {
+    return std::max(1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / foregroundDpi)));
+}
 
 struct Pixels {
     const Bitmap& scan;
@@ -320,6 +328,68 @@ void grownOverCoveredStrips(std::vector<PixelBox>& boxes, const std::vector<std:
     }
 }
 
+// Cells of a shrunk picture whose value is unknown (`known` 0) take their known neighbours'
+// average, round after round, for up to `rounds` rounds; what is left takes the average of the
+// cells known at the start (white when none is).
+void grow(Bitmap& cells, std::vector<std::uint8_t>& known, int rounds) {
+    const int across = cells.width();
+    const int down = cells.height();
+    const int bands = cells.bands();
+    std::uint8_t* values = cells.data();
+    std::vector<std::uint64_t> total(static_cast<std::size_t>(bands), 0);
+    std::size_t knownCells = 0;
+    for (std::size_t cell = 0; cell < known.size(); ++cell) {
+        if (known[cell]) {
+            for (int c = 0; c < bands; ++c) {
+                total[static_cast<std::size_t>(c)] += values[cell * bands + c];
+            }
+            ++knownCells;
+        }
+    }
+    bool grew = true;
+    for (int round = 0; round < rounds && grew; ++round) {
+        grew = false;
+        std::vector<std::uint8_t> next = known;
+        for (int cy = 0; cy < down; ++cy) {
+            for (int cx = 0; cx < across; ++cx) {
+                const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
+                if (known[cell]) {
+                    continue;
+                }
+                std::uint32_t sum[3] = {0, 0, 0};
+                unsigned found = 0;
+                for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
+                    const int nx = cx + dx;
+                    const int ny = cy + dy;
+                    const std::size_t n = static_cast<std::size_t>(ny) * across + nx;
+                    if (nx >= 0 && ny >= 0 && nx < across && ny < down && known[n]) {
+                        for (int c = 0; c < bands; ++c) {
+                            sum[c] += values[n * bands + c];
+                        }
+                        ++found;
+                    }
+                }
+                if (found > 0) {
+                    for (int c = 0; c < bands; ++c) {
+                        values[cell * bands + c] = static_cast<std::uint8_t>(sum[c] / found);
+                    }
+                    next[cell] = 1;
+                    grew = true;
+                }
+            }
+        }
+        known.swap(next);
+    }
+    for (std::size_t cell = 0; cell < known.size(); ++cell) {
+        if (!known[cell]) {
+            for (int c = 0; c < bands; ++c) {
+                values[cell * bands + c] = static_cast<std::uint8_t>(
+                    knownCells ? total[static_cast<std::size_t>(c)] / knownCells : 255);
+            }
+        }
+    }
+}
+
 // `scan` shrunk by `factor`: each cell the average of its pixels that `counted` accepts. Cells
 // with none grow in from their neighbours for up to `rounds` rounds; what is left takes the
 // average of all counted cells.
@@ -330,12 +400,9 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
     const int bands = scan.bands();
     const int across = (width + factor - 1) / factor;
     const int down = (height + factor - 1) / factor;
-    const std::size_t cells = static_cast<std::size_t>(across) * down;
     Bitmap out(across, down, scan.format());
     std::uint8_t* values = out.data();
-    std::vector<std::uint8_t> known(cells, 0);
-    std::vector<std::uint64_t> total(static_cast<std::size_t>(bands), 0);
-    std::size_t knownCells = 0;
+    std::vector<std::uint8_t> known(static_cast<std::size_t>(across) * down, 0);
     // One row of cells is summed at a time: the sums of a whole page would outweigh the page.
     std::vector<std::uint32_t> sums(static_cast<std::size_t>(across) * bands);
     std::vector<std::uint32_t> counts(static_cast<std::size_t>(across));
@@ -362,62 +429,160 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
             }
             const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
             for (int c = 0; c < bands; ++c) {
-                const std::uint32_t value =
-                    (sums[static_cast<std::size_t>(cx) * bands + c] + count / 2) / count;
-                values[cell * bands + c] = static_cast<std::uint8_t>(value);
-                total[static_cast<std::size_t>(c)] += value;
+                values[cell * bands + c] = static_cast<std::uint8_t>(
+                    (sums[static_cast<std::size_t>(cx) * bands + c] + count / 2) / count);
             }
             known[cell] = 1;
-            ++knownCells;
         }
     }
-    bool grew = true;
-    for (int round = 0; round < rounds && grew; ++round) {
-        grew = false;
-        std::vector<std::uint8_t> next = known;
-        for (int cy = 0; cy < down; ++cy) {
-            for (int cx = 0; cx < across; ++cx) {
-                const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
-                if (known[cell]) {
-                    continue;
-                }
-                std::uint32_t sum[3] = {0, 0, 0};
-                unsigned found = 0;
-                for (const auto [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
-                    const int nx = cx + dx;
-                    const int ny = cy + dy;
-                    const std::size_t n = static_cast<std::size_t>(ny) * across + nx;
-                    if (nx >= 0 && ny >= 0 && nx < across && ny < down && known[n]) {
-                        for (int c = 0; c < bands; ++c) {
-                            sum[c] += values[n * bands + c];
-                        }
-                        ++found;
-                    }
-                }
-                if (found > 0) {
-                    for (int c = 0; c < bands; ++c) {
-                        values[cell * bands + c] = static_cast<std::uint8_t>(sum[c] / found);
-                    }
-                    next[cell] = 1;
-                    grew = true;
-                }
-            }
-        }
-        known.swap(next);
-    }
-    for (std::size_t cell = 0; cell < cells; ++cell) {
-        if (!known[cell]) {
-            for (int c = 0; c < bands; ++c) {
-                values[cell * bands + c] = static_cast<std::uint8_t>(
-                    knownCells ? total[static_cast<std::size_t>(c)] / knownCells : 255);
-            }
-        }
+    grow(out, known, rounds);
+    return out;
+}
+
+int luminanceOf(const std::array<std::uint8_t, 3>& colour) {
+    return (colour[0] * 77 + colour[1] * 150 + colour[2] * 29) >> 8;
+}
+
+// `colour` lighter by `lift` levels in every channel (darker when negative).
+std::array<std::uint8_t, 3> lifted(const std::uint8_t* colour, int lift) {
+    std::array<std::uint8_t, 3> out{};
+    for (int c = 0; c < 3; ++c) {
+        out[static_cast<std::size_t>(c)] =
+            static_cast<std::uint8_t>(std::clamp(colour[c] + lift, 0, 255));
     }
     return out;
 }
 
-// A page with nearly every pixel black or white and nothing coloured, packed; absent as soon as
-// enough mid-tones or colours show that it is not one (a gray page is found out in its first rows).
+// The colour of the ink in each cell of `factor` pixels a side (an RGB `scan`), and whether the
+// cell has one: the hue of the darker half of the cell's ink pixels (a letter's soft edge has as
+// much of the paper's colour as of the ink's) at the lightness of them all, so painted through
+// the mask, a little bolder than the strokes, the cell keeps its darkness. A cell with fewer than
+// a sixteenth of its pixels inked (the tip of a descender, the edge of a letter next door) has
+// no colour of its own.
+struct InkCells {
+    Bitmap colours;
+    std::vector<std::uint8_t> known;
+};
+
+InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
+                  const std::vector<std::uint8_t>& luminance, int factor) {
+    const int width = scan.width();
+    const int height = scan.height();
+    const int across = (width + factor - 1) / factor;
+    const int down = (height + factor - 1) / factor;
+    InkCells cells{Bitmap(across, down, scan.format()),
+                   std::vector<std::uint8_t>(static_cast<std::size_t>(across) * down, 0)};
+    const int fewest = std::max(1, factor * factor / 16);
+    // One row of cells at a time: a histogram of the ink's luminance per cell, then the sums of
+    // the pixels at or below each cell's median.
+    std::vector<int> histograms(static_cast<std::size_t>(across) * 256);
+    std::vector<int> counts(static_cast<std::size_t>(across));
+    std::vector<int> medians(static_cast<std::size_t>(across));
+    std::vector<std::uint32_t> sums(static_cast<std::size_t>(across) * 3);
+    std::vector<std::uint32_t> darker(static_cast<std::size_t>(across));
+    std::vector<std::uint32_t> lightness(static_cast<std::size_t>(across));
+    for (int cy = 0; cy < down; ++cy) {
+        const int top = cy * factor;
+        const int bottom = std::min(height, top + factor);
+        std::fill(histograms.begin(), histograms.end(), 0);
+        std::fill(counts.begin(), counts.end(), 0);
+        for (int y = top; y < bottom; ++y) {
+            for (int x = 0; x < width; ++x) {
+                if (isSet(ink, x, y)) {
+                    const std::size_t cell = static_cast<std::size_t>(x / factor);
+                    ++histograms[cell * 256 + luminance[static_cast<std::size_t>(y) * width + x]];
+                    ++counts[cell];
+                }
+            }
+        }
+        for (int cx = 0; cx < across; ++cx) {
+            int below = 0;
+            medians[static_cast<std::size_t>(cx)] = 255;
+            for (int v = 0; v < 256; ++v) {
+                below += histograms[static_cast<std::size_t>(cx) * 256 + v];
+                if (2 * below >= counts[static_cast<std::size_t>(cx)]) {
+                    medians[static_cast<std::size_t>(cx)] = v;
+                    break;
+                }
+            }
+        }
+        std::fill(sums.begin(), sums.end(), 0);
+        std::fill(darker.begin(), darker.end(), 0);
+        std::fill(lightness.begin(), lightness.end(), 0);
+        for (int y = top; y < bottom; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const std::size_t i = static_cast<std::size_t>(y) * width + x;
+                const std::size_t cell = static_cast<std::size_t>(x / factor);
+                if (!isSet(ink, x, y)) {
+                    continue;
+                }
+                lightness[cell] += luminance[i];
+                if (luminance[i] <= medians[cell]) {
+                    const std::uint8_t* p = scan.data() + i * 3;
+                    for (int c = 0; c < 3; ++c) {
+                        sums[cell * 3 + c] += p[c];
+                    }
+                    ++darker[cell];
+                }
+            }
+        }
+        for (int cx = 0; cx < across; ++cx) {
+            const std::uint32_t count = darker[static_cast<std::size_t>(cx)];
+            if (counts[static_cast<std::size_t>(cx)] < fewest || count == 0) {
+                continue;
+            }
+            const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
+            std::uint8_t core[3];
+            for (int c = 0; c < 3; ++c) {
+                core[c] = static_cast<std::uint8_t>(
+                    (sums[static_cast<std::size_t>(cx) * 3 + c] + count / 2) / count);
+            }
+            const int inked = counts[static_cast<std::size_t>(cx)];
+            const int lift =
+                static_cast<int>(lightness[static_cast<std::size_t>(cx)] / inked) -
+                luminanceOf({core[0], core[1], core[2]});
+            const auto colour = lifted(core, lift);
+            std::copy(colour.begin(), colour.end(), cells.colours.data() + cell * 3);
+            cells.known[cell] = 1;
+        }
+    }
+    return cells;
+}
+
+// The colour most cells have, channel by channel: the main ink's as the cells see it (black
+// when no cell has ink enough for a colour of its own).
+std::array<std::uint8_t, 3> commonColour(const InkCells& cells) {
+    std::array<std::vector<int>, 3> histograms{std::vector<int>(256), std::vector<int>(256),
+                                               std::vector<int>(256)};
+    int count = 0;
+    for (std::size_t cell = 0; cell < cells.known.size(); ++cell) {
+        if (cells.known[cell]) {
+            for (int c = 0; c < 3; ++c) {
+                ++histograms[static_cast<std::size_t>(c)][cells.colours.data()[cell * 3 + c]];
+            }
+            ++count;
+        }
+    }
+    if (count == 0) {
+        return {0, 0, 0};
+    }
+    return {median(histograms[0], count), median(histograms[1], count),
+            median(histograms[2], count)};
+}
+
+// How far apart two colours' hues are: the sum over R, G and B of the difference between what
+// each adds to its own luminance. Lightness does not count: the soft edge of a black letter is
+// grey, and still the same ink.
+int hueDistance(const std::uint8_t* a, const std::array<std::uint8_t, 3>& b) {
+    const int la = (a[0] * 77 + a[1] * 150 + a[2] * 29) >> 8;
+    const int lb = (b[0] * 77 + b[1] * 150 + b[2] * 29) >> 8;
+    int distance = 0;
+    for (int c = 0; c < 3; ++c) {
+        distance += std::abs((a[c] - la) - (b[c] - lb));
+    }
+    return distance;
+}
+
 // For each pixel, the lightest luminance within `reach` pixels (a square) among the pixels that
 // are not `ink`; 0 where every one is ink. A maximum across, then down.
 std::vector<std::uint8_t> lightestAround(const std::vector<std::uint8_t>& luminance,
@@ -450,13 +615,16 @@ std::vector<std::uint8_t> lightestAround(const std::vector<std::uint8_t>& lumina
     return out;
 }
 
+// A page with nearly every pixel black or white and nothing coloured, packed; absent as soon as
+// enough mid-tones or colours show that it is not one (a gray page is found out in its first rows).
+// A word in colour (a heading, a link) is a few thousand pixels: such a page is not bilevel.
 std::optional<BilevelImage> asBilevel(const Bitmap& scan) {
     const int width = scan.width();
     const int height = scan.height();
     const Pixels pixels{scan, scan.bands()};
     const std::size_t count = static_cast<std::size_t>(width) * height;
     const std::size_t mostMidTones = count * 3 / 1000;
-    const std::size_t mostColoured = count / 1000;
+    const std::size_t mostColoured = count / 20000;
     std::size_t midTones = 0;
     std::size_t coloured = 0;
     BilevelImage image(width, height);
@@ -725,11 +893,15 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
         }
         found = std::move(merged);
     }
-    // The median of every pixel the mask covers (before isolated pixels are dropped), softened
-    // edges included: painted in it, a line of text keeps the darkness it had.
+    // The ink's lightness is the mean of every pixel the mask covers (before isolated pixels
+    // are dropped), softened edges included: painted in it, a line of text keeps the darkness
+    // it had. Its hue is the median's, or on a colour page, the one most cells of ink have: a
+    // page's coloured links, or the paper's tint in the letters' soft edges, do not tint its
+    // text.
     const BilevelImage& coloured = ink ? found : candidates;
     std::vector<int> reds(256), greens(256), blues(256);
     int inked = 0;
+    std::uint64_t lightness = 0;
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             if (!isSet(coloured, x, y)) {
@@ -740,35 +912,31 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
             ++reds[p[0]];
             ++greens[p[pixels.bands == 1 ? 0 : 1]];
             ++blues[p[pixels.bands == 1 ? 0 : 2]];
+            lightness += luminance[i];
             ++inked;
         }
     }
-    if (inked > 0) {
-        reading.inkColour = {median(reds, inked), median(greens, inked), median(blues, inked)};
-    }
-    // One ink when nearly every ink pixel (98%) has the median's hue. Lightness does not count:
-    // the soft edge of a black letter is grey, and still the same ink; nor does the grain of
-    // tinted paper, which moves each channel a little.
+    std::array<std::uint8_t, 3> hue{median(reds, inked), median(greens, inked),
+                                    median(blues, inked)};
+    // One ink unless a few words' worth of cells (at the foreground's resolution) have inks of
+    // another hue: a heading, a stamp, a line of coloured links. Whole cells, not pixels, are
+    // weighed: the grain of tinted paper moves each pixel's channels a little, never a cell's.
     if (pixels.bands == 3 && inked > 0) {
-        const auto& colour = reading.inkColour;
-        const int inkLuminance = (colour[0] * 77 + colour[1] * 150 + colour[2] * 29) >> 8;
-        std::size_t apart = 0;
-        for (int y = 0; y < height; ++y) {
-            for (int x = 0; x < width; ++x) {
-                if (!isSet(coloured, x, y)) {
-                    continue;
-                }
-                const std::size_t i = static_cast<std::size_t>(y) * width + x;
-                const std::uint8_t* p = scan.data() + i * 3;
-                const int l = luminance[i];
-                int distance = 0;
-                for (int c = 0; c < 3; ++c) {
-                    distance += std::abs((p[c] - l) - (colour[c] - inkLuminance));
-                }
-                apart += distance > 2 * colouredChroma;
+        const InkCells cells =
+            inkCells(scan, coloured, reading.luminance, foregroundFactor(scanDpi));
+        if (std::find(cells.known.begin(), cells.known.end(), 1) != cells.known.end()) {
+            hue = commonColour(cells);
+            int apart = 0;
+            for (std::size_t cell = 0; cell < cells.known.size(); ++cell) {
+                apart += cells.known[cell] &&
+                         hueDistance(cells.colours.data() + cell * 3, hue) > otherInk;
             }
+            reading.oneInk = apart < otherInkCells;
         }
-        reading.oneInk = apart * 100 <= 2 * static_cast<std::size_t>(inked);
+    }
+    if (inked > 0) {
+        reading.inkColour =
+            lifted(hue.data(), static_cast<int>(lightness / inked) - luminanceOf(hue));
     }
     reading.ink = std::move(found);
     reading.paper = paper;
@@ -910,26 +1078,19 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
         }
 
         if (!reading.oneInk) {
-            // The inks' colours, each cell the average of its ink pixels.
-            const int coarse = std::max(
-                1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / foregroundDpi)));
-            // Cells without ink grow from their neighbours all the way, so no edge between two
-            // colours lies next to a letter, where the JPEG's ringing would show.
-            Bitmap foreground = cellAverages(scan, coarse, 1 << 20, [&](int x, int y) {
-                return (reading.ink.row(y)[x >> 3] & (0x80 >> (x & 7))) != 0;
-            });
+            // The inks' colours. Cells without a colour of their own grow from their neighbours
+            // all the way, so no edge between two colours lies next to a letter, where the
+            // JPEG's ringing would show.
+            InkCells cells = inkCells(scan, reading.ink, reading.luminance, foregroundFactor(scanDpi));
+            const auto common = commonColour(cells);
+            Bitmap foreground = std::move(cells.colours);
+            grow(foreground, cells.known, 1 << 20);
             // Cells of the main ink take its exact colour: flat, they cost the JPEG nothing,
             // and only the other inks' cells are stored.
             const auto& ink = reading.inkColour;
-            const int inkLuminance = (ink[0] * 77 + ink[1] * 150 + ink[2] * 29) >> 8;
             std::uint8_t* cell = foreground.data();
             for (std::int64_t i = 0; i < foreground.pixelCount(); ++i, cell += 3) {
-                const int l = (cell[0] * 77 + cell[1] * 150 + cell[2] * 29) >> 8;
-                int distance = 0;
-                for (int c = 0; c < 3; ++c) {
-                    distance += std::abs((cell[c] - l) - (ink[c] - inkLuminance));
-                }
-                if (distance <= colouredChroma / 2) {
+                if (hueDistance(cell, common) <= otherInk / 2) {
                     std::copy(ink.begin(), ink.end(), cell);
                 }
             }

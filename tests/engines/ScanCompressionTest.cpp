@@ -284,6 +284,31 @@ TEST(ScanCompression, MixedPagesKeepWhatTheyShow) {
     }
 }
 
+// Coloured ink stays in its colour: the red word on a page that is otherwise black print on
+// white (page 5), and a page's few red links among black text (page 14), each far less than a
+// hundredth of the page.
+TEST(ScanCompression, ColouredInkKeepsItsColour) {
+    test::TempDir dir;
+    const auto reddish = [](const test::GrayPage& page) {
+        int count = 0;
+        for (std::size_t i = 0; i + 2 < page.pixels.size(); i += 3) {
+            count += page.pixels[i] - std::max(page.pixels[i + 1], page.pixels[i + 2]) > 60;
+        }
+        return count;
+    };
+    for (const int page : {5, 14}) {
+        SCOPED_TRACE(page);
+        const auto input =
+            test::scannedThesis(dir / ("page" + std::to_string(page) + ".pdf"), page, page, 150, 90);
+        const auto output = compressed(input, CompressionQualityTier::smallest);
+        const int before = reddish(test::renderRGB(input, 1, 100));
+        const int after = reddish(test::renderRGB(output, 1, 100));
+        EXPECT_GT(before, 100);
+        EXPECT_GT(after, before / 2);
+        EXPECT_LT(after, before * 2);
+    }
+}
+
 // Two pages of a text scan at the smallest tier: the text as a mask at the scan's resolution
 // over a background at a fraction of the tier's (or one colour), together far smaller than the
 // JPEG page the tier would otherwise write, and looking like the scan. At 300 DPI and at 150,
