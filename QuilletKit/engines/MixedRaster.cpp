@@ -346,39 +346,62 @@ void grow(Bitmap& cells, std::vector<std::uint8_t>& known, int rounds) {
             ++knownCells;
         }
     }
-    bool grew = true;
-    for (int round = 0; round < rounds && grew; ++round) {
-        grew = false;
-        std::vector<std::uint8_t> next = known;
-        for (int cy = 0; cy < down; ++cy) {
-            for (int cx = 0; cx < across; ++cx) {
-                const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
-                if (known[cell]) {
-                    continue;
-                }
-                std::uint32_t sum[3] = {0, 0, 0};
-                unsigned found = 0;
-                for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
-                    const int nx = cx + dx;
-                    const int ny = cy + dy;
-                    const std::size_t n = static_cast<std::size_t>(ny) * across + nx;
-                    if (nx >= 0 && ny >= 0 && nx < across && ny < down && known[n]) {
-                        for (int c = 0; c < bands; ++c) {
-                            sum[c] += values[n * bands + c];
-                        }
-                        ++found;
-                    }
-                }
-                if (found > 0) {
-                    for (int c = 0; c < bands; ++c) {
-                        values[cell * bands + c] = static_cast<std::uint8_t>(sum[c] / found);
-                    }
-                    next[cell] = 1;
-                    grew = true;
-                }
+    // Each round takes the unknown cells next to known ones (the frontier), all from the cells
+    // known before it; only the frontier is visited, so growing across a page of mostly empty
+    // cells costs what the page has cells, not that times the rounds.
+    const auto neighbours = [&](std::size_t cell, const auto& visit) {
+        const int cx = static_cast<int>(cell % static_cast<std::size_t>(across));
+        const int cy = static_cast<int>(cell / static_cast<std::size_t>(across));
+        for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}}) {
+            const int nx = cx + dx;
+            const int ny = cy + dy;
+            if (nx >= 0 && ny >= 0 && nx < across && ny < down) {
+                visit(static_cast<std::size_t>(ny) * across + nx);
             }
         }
-        known.swap(next);
+    };
+    std::vector<std::uint8_t> queued = known;
+    std::vector<std::size_t> frontier;
+    for (int cy = 0; cy < down; ++cy) {
+        for (int cx = 0; cx < across; ++cx) {
+            const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
+            if (!known[cell] && ((cx > 0 && known[cell - 1]) || (cx + 1 < across && known[cell + 1]) ||
+                                 (cy > 0 && known[cell - across]) ||
+                                 (cy + 1 < down && known[cell + across]))) {
+                queued[cell] = 1;
+                frontier.push_back(cell);
+            }
+        }
+    }
+    for (int round = 0; round < rounds && !frontier.empty(); ++round) {
+        for (const std::size_t cell : frontier) {
+            std::uint32_t sum[3] = {0, 0, 0};
+            unsigned found = 0;
+            neighbours(cell, [&](std::size_t n) {
+                if (known[n]) {
+                    for (int c = 0; c < bands; ++c) {
+                        sum[c] += values[n * bands + c];
+                    }
+                    ++found;
+                }
+            });
+            for (int c = 0; c < bands; ++c) {
+                values[cell * bands + c] = static_cast<std::uint8_t>(sum[c] / found);
+            }
+        }
+        std::vector<std::size_t> next;
+        for (const std::size_t cell : frontier) {
+            known[cell] = 1;
+        }
+        for (const std::size_t cell : frontier) {
+            neighbours(cell, [&](std::size_t n) {
+                if (!queued[n]) {
+                    queued[n] = 1;
+                    next.push_back(n);
+                }
+            });
+        }
+        frontier.swap(next);
     }
     for (std::size_t cell = 0; cell < known.size(); ++cell) {
         if (!known[cell]) {
@@ -473,9 +496,24 @@ InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
     InkCells cells{Bitmap(across, down, scan.format()),
                    std::vector<std::uint8_t>(static_cast<std::size_t>(across) * down, 0)};
     const int fewest = std::max(1, factor * factor / 16);
+    // The ink of row `y`, eight pixels a byte: most bytes of a page are empty.
+    const auto eachInk = [&](int y, const auto& visit) {
+        const std::uint8_t* row = ink.row(y);
+        for (int byte = 0; byte < (width + 7) / 8; ++byte) {
+            if (row[byte] == 0) {
+                continue;
+            }
+            for (int bit = 0; bit < 8; ++bit) {
+                const int x = byte * 8 + bit;
+                if ((row[byte] & (0x80 >> bit)) && x < width) {
+                    visit(x, static_cast<std::size_t>(y) * width + x);
+                }
+            }
+        }
+    };
     // One row of cells at a time: a histogram of the ink's luminance per cell, then the sums of
     // the pixels at or below each cell's median.
-    std::vector<int> histograms(static_cast<std::size_t>(across) * 256);
+    std::vector<int> histograms(static_cast<std::size_t>(across) * 256, 0);
     std::vector<int> counts(static_cast<std::size_t>(across));
     std::vector<int> medians(static_cast<std::size_t>(across));
     std::vector<std::uint32_t> sums(static_cast<std::size_t>(across) * 3);
@@ -484,38 +522,36 @@ InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
     for (int cy = 0; cy < down; ++cy) {
         const int top = cy * factor;
         const int bottom = std::min(height, top + factor);
-        std::fill(histograms.begin(), histograms.end(), 0);
         std::fill(counts.begin(), counts.end(), 0);
         for (int y = top; y < bottom; ++y) {
-            for (int x = 0; x < width; ++x) {
-                if (isSet(ink, x, y)) {
-                    const std::size_t cell = static_cast<std::size_t>(x / factor);
-                    ++histograms[cell * 256 + luminance[static_cast<std::size_t>(y) * width + x]];
-                    ++counts[cell];
-                }
-            }
+            eachInk(y, [&](int x, std::size_t i) {
+                const std::size_t cell = static_cast<std::size_t>(x / factor);
+                ++histograms[cell * 256 + luminance[i]];
+                ++counts[cell];
+            });
         }
-        for (int cx = 0; cx < across; ++cx) {
+        for (std::size_t cx = 0; cx < static_cast<std::size_t>(across); ++cx) {
+            if (counts[cx] == 0) {
+                continue;
+            }
+            int* histogram = histograms.data() + cx * 256;
             int below = 0;
-            medians[static_cast<std::size_t>(cx)] = 255;
+            medians[cx] = 255;
             for (int v = 0; v < 256; ++v) {
-                below += histograms[static_cast<std::size_t>(cx) * 256 + v];
-                if (2 * below >= counts[static_cast<std::size_t>(cx)]) {
-                    medians[static_cast<std::size_t>(cx)] = v;
+                below += histogram[v];
+                if (2 * below >= counts[cx]) {
+                    medians[cx] = v;
                     break;
                 }
             }
+            std::fill_n(histogram, 256, 0);
         }
         std::fill(sums.begin(), sums.end(), 0);
         std::fill(darker.begin(), darker.end(), 0);
         std::fill(lightness.begin(), lightness.end(), 0);
         for (int y = top; y < bottom; ++y) {
-            for (int x = 0; x < width; ++x) {
-                const std::size_t i = static_cast<std::size_t>(y) * width + x;
+            eachInk(y, [&](int x, std::size_t i) {
                 const std::size_t cell = static_cast<std::size_t>(x / factor);
-                if (!isSet(ink, x, y)) {
-                    continue;
-                }
                 lightness[cell] += luminance[i];
                 if (luminance[i] <= medians[cell]) {
                     const std::uint8_t* p = scan.data() + i * 3;
@@ -524,7 +560,7 @@ InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
                     }
                     ++darker[cell];
                 }
-            }
+            });
         }
         for (int cx = 0; cx < across; ++cx) {
             const std::uint32_t count = darker[static_cast<std::size_t>(cx)];
