@@ -21,11 +21,11 @@
 //   of its own at a photo's resolution, laid over a background that needs only the paper's;
 // - a background whose cells all lie within 8 levels of their mean is even paper: one colour
 //   under the mask, no picture;
-// - the ink's colour has the median's lightness and the hue most of the ink has, each cell of
-//   25 DPI seen through the darker half of its ink pixels (soft edges carry the paper's tint);
-//   when a few words' worth of cells have another hue (a blue heading, a red stamp, a line of
-//   coloured links), the colours go in a small foreground picture painted through the mask, so
-//   every letter stays sharp in its own colour;
+// - the ink's colour has the mean lightness of the pixels under the mask and the hue most of
+//   the ink has, each cell of 25 DPI seen through the darker half of its ink pixels (soft edges
+//   carry the paper's tint); when a few words' worth of cells have another hue (a blue heading,
+//   a red stamp, a line of coloured links), the colours go in a small foreground picture
+//   painted through the mask, so every letter stays sharp in its own colour;
 // - a page whose pixels are nearly all black or white (at most 0.3% mid-tones, fewer coloured
 //   pixels than a coloured word has) is bilevel: its mask is the whole page;
 // - a page that is a mask already (compressed before) keeps its letters bit for bit where it
@@ -48,7 +48,7 @@ struct ScanReading {
     Kind kind = Kind::text;
     /// The ink (1) found at the scan's size.
     BilevelImage ink{1, 1};
-    /// Its colour, sRGB (gray pages: three equal values): as light as the median of the scan's
+    /// Its colour, sRGB (gray pages: three equal values): as light as the mean of the scan's
     /// pixels under the mask, so painted in it the text keeps its darkness, in the hue of most
     /// of the ink.
     std::array<std::uint8_t, 3> inkColour{0, 0, 0};
