@@ -16,10 +16,11 @@ FileKind ImageCodec::utType(ImageOutputFormat format) noexcept {
 }
 
 std::optional<std::vector<std::uint8_t>>
-ImageCodec::data(const Bitmap& image, ImageOutputFormat format, double quality) noexcept {
+ImageCodec::data(const Bitmap& image, ImageOutputFormat format, double quality,
+                 bool fullChroma) noexcept {
     // Lossless formats must not vary with the quality argument, whatever the encoder does with it.
     const double used = supportsQuality(format) ? quality : 1.0;
-    auto bytes = ImageIO::encode(image, utType(format), used);
+    auto bytes = ImageIO::encode(image, utType(format), used, fullChroma);
     if (!bytes || bytes->empty()) {
         return std::nullopt;
     }

@@ -19,9 +19,11 @@ class ImageCodec {
   public:
     /// The encoded image, or absent when it could not be encoded or the encoder produced no
     /// bytes. `quality` (0 ... 1) is honoured by jpeg and heic only; png and tiff give the same
-    /// bytes for any quality. Never throws.
+    /// bytes for any quality; `fullChroma` keeps a jpeg's colour at every pixel (see
+    /// ImageIO::encode). Never throws.
     static std::optional<std::vector<std::uint8_t>>
-    data(const Bitmap& image, ImageOutputFormat format, double quality) noexcept;
+    data(const Bitmap& image, ImageOutputFormat format, double quality,
+         bool fullChroma = false) noexcept;
 
     /// The file type actually written for `format`. heic falls back to jpeg when this system has
     /// no HEIC encoder, so a HEIC request never fails for want of one; the bytes then are JPEG.

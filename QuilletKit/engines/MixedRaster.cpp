@@ -1130,8 +1130,10 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
                     std::copy(ink.begin(), ink.end(), cell);
                 }
             }
+            // A cell is a word's colour: shared by four, a red link next to black text would
+            // fade, and fade again each time the page is compressed.
             auto colours = ImageCodec::data(foreground, ImageOutputFormat::jpeg,
-                                            std::max(quality, foregroundQuality));
+                                            std::max(quality, foregroundQuality), true);
             if (!colours) {
                 return std::nullopt;
             }

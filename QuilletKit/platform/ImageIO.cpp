@@ -87,13 +87,18 @@ const char* saverName(FileKind kind) {
     }
 }
 
-VipsBlob* save(const VImage& image, FileKind kind, int quality) {
+VipsBlob* save(const VImage& image, FileKind kind, int quality, bool fullChroma) {
     switch (kind) {
     case FileKind::png:
         return image.pngsave_buffer(VImage::option()->set("strip", true)->set("compression", 4));
     case FileKind::jpeg:
-        return image.jpegsave_buffer(
-            VImage::option()->set("Q", quality)->set("optimize_coding", true)->set("strip", true));
+        return image.jpegsave_buffer(VImage::option()
+                                         ->set("Q", quality)
+                                         ->set("optimize_coding", true)
+                                         ->set("strip", true)
+                                         ->set("subsample_mode", fullChroma
+                                                                     ? VIPS_FOREIGN_SUBSAMPLE_OFF
+                                                                     : VIPS_FOREIGN_SUBSAMPLE_AUTO));
     case FileKind::tiff:
         return image.tiffsave_buffer(VImage::option()
                                          ->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE)
@@ -219,7 +224,7 @@ bool ImageIO::canEncode(FileKind kind) noexcept {
 }
 
 std::optional<std::vector<std::uint8_t>> ImageIO::encode(const Bitmap& bitmap, FileKind kind,
-                                                         double quality) noexcept {
+                                                         double quality, bool fullChroma) noexcept {
     if (!bitmap.isIntact() || !canEncode(kind)) {
         return std::nullopt;
     }
@@ -232,7 +237,7 @@ std::optional<std::vector<std::uint8_t>> ImageIO::encode(const Bitmap& bitmap, F
         auto image = VImage::new_from_memory(const_cast<std::uint8_t*>(bitmap.data()),
                                              bitmap.pixels().size(), bitmap.width(),
                                              bitmap.height(), bitmap.bands(), VIPS_FORMAT_UCHAR);
-        BlobPtr blob(save(image, kind, qualityFactor(quality)));
+        BlobPtr blob(save(image, kind, qualityFactor(quality), fullChroma));
         if (!blob) {
             return std::nullopt;
         }

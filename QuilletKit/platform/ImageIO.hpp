@@ -61,9 +61,12 @@ class ImageIO {
 
     /// The bytes of an image file of `kind`. `quality` is used by jpeg and heic only; png and tiff
     /// (deflate-compressed) are lossless and give the same bytes whatever the quality. Metadata
-    /// is not written, so equal bitmaps give equal bytes.
+    /// is not written, so equal bitmaps give equal bytes. With `fullChroma`, a jpeg keeps its
+    /// colour at every pixel instead of one per 2 x 2 below quality 90: for small pictures of
+    /// colour where a pixel is a word's colour.
     static std::optional<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, FileKind kind,
-                                                           double quality) noexcept;
+                                                           double quality,
+                                                           bool fullChroma = false) noexcept;
 };
 
 } // namespace quillet
