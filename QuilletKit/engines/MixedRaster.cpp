@@ -135,7 +135,12 @@ BilevelImage despeckled(const BilevelImage& candidates) {
     BilevelImage image(width, height);
     for (int y = 0; y < height; ++y) {
         std::uint8_t* row = image.row(y);
+        const std::uint8_t* from = candidates.row(y);
         for (int x = 0; x < width; ++x) {
+            if (from[x >> 3] == 0) {
+                x |= 7; // the next seven pixels are paper too
+                continue;
+            }
             if (!isSet(candidates, x, y)) {
                 continue;
             }
@@ -939,7 +944,12 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
     int inked = 0;
     std::uint64_t lightness = 0;
     for (int y = 0; y < height; ++y) {
+        const std::uint8_t* row = coloured.row(y);
         for (int x = 0; x < width; ++x) {
+            if (row[x >> 3] == 0) {
+                x |= 7; // the next seven pixels have no ink either
+                continue;
+            }
             if (!isSet(coloured, x, y)) {
                 continue;
             }
