@@ -439,15 +439,26 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
         std::fill(counts.begin(), counts.end(), 0);
         for (int y = cy * factor; y < std::min(height, (cy + 1) * factor); ++y) {
             const std::uint8_t* p = scan.data() + static_cast<std::size_t>(y) * width * bands;
-            for (int x = 0; x < width; ++x, p += bands) {
-                if (!counted(x, y)) {
-                    continue;
+            // Cell by cell, the sums kept in registers.
+            for (int cx = 0; cx < across; ++cx) {
+                const int end = std::min(width, (cx + 1) * factor);
+                std::uint32_t sum[3] = {0, 0, 0};
+                std::uint32_t count = 0;
+                for (int x = cx * factor; x < end; ++x, p += bands) {
+                    if (!counted(x, y)) {
+                        continue;
+                    }
+                    sum[0] += p[0];
+                    if (bands == 3) {
+                        sum[1] += p[1];
+                        sum[2] += p[2];
+                    }
+                    ++count;
                 }
-                const std::size_t cell = static_cast<std::size_t>(x / factor);
                 for (int c = 0; c < bands; ++c) {
-                    sums[cell * bands + c] += p[c];
+                    sums[static_cast<std::size_t>(cx) * bands + c] += sum[c];
                 }
-                ++counts[cell];
+                counts[static_cast<std::size_t>(cx)] += count;
             }
         }
         for (int cx = 0; cx < across; ++cx) {
