@@ -15,9 +15,9 @@ FileKind ImageCodec::utType(ImageOutputFormat format) noexcept {
     return FileKind::jpeg;
 }
 
-std::optional<std::vector<std::uint8_t>>
-ImageCodec::data(const Bitmap& image, ImageOutputFormat format, double quality,
-                 bool fullChroma) noexcept {
+std::optional<std::vector<std::uint8_t>> ImageCodec::data(const Bitmap& image,
+                                                          ImageOutputFormat format, double quality,
+                                                          bool fullChroma) noexcept {
     // Lossless formats must not vary with the quality argument, whatever the encoder does with it.
     const double used = supportsQuality(format) ? quality : 1.0;
     auto bytes = ImageIO::encode(image, utType(format), used, fullChroma);

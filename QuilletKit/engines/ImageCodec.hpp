@@ -21,9 +21,9 @@ class ImageCodec {
     /// bytes. `quality` (0 ... 1) is honoured by jpeg and heic only; png and tiff give the same
     /// bytes for any quality; `fullChroma` keeps a jpeg's colour at every pixel (see
     /// ImageIO::encode). Never throws.
-    static std::optional<std::vector<std::uint8_t>>
-    data(const Bitmap& image, ImageOutputFormat format, double quality,
-         bool fullChroma = false) noexcept;
+    static std::optional<std::vector<std::uint8_t>> data(const Bitmap& image,
+                                                         ImageOutputFormat format, double quality,
+                                                         bool fullChroma = false) noexcept;
 
     /// The file type actually written for `format`. heic falls back to jpeg when this system has
     /// no HEIC encoder, so a HEIC request never fails for want of one; the bytes then are JPEG.

@@ -370,9 +370,9 @@ void grow(Bitmap& cells, std::vector<std::uint8_t>& known, int rounds) {
     for (int cy = 0; cy < down; ++cy) {
         for (int cx = 0; cx < across; ++cx) {
             const std::size_t cell = static_cast<std::size_t>(cy) * across + cx;
-            if (!known[cell] && ((cx > 0 && known[cell - 1]) || (cx + 1 < across && known[cell + 1]) ||
-                                 (cy > 0 && known[cell - across]) ||
-                                 (cy + 1 < down && known[cell + across]))) {
+            if (!known[cell] &&
+                ((cx > 0 && known[cell - 1]) || (cx + 1 < across && known[cell + 1]) ||
+                 (cy > 0 && known[cell - across]) || (cy + 1 < down && known[cell + across]))) {
                 queued[cell] = 1;
                 frontier.push_back(cell);
             }
@@ -590,9 +590,8 @@ InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
                     (sums[static_cast<std::size_t>(cx) * 3 + c] + count / 2) / count);
             }
             const int inked = counts[static_cast<std::size_t>(cx)];
-            const int lift =
-                static_cast<int>(lightness[static_cast<std::size_t>(cx)] / inked) -
-                luminanceOf({core[0], core[1], core[2]});
+            const int lift = static_cast<int>(lightness[static_cast<std::size_t>(cx)] / inked) -
+                             luminanceOf({core[0], core[1], core[2]});
             const auto colour = lifted(core, lift);
             std::copy(colour.begin(), colour.end(), cells.colours.data() + cell * 3);
             cells.known[cell] = 1;
@@ -1134,11 +1133,12 @@ std::optional<RasterizedPage> MixedRaster::split(const Bitmap& scan, const ScanR
             layers.patches.push_back(std::move(*patch));
         }
 
-        if (!reading.oneInk) {
+        if (!reading.oneInk && scan.bands() == 3) {
             // The inks' colours. Cells without a colour of their own grow from their neighbours
             // all the way, so no edge between two colours lies next to a letter, where the
             // JPEG's ringing would show.
-            InkCells cells = inkCells(scan, reading.ink, reading.luminance, foregroundFactor(scanDpi));
+            InkCells cells =
+                inkCells(scan, reading.ink, reading.luminance, foregroundFactor(scanDpi));
             const auto common = commonColour(cells);
             Bitmap foreground = std::move(cells.colours);
             grow(foreground, cells.known, 1 << 20);

@@ -7,9 +7,9 @@
 // - the paper's brightness in each block is the 90th percentile of its luminance, widened to the
 //   brightest of the block and its neighbours, so tinted or unevenly lit paper is still paper;
 // - a pixel is ink when, on the scan softened by a blur of about a tenth of a millimetre (smooth
-//   outlines, no grain, whole hairlines), it is darker than 60% of its paper plus half the level of the page's ink (the
-//   median of the pixels under 60%): soft print, never black, keeps its strokes' weight;
-//   isolated ink pixels are noise;
+//   outlines, no grain, whole hairlines), it is darker than 60% of its paper plus half the level of
+//   the page's ink (the median of the pixels under 60%): soft print, never black, keeps its
+//   strokes' weight; isolated ink pixels are noise;
 // - the background leaves out the ink's soft edge (two pixels) and, a little further out, the
 //   pixels darker than the paper (the ringing a JPEG scan puts around every letter), which would
 //   otherwise lay a grey box behind each line;

@@ -92,13 +92,13 @@ VipsBlob* save(const VImage& image, FileKind kind, int quality, bool fullChroma)
     case FileKind::png:
         return image.pngsave_buffer(VImage::option()->set("strip", true)->set("compression", 4));
     case FileKind::jpeg:
-        return image.jpegsave_buffer(VImage::option()
-                                         ->set("Q", quality)
-                                         ->set("optimize_coding", true)
-                                         ->set("strip", true)
-                                         ->set("subsample_mode", fullChroma
-                                                                     ? VIPS_FOREIGN_SUBSAMPLE_OFF
-                                                                     : VIPS_FOREIGN_SUBSAMPLE_AUTO));
+        return image.jpegsave_buffer(
+            VImage::option()
+                ->set("Q", quality)
+                ->set("optimize_coding", true)
+                ->set("strip", true)
+                ->set("subsample_mode",
+                      fullChroma ? VIPS_FOREIGN_SUBSAMPLE_OFF : VIPS_FOREIGN_SUBSAMPLE_AUTO));
     case FileKind::tiff:
         return image.tiffsave_buffer(VImage::option()
                                          ->set("compression", VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE)

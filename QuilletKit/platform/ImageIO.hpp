@@ -64,9 +64,8 @@ class ImageIO {
     /// is not written, so equal bitmaps give equal bytes. With `fullChroma`, a jpeg keeps its
     /// colour at every pixel instead of one per 2 x 2 below quality 90: for small pictures of
     /// colour where a pixel is a word's colour.
-    static std::optional<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, FileKind kind,
-                                                           double quality,
-                                                           bool fullChroma = false) noexcept;
+    static std::optional<std::vector<std::uint8_t>>
+    encode(const Bitmap& bitmap, FileKind kind, double quality, bool fullChroma = false) noexcept;
 };
 
 } // namespace quillet

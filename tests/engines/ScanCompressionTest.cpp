@@ -298,8 +298,8 @@ TEST(ScanCompression, ColouredInkKeepsItsColour) {
     };
     for (const int page : {5, 14}) {
         SCOPED_TRACE(page);
-        const auto input =
-            test::scannedThesis(dir / ("page" + std::to_string(page) + ".pdf"), page, page, 150, 90);
+        const auto input = test::scannedThesis(dir / ("page" + std::to_string(page) + ".pdf"), page,
+                                               page, 150, 90);
         const auto output = compressed(input, CompressionQualityTier::smallest);
         const int before = reddish(test::renderRGB(input, 1, 100));
         const int after = reddish(test::renderRGB(output, 1, 100));
@@ -311,7 +311,8 @@ TEST(ScanCompression, ColouredInkKeepsItsColour) {
         const auto loose = dir / ("loose" + std::to_string(page) + ".pdf");
         test::runTool("qpdf", {"--stream-data=uncompress", "--object-streams=disable",
                                output.string(), loose.string()});
-        const int again = reddish(test::renderRGB(compressed(loose, CompressionQualityTier::smallest), 1, 100));
+        const int again =
+            reddish(test::renderRGB(compressed(loose, CompressionQualityTier::smallest), 1, 100));
         EXPECT_GT(again, after * 96 / 100);
         EXPECT_LT(again, after * 104 / 100);
     }
