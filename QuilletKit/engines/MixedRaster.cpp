@@ -946,7 +946,7 @@ ScanReading MixedRaster::read(const Bitmap& scan, int scanDpi, const BilevelImag
     }
     // The ink's lightness is the mean of every pixel the mask covers (before isolated pixels
     // are dropped), softened edges included: painted in it, a line of text keeps the darkness
-    // it had. Its hue is the median's, or on a colour page, the one most cells of ink have: a
+    // it had. Its hue is the median's, or on an RGB scan, the one most cells of ink have: a
     // page's coloured links, or the paper's tint in the letters' soft edges, do not tint its
     // text.
     const BilevelImage& coloured = ink ? found : candidates;
