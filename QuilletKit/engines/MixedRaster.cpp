@@ -44,6 +44,11 @@ constexpr int inkEdge = 2;
 constexpr int ringingReach = 8;
 constexpr int ringingDepth = 12;
 
+// The luminance of an sRGB pixel (0.30 R + 0.59 G + 0.11 B, in 8-bit fixed point).
+int luminanceOf(const std::uint8_t* rgb) {
+    return (rgb[0] * 77 + rgb[1] * 150 + rgb[2] * 29) >> 8;
+}
+
 int foregroundFactor(int scanDpi) {
     return std::max(1, static_cast<int>(std::lround(static_cast<double>(scanDpi) / foregroundDpi)));
 }
@@ -55,7 +60,7 @@ struct Pixels {
     std::uint8_t luminance(std::size_t i) const {
         const std::uint8_t* p = scan.data() + i * static_cast<std::size_t>(bands);
         return bands == 1 ? p[0]
-                          : static_cast<std::uint8_t>((p[0] * 77 + p[1] * 150 + p[2] * 29) >> 8);
+                          : static_cast<std::uint8_t>(luminanceOf(p));
     }
     int chroma(std::size_t i) const {
         if (bands == 1) {
@@ -479,7 +484,7 @@ Bitmap cellAverages(const Bitmap& scan, int factor, int rounds, const Counted& c
 }
 
 int luminanceOf(const std::array<std::uint8_t, 3>& colour) {
-    return (colour[0] * 77 + colour[1] * 150 + colour[2] * 29) >> 8;
+    return luminanceOf(colour.data());
 }
 
 // `colour` lighter by `lift` levels in every channel (darker when negative).
@@ -591,7 +596,7 @@ InkCells inkCells(const Bitmap& scan, const BilevelImage& ink,
             }
             const int inked = counts[static_cast<std::size_t>(cx)];
             const int lift = static_cast<int>(lightness[static_cast<std::size_t>(cx)] / inked) -
-                             luminanceOf({core[0], core[1], core[2]});
+                             luminanceOf(core);
             const auto colour = lifted(core, lift);
             std::copy(colour.begin(), colour.end(), cells.colours.data() + cell * 3);
             cells.known[cell] = 1;
@@ -625,8 +630,8 @@ std::array<std::uint8_t, 3> commonColour(const InkCells& cells) {
 // each adds to its own luminance. Lightness does not count: the soft edge of a black letter is
 // grey, and still the same ink.
 int hueDistance(const std::uint8_t* a, const std::array<std::uint8_t, 3>& b) {
-    const int la = (a[0] * 77 + a[1] * 150 + a[2] * 29) >> 8;
-    const int lb = (b[0] * 77 + b[1] * 150 + b[2] * 29) >> 8;
+    const int la = luminanceOf(a);
+    const int lb = luminanceOf(b);
     int distance = 0;
     for (int c = 0; c < 3; ++c) {
         distance += std::abs((a[c] - la) - (b[c] - lb));
